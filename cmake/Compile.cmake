@@ -1,0 +1,20 @@
+# Compiler settings that every target of the project shares.
+
+find_program(QRV_CCACHE ccache)
+if(QRV_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QRV_CCACHE})
+endif()
+
+function(qrv_compile_options target)
+  # Contracted multiply-adds would make results differ between compilers.
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Werror -ffp-contract=off)
+  if(QRV_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  endif()
+endfunction()
+
+function(qrv_link_options target)
+  if(QRV_SANITIZE)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()

@@ -1,0 +1,13 @@
+# The headers that a host includes as <QRV/Name.h>. They stand beside their sources; in the build tree a
+# forwarding header of the same name leads to each, so that one spelling serves the library and its hosts.
+
+set(QRV_PUBLIC_HEADERS
+  src/frame/Export.h
+  src/geometry/Geometry.h
+)
+
+set(QRV_FORWARDING_INCLUDE ${CMAKE_CURRENT_BINARY_DIR}/include)
+foreach(header IN LISTS QRV_PUBLIC_HEADERS)
+  get_filename_component(name ${header} NAME)
+  file(CONFIGURE OUTPUT include/QRV/${name} CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${header}\"\n" @ONLY)
+endforeach()

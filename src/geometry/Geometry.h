@@ -1,0 +1,2 @@
+/// The exported value classes of geometry: points, vectors, lines, planes, boxes and transforms.
+#pragma once
