@@ -2,8 +2,17 @@
 # forwarding header of the same name leads to each, so that one spelling serves the library and its hosts.
 
 set(QRV_PUBLIC_HEADERS
+  src/api/API.h
+  src/appearance/Color.h
   src/frame/Export.h
+  src/frame/GroupInstancePath.h
+  src/frame/Ids.h
+  src/frame/ModelChange.h
+  src/frame/ObjectTypes.h
+  src/frame/Result.h
+  src/frame/ResultCodes.inl
   src/geometry/Geometry.h
+  src/journal/Journaling.h
 )
 
 set(QRV_FORWARDING_INCLUDE ${CMAKE_CURRENT_BINARY_DIR}/include)
