@@ -141,12 +141,19 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    void LeaveSearch();
+    void JoinLoops(Loop& first, Loop& second);
+    Face& SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing);
+
     Interval3d m_Box;
     Plane m_Plane;
     Shell* m_pShell = nullptr;
     std::vector<Loop*> m_aLoops;
     std::shared_ptr<const FaceFacets> m_pFacets; ///< never changed once made, so stored states share it
 };
+
+/// How far, squared, a cached box may be from what it was made of.
+inline constexpr double kCachedBoxToleranceSqrd = 1e-12;
 
 /// Whether two planes are the same as sets of points within 1e-6; gives +1 for the same direction, -1 for opposite
 /// ones, 0 when they differ.
