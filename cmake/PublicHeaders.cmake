@@ -12,6 +12,14 @@ set(QRV_PUBLIC_HEADERS
   src/frame/Result.h
   src/frame/ResultCodes.inl
   src/geometry/Geometry.h
+  src/geometry/Interval2d.h
+  src/geometry/Interval3d.h
+  src/geometry/Line3d.h
+  src/geometry/Plane.h
+  src/geometry/Point2d.h
+  src/geometry/Point3d.h
+  src/geometry/Tolerances.h
+  src/geometry/Transf3d.h
   src/journal/Journaling.h
 )
 

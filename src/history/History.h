@@ -73,8 +73,8 @@ public:
     Delta* GetDelta(std::uint64_t nID, Result& result) const;
     /// Id of the delta so many places from the active one; INVALID_ID outside the list.
     std::uint64_t GetDeltaIDRelative(int nOffset) const;
-    /// Ids between two deltas, ends included, in order from `nFrom` to `nTo`; 0 and INVALID_ID are the state before the
-    /// first delta and listed as INVALID_ID. Nothing for an unknown id.
+    /// Appends the ids between two deltas, ends included, in order from `nFrom` to `nTo`. INVALID_ID is the state before
+    /// the first delta and listed as itself. Nothing for an unknown id.
     void GetDeltaIDs(std::uint64_t nFrom, std::uint64_t nTo, std::vector<std::uint64_t>& aDeltas) const;
 
     // --- objects
@@ -146,7 +146,8 @@ private:
     /// Registers a new object under its id; when it throws nothing has changed and the object stays the caller's.
     void AddObject(Object& object);
     /// Fills the caches of all that the open Delta touched and drops from it what was made and deleted in it.
-    void FinishOpenDelta();
+    void CompleteOpenDelta();
+    void DropUnmadeObjects(std::set<std::uint64_t>& aUnmade) noexcept;
     enum class nRecords
     {
         nKeep,
@@ -154,15 +155,17 @@ private:
     };
     bool UndoDelta(Delta& delta, nRecords nRecordsAfter) noexcept;
     bool RedoDelta(Delta& delta) noexcept;
-    void ReserveForReturn(const Delta& delta);
     void LeaveSearch(const Delta& delta) noexcept;
-    void EnterSearch(const Delta& delta) noexcept;
+    void ReturnToSearch(const Delta& delta) noexcept;
+    void ForgetDerived() noexcept;
     void UndoActive(Result& result, bool bDeleteRedo, bool bNotify);
-    void UndoBackTo(Result& result, std::uint64_t nDelta, bool bDeleteRedo, bool bNotify);
-    void GiveUpID(std::uint64_t nID, bool bReuseID) noexcept;
+    void UndoAwayFrom(Result& result, std::uint64_t nDelta, bool bDeleteRedo, bool bNotify);
+    void DropRecord(std::uint64_t nID, const Delta& delta) noexcept;
     void FlushAwaiting();
     std::uint64_t GetActiveDeltaID() const { return GetDeltaIDRelative(0); }
-    std::size_t FindDeltaIndex(std::uint64_t nID) const;
+    /// INVALID_ID when there is none.
+    std::uint64_t FindDeltaIndex(std::uint64_t nID) const;
+    std::uint64_t GetDeltaIDAt(std::uint64_t nIndex) const;
 
     ObjectTable m_objects;
     std::vector<std::unique_ptr<Delta>> m_aDeltas;

@@ -33,8 +33,6 @@ public:
     ObjectHistory(const ObjectHistory&) = delete;
     ObjectHistory& operator=(const ObjectHistory&) = delete;
 
-    /// False for an id not in use: nothing was ever recorded, or all of it was given up.
-    bool IsInUse() const { return m_bInUse; }
     std::size_t GetRecordCount() const { return m_nRecordCount; }
     std::size_t GetActiveCount() const { return m_nActiveCount; }
     const Record& GetRecord(std::size_t nIndex) const { return Records()[nIndex]; }
@@ -65,8 +63,6 @@ public:
     void MergeRecords(const Delta& first, Delta& last, bool& bRemoved) noexcept;
 
     void SetHistoryID(std::uint64_t nHistoryID);
-    /// For the table: in use without records, or given up.
-    void SetInUse(bool bInUse);
     /// Makes the list ready for so many more records without failing; may throw.
     void ReserveRecords(std::size_t nMore);
     /// Heap bytes beyond the object itself.
@@ -79,7 +75,6 @@ private:
     std::uint32_t m_nActiveCount = 0;
     std::uint32_t m_nRecordCount = 0;
     std::uint32_t m_nCapacity = 0; ///< 0: the one record stands inline
-    bool m_bInUse = false;
     union
     {
         Record m_record{};
@@ -94,7 +89,7 @@ public:
     std::size_t Size() const { return m_nSize; }
     ObjectHistory& At(std::uint64_t nID) { return m_aChunks[nID / kChunk][nID % kChunk]; }
     const ObjectHistory& At(std::uint64_t nID) const { return m_aChunks[nID / kChunk][nID % kChunk]; }
-    /// A new entry at the end, in use and without records; may throw, then nothing has changed.
+    /// A new entry at the end, without records; may throw, then nothing has changed.
     ObjectHistory& Grow();
     void Shrink() noexcept;
     std::size_t GetSizeInBytes() const;

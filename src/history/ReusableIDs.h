@@ -17,7 +17,8 @@ public:
     std::size_t GetCount() const { return m_aIDs.size(); }
     const std::set<std::uint64_t>& Get() const { return m_aIDs; }
     std::uint64_t GetSmallest() const { return *m_aIDs.begin(); }
-    void Insert(std::uint64_t nID) { m_aIDs.insert(nID); }
+    /// Takes in all of `aIDs`, which is left with those that were here already. Needs no memory.
+    void Merge(std::set<std::uint64_t>& aIDs) noexcept { m_aIDs.merge(aIDs); }
     void Erase(std::uint64_t nID) noexcept { m_aIDs.erase(nID); }
     /// Makes room to take the smallest id; may throw.
     void PrepareToTake() { m_aSpare.reserve(m_aSpare.size() + 1); }

@@ -51,6 +51,9 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    void TakeLump(Lump& lump);
+    void NoteRestructured();
+
     Interval3d m_Box;
     std::vector<Lump*> m_aLumps;
 };

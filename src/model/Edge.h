@@ -25,6 +25,9 @@ public:
                                Saved("edgecoed", &Edge::m_pCoedge), Saved("flaguse", &Edge::m_nFlagsAndUse));
     }
 
+    /// More coedges than this cannot use one edge.
+    static constexpr std::uint64_t kMaxUse = 0xff;
+
     /// Into which of its vertices' groups a new edge enters.
     enum class nGroupMode
     {
@@ -120,7 +123,7 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
-    static constexpr std::uint64_t kUseMask = 0xff;
+    static constexpr std::uint64_t kUseMask = kMaxUse;
     static constexpr std::uint64_t kInSearch = 0x100;
     static constexpr std::uint64_t kSmooth = 0x200;
 

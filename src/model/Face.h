@@ -96,14 +96,15 @@ public:
     /// What the oriented sheet around a face turned out to be.
     struct Sheet
     {
-        bool bClosed = false;     ///< no open edge, consistent orientation
-        bool bNoOpenEdge = false; ///< closed but for the orientation
+        bool bStopWhenOpen = false; ///< asked by the caller: the first open edge ends the walk
+        bool bClosed = false;       ///< no open edge, consistent orientation
+        bool bNoOpenEdge = false;   ///< closed but for the orientation
     };
     /// Appends the oriented sheet around this face to `aFaces` and enters it in `seen`, faces of which are not taken
     /// again. Gives the number appended.
     std::size_t GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet);
-    /// Whether the sheet around this face is closed; stops at the first open edge.
-    bool IsInClosedSheet();
+    /// Whether `other` covers the same polygon: equal boxes, equivalent planes, the same vertices.
+    bool IsCoincident(Face& other);
     /// Appends the faces reached over edges or vertices, this one first; faces of `pExcluded` are not entered.
     std::size_t GetNeighbourComponent(std::vector<Face*>& aFaces, bool bThroughVertices, const Shell* pExcluded,
                                       bool bSmoothEdgesOnly);
@@ -140,12 +141,19 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    void LeaveSearch();
+    void JoinLoops(Loop& first, Loop& second);
+    Face& SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing);
+
     Interval3d m_Box;
     Plane m_Plane;
     Shell* m_pShell = nullptr;
     std::vector<Loop*> m_aLoops;
     std::shared_ptr<const FaceFacets> m_pFacets; ///< never changed once made, so stored states share it
 };
+
+/// How far, squared, a cached box may be from what it was made of.
+inline constexpr double kCachedBoxToleranceSqrd = 1e-12;
 
 /// Whether two planes are the same as sets of points within 1e-6; gives +1 for the same direction, -1 for opposite
 /// ones, 0 when they differ.

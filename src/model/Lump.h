@@ -38,6 +38,8 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    void NoteRestructured();
+
     Body* m_pBody = nullptr;
     std::vector<Shell*> m_aShells;
 };

@@ -9,6 +9,9 @@ class Body;
 class Face;
 class Lump;
 
+/// A shell of a smaller volume encloses nothing: it is an open sheet.
+inline constexpr double kVolumeTolerance = 1e-12;
+
 /// Bounds a region of space when closed; a sheet otherwise. Whether a face belongs here is asked of the face.
 class Shell : public ObjectOf<Shell, Object>
 {

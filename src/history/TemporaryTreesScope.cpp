@@ -1,0 +1,32 @@
+#include "history/TemporaryTreesScope.h"
+
+namespace QRV
+{
+TemporaryTreesScope::TemporaryTreesScope(History& history, const Object* pFirst, const Object* pSecond) : m_history(history)
+{
+    history.FlushAwaiting();
+    std::vector<Object*> aBelow;
+    ObjectSet seen;
+    for (const Object* pObject : {pFirst, pSecond})
+        if (pObject)
+            pObject->GetAllChildren(aBelow, false, &seen);
+
+    std::optional<TopologyTrees> trees(std::in_place);
+    for (Object* pObject : aBelow)
+    {
+        if (auto* pVertex = dynamic_cast<Vertex*>(pObject))
+            trees->m_vertices.Insert(pVertex);
+        else if (auto* pEdge = dynamic_cast<Edge*>(pObject))
+            trees->m_edges.Insert(pEdge);
+        else if (auto* pFace = dynamic_cast<Face*>(pObject))
+            trees->m_faces.Insert(pFace);
+    }
+    m_previous.swap(trees);
+    m_history.m_trees.SwapTemporary(m_previous);
+}
+
+TemporaryTreesScope::~TemporaryTreesScope()
+{
+    m_history.m_trees.SwapTemporary(m_previous);
+}
+} // namespace QRV

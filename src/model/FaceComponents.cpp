@@ -1,0 +1,265 @@
+#include "geometry/Trigonometry.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Shell.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+namespace
+{
+/// Finds the oriented sheet around a face. At an edge of three or more coedges the sheet turns to the neighbour at the
+/// smallest angle, so that sheets that cross come apart into components with a consistent orientation.
+class SheetWalk
+{
+public:
+    SheetWalk(std::vector<Face*>& aFaces, ObjectSet& seen, Face::Sheet& sheet)
+        : m_aFaces(aFaces), m_seen(seen), m_sheet(sheet), m_nDone(aFaces.size())
+    {
+    }
+
+    void Run(Face& seed)
+    {
+        m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
+        Take(&seed);
+        while (true)
+        {
+            CrossTwoSidedEdges();
+            if (m_bOpen && m_sheet.bStopWhenOpen)
+                break;
+            m_sheet.bClosed = m_sheet.bClosed && !m_bOpen && m_bConsistent;
+            if (!CrossNextManySidedEdge())
+                break;
+        }
+        if (m_sheet.bClosed)
+            CheckManySidedEdges();
+        m_seen.insert(m_local.begin(), m_local.end());
+    }
+
+private:
+    struct Candidate
+    {
+        double dAngle;
+        Face* pFace; ///< null for a face that stands there with its wrong side
+    };
+
+    void Take(Face* pFace)
+    {
+        m_aFaces.push_back(pFace);
+        m_local.insert(pFace);
+    }
+
+    /// Goes over all edges that lead to one neighbour, and collects those that lead to several.
+    void CrossTwoSidedEdges()
+    {
+        for (; m_nDone < m_aFaces.size(); ++m_nDone)
+        {
+            m_aCoedges.clear();
+            m_aFaces[m_nDone]->GetCoedges(m_aCoedges);
+            for (Coedge* pCoedge : m_aCoedges)
+            {
+                if (m_edges.insert(pCoedge->GetEdge()).second)
+                    CrossEdge(*pCoedge);
+                if (m_bOpen && m_sheet.bStopWhenOpen)
+                    return;
+            }
+        }
+        if (!m_bSettled)
+        {
+            m_bSettled = true;
+            m_sheet.bClosed = !m_bOpen && m_bConsistent;
+            m_sheet.bNoOpenEdge = !m_bOpen;
+        }
+        m_sheet.bNoOpenEdge = m_sheet.bNoOpenEdge && !m_bOpen;
+    }
+
+    void CrossEdge(const Coedge& coedge)
+    {
+        Coedge* pPartner = coedge.GetPartner();
+        if (!pPartner)
+        {
+            m_bOpen = true;
+            return;
+        }
+        if (pPartner->GetPartner() != &coedge)
+        {
+            m_aManySided.push_back(coedge.GetEdge());
+            return;
+        }
+        Face* pNeighbour = pPartner->GetFace();
+        if (!pNeighbour || m_seen.contains(pNeighbour))
+        {
+            m_bOpen = true;
+            return;
+        }
+        if (m_local.contains(pNeighbour))
+            return;
+        Take(pNeighbour);
+        m_bConsistent = m_bConsistent && coedge.IsForward() != pPartner->IsForward();
+    }
+
+    /// Lets the sheet turn at an edge of several neighbours. False when no edge is left that could lead on.
+    bool CrossNextManySidedEdge()
+    {
+        for (; m_nManySided < m_aManySided.size(); ++m_nManySided)
+        {
+            const Edge& edge = *m_aManySided[m_nManySided];
+            std::vector<Coedge*> aChain;
+            edge.GetCoedges(aChain);
+            const auto itOwn = std::find_if(aChain.begin(), aChain.end(),
+                                            [&](const Coedge* p) { return m_local.contains(p->GetFace()); });
+            if (itOwn == aChain.end())
+                continue;
+            std::rotate(aChain.begin(), itOwn, aChain.end());
+            std::vector<Candidate> aCandidates;
+            std::size_t nCounted = 0;
+            if (CollectCandidates(aChain, aCandidates, nCounted))
+                continue;
+            Face* pChoice = nCounted ? Choose(aCandidates, nCounted) : nullptr;
+            if (pChoice)
+            {
+                Take(pChoice);
+                return true;
+            }
+            m_sheet.bClosed = false;
+            m_sheet.bNoOpenEdge = m_sheet.bNoOpenEdge && CountLocal(aChain) % 2 == 0;
+            if (nCounted)
+                return false;
+        }
+        return false;
+    }
+
+    std::size_t CountLocal(const std::vector<Coedge*>& aChain) const
+    {
+        return std::size_t(std::count_if(aChain.begin(), aChain.end(),
+                                         [&](const Coedge* p) { return m_local.contains(p->GetFace()); }));
+    }
+
+    /// The faces to which the sheet may go on from the first coedge of the chain, with the angle to each. True when it
+    /// has gone on already.
+    bool CollectCandidates(const std::vector<Coedge*>& aChain, std::vector<Candidate>& aCandidates, std::size_t& nCounted) const
+    {
+        constexpr double kNearlyPi = 3.141592653489793;
+        const Coedge& own = *aChain.front();
+        UnitVector3d u = own.GetEdge()->GetDirection();
+        if (!own.IsForward())
+            u = -u;
+        const UnitVector3d n1 = own.GetFace()->GetPlane().normal;
+        for (std::size_t i = 1; i < aChain.size(); ++i)
+        {
+            Face* pFace = aChain[i]->GetFace();
+            if (!pFace || m_seen.contains(pFace))
+                continue;
+            const UnitVector3d n2 = pFace->GetPlane().normal;
+            const double x = n1 % n2;
+            const double y = (n2 * n1) % u;
+            if (aChain[i]->IsForward() != own.IsForward())
+            {
+                if (m_local.contains(pFace))
+                    return true;
+                ++nCounted;
+                aCandidates.push_back({ArcTan2(y, x), pFace});
+            }
+            else if (const double dAngle = ArcTan2(-y, -x); std::abs(dAngle) < kNearlyPi)
+                aCandidates.push_back({dAngle, nullptr});
+        }
+        return false;
+    }
+
+    static Face* Choose(std::vector<Candidate>& aCandidates, std::size_t nCounted)
+    {
+        if (nCounted > 1)
+            std::stable_sort(aCandidates.begin(), aCandidates.end(), [](const Candidate& a, const Candidate& b) {
+                if (a.dAngle != b.dAngle)
+                    return a.dAngle < b.dAngle;
+                return a.pFace && b.pFace ? a.pFace->GetID() < b.pFace->GetID() : a.pFace && !b.pFace;
+            });
+        if (Face* pFace = ChooseAmongEqual(aCandidates.begin(), aCandidates.end()))
+            return pFace;
+        return ChooseAmongEqual(aCandidates.rbegin(), aCandidates.rend());
+    }
+
+    /// The face of the highest id among the candidates that stand at the first one's angle; null when only wrong sides do.
+    template <class Iterator>
+    static Face* ChooseAmongEqual(Iterator itChoice, Iterator itEnd)
+    {
+        for (Iterator it = std::next(itChoice); it != itEnd && std::abs(it->dAngle - itChoice->dAngle) <= kLinearTolerance; ++it)
+            if (it->pFace && (!itChoice->pFace || it->pFace->GetID() > itChoice->pFace->GetID()))
+                itChoice = it;
+        return itChoice->pFace;
+    }
+
+    void CheckManySidedEdges()
+    {
+        for (const Edge* pEdge : m_aManySided)
+        {
+            std::vector<Coedge*> aChain;
+            pEdge->GetCoedges(aChain);
+            if (CountLocal(aChain) % 2 != 0)
+                m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
+        }
+    }
+
+    std::vector<Face*>& m_aFaces;
+    ObjectSet& m_seen;
+    Face::Sheet& m_sheet;
+    std::size_t m_nDone;
+    bool m_bOpen = false;
+    bool m_bConsistent = true;
+    bool m_bSettled = false; ///< the edges of two sides have been crossed once
+    ObjectSet m_local;
+    ObjectSet m_edges;
+    std::vector<Edge*> m_aManySided;
+    std::size_t m_nManySided = 0;
+    std::vector<Coedge*> m_aCoedges;
+};
+} // namespace
+
+std::size_t Face::GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet)
+{
+    const std::size_t nBefore = aFaces.size();
+    SheetWalk(aFaces, seen, sheet).Run(*this);
+    return aFaces.size() - nBefore;
+}
+
+std::size_t Face::GetNeighbourComponent(std::vector<Face*>& aFaces, bool bThroughVertices, const Shell* pExcluded,
+                                        bool bSmoothEdgesOnly)
+{
+    const std::size_t nBefore = aFaces.size();
+    aFaces.push_back(this);
+    ObjectSet seen{this};
+    const auto reach = [&](const std::vector<Face*>& aNeighbours) {
+        for (Face* pNeighbour : aNeighbours)
+            if (seen.insert(pNeighbour).second && !(pExcluded && pNeighbour->GetShell() == pExcluded))
+                aFaces.push_back(pNeighbour);
+    };
+    std::vector<Face*> aNeighbours;
+    for (std::size_t i = nBefore; i < aFaces.size(); ++i)
+    {
+        std::vector<Edge*> aEdges;
+        std::vector<Vertex*> aVertices;
+        if (bThroughVertices)
+            aFaces[i]->GetVertices(aVertices);
+        else
+            aFaces[i]->GetEdges(aEdges);
+        for (const Edge* pEdge : aEdges)
+        {
+            if (!seen.insert(pEdge).second || (bSmoothEdgesOnly && !pEdge->IsSmooth()))
+                continue;
+            aNeighbours.clear();
+            pEdge->GetFaces(aNeighbours);
+            reach(aNeighbours);
+        }
+        for (const Vertex* pVertex : aVertices)
+        {
+            if (!seen.insert(pVertex).second)
+                continue;
+            aNeighbours.clear();
+            pVertex->GetFaces(aNeighbours);
+            reach(aNeighbours);
+        }
+    }
+    return aFaces.size() - nBefore;
+}
+} // namespace QRV

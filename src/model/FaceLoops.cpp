@@ -1,0 +1,276 @@
+#include "history/History.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Shell.h"
+#include "model/Vertex.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+namespace
+{
+using Ring = std::vector<Coedge*>;
+
+double GetSignedArea(const Ring& ring, const Plane& plane)
+{
+    const Point3d& origin = ring.front()->GetStartVertex()->GetPosition();
+    Vector3d sum;
+    for (const Coedge* pCoedge : ring)
+        sum += (pCoedge->GetStartVertex()->GetPosition() - origin) * (pCoedge->GetEndVertex()->GetPosition() - origin);
+    return sum % plane.normal / 2;
+}
+
+/// The loop without the edges that it passes twice falls into rings: one around it all, and one for each hole that a
+/// bridge has joined to it. Spurs leave nothing.
+std::vector<Ring> SplitAtEdgesPassedTwice(const Loop& loop)
+{
+    std::vector<Ring> aRings;
+    std::vector<Ring> aOpen(1); // a ring within a ring ends where its bridge is met again
+    std::vector<const Edge*> aBridges;
+    ObjectSet passedTwice;
+    ObjectSet seen;
+    loop.ForEachCoedge(
+        [&](const Coedge& coedge)
+        {
+            if (!seen.insert(coedge.GetEdge()).second)
+                passedTwice.insert(coedge.GetEdge());
+        });
+    loop.ForEachCoedge(
+        [&](Coedge& coedge)
+        {
+            if (!passedTwice.contains(coedge.GetEdge()))
+                aOpen.back().push_back(&coedge);
+            else if (!aBridges.empty() && aBridges.back() == coedge.GetEdge())
+            {
+                aBridges.pop_back();
+                aRings.push_back(std::move(aOpen.back()));
+                aOpen.pop_back();
+            }
+            else
+            {
+                aBridges.push_back(coedge.GetEdge());
+                aOpen.emplace_back();
+            }
+        });
+    for (Ring& ring : aOpen)
+        aRings.push_back(std::move(ring));
+    std::erase_if(aRings, [](const Ring& ring) { return ring.empty(); });
+    return aRings;
+}
+
+/// The ring around all of the loop: the only one that runs counter-clockwise.
+Ring FindOutline(const Loop& loop, const Plane& plane)
+{
+    Ring outline;
+    double dLargest = kLinearTolerance;
+    for (Ring& ring : SplitAtEdgesPassedTwice(loop))
+        if (const double dArea = GetSignedArea(ring, plane); dArea > dLargest)
+        {
+            dLargest = dArea;
+            outline = std::move(ring);
+        }
+    return outline;
+}
+
+bool IsComplete(const Loop& loop)
+{
+    bool bComplete = loop.GetCoedge() != nullptr;
+    loop.ForEachCoedge([&](const Coedge& coedge)
+                       { bComplete = bComplete && coedge.GetStartVertex() && coedge.GetEndVertex(); });
+    return bComplete;
+}
+
+bool IsOnLoops(const Face& face, const Point3d& p)
+{
+    return std::any_of(face.GetLoops().begin(), face.GetLoops().end(),
+                       [&](const Loop* pLoop) { return pLoop->FindSide(p) == nLoopSide::nOn; });
+}
+
+/// Whether the whole loop runs in the face, and not all of it along the face's own loops.
+bool RunsInside(const Loop& loop, Face& face)
+{
+    std::vector<Point3d> aPoints;
+    loop.ForEachCoedge(
+        [&](const Coedge& coedge)
+        {
+            aPoints.push_back(coedge.GetStartVertex()->GetPosition());
+            aPoints.push_back(coedge.GetEdge()->GetMidpoint());
+        });
+    return std::all_of(aPoints.begin(), aPoints.end(),
+                       [&](const Point3d& p) { return face.ContainsPoint(p, false); }) &&
+           !std::all_of(aPoints.begin(), aPoints.end(), [&](const Point3d& p) { return IsOnLoops(face, p); });
+}
+
+/// Gives `outer` a hole with the outline of `inner` for its edge.
+void AddHole(Face& outer, const Ring& outline, bool bSameDirection)
+{
+    History& history = *outer.GetHistory();
+    std::vector<Coedge*> aHole;
+    aHole.reserve(outline.size());
+    for (const Coedge* pCoedge : outline)
+    {
+        Coedge& coedge = history.Create<Coedge>(pCoedge->IsForward() != bSameDirection);
+        pCoedge->GetEdge()->AddCoedge(coedge);
+        aHole.push_back(&coedge);
+    }
+    if (bSameDirection)
+        std::reverse(aHole.begin(), aHole.end());
+    LinkLoop(aHole);
+    Loop& hole = history.Create<Loop>();
+    hole.SetCoedge(aHole.front());
+    hole.OwnCoedges();
+    outer.AddLoop(&hole, false);
+}
+
+/// Moves the holes of `outer` that lie within `inner` there; one that `inner` has already goes.
+void MoveHoles(Face& outer, Face& inner, bool bSameDirection)
+{
+    const Loop& outline = *inner.GetOuterLoop();
+    const Interval3d box = outline.GetBox();
+    const std::vector<Loop*> aHoles(outer.GetLoops().begin() + 1, outer.GetLoops().end());
+    for (Loop* pHole : aHoles)
+    {
+        if (!(pHole->GetBox() <= box) || !outline.ContainsLoop(*pHole))
+            continue;
+        std::vector<Edge*> aEdges;
+        pHole->GetEdges(aEdges);
+        if (std::all_of(aEdges.begin(), aEdges.end(), [&](const Edge* pEdge) { return inner.HasEdge(*pEdge); }))
+        {
+            outer.DeleteLoop(pHole);
+            continue;
+        }
+        outer.RemoveLoop(pHole);
+        if (!bSameDirection)
+            pHole->Reverse();
+        inner.AddLoop(pHole, false);
+    }
+}
+
+/// Brings the face and the faces without a shell that hang on it into a shell.
+void JoinShell(Face& face, Shell& shell)
+{
+    std::vector<Face*> aFaces{&face};
+    ObjectSet seen{&face};
+    for (std::size_t n = 0; n < aFaces.size(); ++n)
+    {
+        std::vector<Edge*> aEdges;
+        aFaces[n]->GetEdges(aEdges);
+        std::vector<Face*> aNeighbours;
+        for (const Edge* pEdge : aEdges)
+            pEdge->GetFaces(aNeighbours);
+        for (Face* pNeighbour : aNeighbours)
+            if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
+                aFaces.push_back(pNeighbour);
+    }
+    shell.AddFaces(aFaces);
+}
+} // namespace
+
+bool Face::AddLoop(Loop* pLoop, bool bFront)
+{
+    if (pLoop->GetFace())
+        return pLoop->GetFace() == this;
+    Changed(nChangeFacets);
+    RecordChange();
+    m_aLoops.insert(bFront ? m_aLoops.begin() : m_aLoops.end(), pLoop);
+    pLoop->SetFace(this);
+    return true;
+}
+
+bool Face::RemoveLoop(Loop* pLoop)
+{
+    const auto itLoop = std::find(m_aLoops.begin(), m_aLoops.end(), pLoop);
+    if (itLoop == m_aLoops.end())
+        return false;
+    Changed(nChangeFacets);
+    RecordChange();
+    m_aLoops.erase(itLoop);
+    pLoop->SetFace(nullptr);
+    return true;
+}
+
+bool Face::ChooseOuterLoop()
+{
+    if (m_aLoops.size() < 2)
+        return false;
+    const Plane plane = GetPlane();
+    if (m_aLoops.front()->GetSignedArea(plane) >= kLinearTolerance)
+        return false;
+    const auto itOuter =
+        std::find_if(m_aLoops.begin() + 1, m_aLoops.end(),
+                     [&](const Loop* pLoop) { return pLoop->GetSignedArea(plane) > kLinearTolerance; });
+    if (itOuter == m_aLoops.end())
+        return false;
+    Changed(nChangeFacets);
+    RecordChange();
+    std::iter_swap(m_aLoops.begin(), itOuter);
+    return true;
+}
+
+bool Face::AddInnerFace(Face* pInner)
+{
+    const Loop* pOutline = pInner ? pInner->GetOuterLoop() : nullptr;
+    if (pInner == this || m_aLoops.empty() || !pOutline)
+        return false;
+    const int nDirection = ComparePlanes(GetPlane(), pInner->GetPlane());
+    if (nDirection == 0 || !(pInner->GetBox() <= GetBox()) || !IsComplete(*pOutline))
+        return false;
+    const Ring outline = FindOutline(*pOutline, pInner->GetPlane());
+    std::vector<Edge*> aEdges;
+    pOutline->GetEdges(aEdges);
+    if (outline.empty() ||
+        !std::all_of(aEdges.begin(), aEdges.end(),
+                     [this](const Edge* pEdge) { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge); }))
+        return false;
+    if (!RunsInside(*pOutline, *this))
+        return false;
+
+    MoveHoles(*this, *pInner, nDirection > 0);
+    AddHole(*this, outline, nDirection > 0);
+    for (const Coedge* pCoedge : outline)
+        pCoedge->GetStartVertex()->RebuildGroups(false);
+    Changed(nBoundaryChanged);
+    pInner->Changed(nBoundaryChanged);
+    if (m_pShell && !pInner->GetShell())
+        JoinShell(*pInner, *m_pShell);
+    else if (!m_pShell && pInner->GetShell())
+        JoinShell(*this, *pInner->GetShell());
+    return true;
+}
+
+void Face::HandOverInnerLoops(Face& other)
+{
+    const Loop& outline = *other.GetOuterLoop();
+    const Interval3d box = outline.GetBox();
+    std::vector<Loop*> aStaying{m_aLoops.front()};
+    std::vector<Loop*> aLeaving;
+    for (std::size_t n = 1; n < m_aLoops.size(); ++n)
+    {
+        const bool bLeaves = m_aLoops[n]->GetBox() <= box && outline.ContainsLoop(*m_aLoops[n]);
+        (bLeaves ? aLeaving : aStaying).push_back(m_aLoops[n]);
+    }
+    if (aLeaving.empty())
+        return;
+    Changed(nChangeFacets);
+    RecordChange();
+    m_aLoops.swap(aStaying);
+    for (Loop* pLoop : aLeaving)
+    {
+        pLoop->SetFace(nullptr);
+        other.AddLoop(pLoop, false);
+    }
+}
+
+void Face::Reverse()
+{
+    for (Loop* pLoop : m_aLoops)
+        pLoop->Reverse();
+    if (m_Plane.isValid())
+    {
+        RecordChange();
+        m_Plane.negate();
+    }
+    Changed(nChangeFacets);
+}
+} // namespace QRV

@@ -1,0 +1,144 @@
+#include "geometry/Finite.h"
+#include "history/History.h"
+#include "model/Face.h"
+#include "spatial/FaceFacets.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+const FaceFacets* Face::GetFacets()
+{
+    if (m_pFacets || m_aLoops.empty())
+        return m_pFacets.get();
+    bool bFailed = false;
+    if (auto pFacets = FaceFacets::Compute(*this, bFailed))
+    {
+        RecordChange();
+        m_pFacets = std::move(pFacets);
+    }
+    return m_pFacets.get();
+}
+
+bool Face::GetFacetVertices(std::vector<Vertex*>& aVertices)
+{
+    if (!GetFacets())
+    {
+        bool bFailed = false;
+        if (!m_aLoops.empty())
+            FaceFacets::Compute(*this, bFailed);
+        return !bFailed;
+    }
+    for (const Facet& facet : m_pFacets->GetFacets())
+        aVertices.insert(aVertices.end(), facet.aVertices.begin(), facet.aVertices.end());
+    return true;
+}
+
+double Face::GetArea(const Transf3d* pTransform) const
+{
+    // Facets are a cache of the face: filling it changes nothing that shows.
+    auto* pSelf = const_cast<Face*>(this);
+    const FaceFacets* pFacets = pSelf->GetFacets();
+    return pFacets ? pFacets->GetArea(pSelf->GetPlane(), pTransform) : 0.0;
+}
+
+double Face::GetVolumeContribution(const Transf3d* pTransform, const Point3d& origin)
+{
+    const FaceFacets* pFacets = GetFacets();
+    return pFacets ? pFacets->GetVolumeContribution(pTransform, origin) : 0.0;
+}
+
+bool Face::GetCentroid(Point3d& centroid)
+{
+    const FaceFacets* pFacets = GetFacets();
+    return pFacets && pFacets->GetCentroid(centroid, GetPlane());
+}
+
+bool Face::GetInteriorPoint(Point3d& p)
+{
+    const FaceFacets* pFacets = GetFacets();
+    return pFacets && pFacets->GetInteriorPoint(p, GetPlane());
+}
+
+double Face::GetVariant()
+{
+    Point3d centroid;
+    if (m_aLoops.empty() || !GetCentroid(centroid))
+        return -1.0;
+    double dSum = 0.0;
+    double dCount = 0.0;
+    for (const Loop* pLoop : m_aLoops)
+        pLoop->ForEachCoedge([&](const Coedge& coedge) {
+            const Point3d& start = coedge.GetStartVertex()->GetPosition();
+            dSum += centroid.dist(start) + centroid.dist(start + coedge.GetVector() * 0.5);
+            dCount += 2.0;
+        });
+    const double dMean = dCount > 0.0 ? dSum / dCount : 0.0;
+    return dMean > 0.0 ? dMean : -1.0;
+}
+
+bool Face::ContainsPoint(const Point3d& p, bool bWide)
+{
+    if (!(GetBox() & p))
+        return false;
+    const FaceFacets* pFacets = GetFacets();
+    return pFacets && pFacets->ContainsPoint(p, GetPlane(), bWide);
+}
+
+bool Face::ContainsPointInside(const Point3d& p)
+{
+    if (!ContainsPoint(p, false))
+        return false;
+    const double dTolSqrd = ScaledTolerance(p) * ScaledTolerance(p);
+    std::vector<Edge*> aEdges;
+    GetEdges(aEdges);
+    return std::none_of(aEdges.begin(), aEdges.end(), [&](const Edge* pEdge) {
+        const Line3d line = pEdge->GetLine();
+        const double t = std::clamp(line.GetParameter(p), 0.0, 1.0);
+        return p.distSqrd(line.GetPointFromParameter(t)) <= dTolSqrd;
+    });
+}
+
+bool Face::HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax)
+{
+    if (!GetBox().intersectsRay(ray, dTol, dMax))
+        return false;
+    const std::size_t nBefore = aParameters.size();
+    if (const FaceFacets* pFacets = GetFacets())
+        pFacets->HitByRay(ray, aParameters, dTol, dMax);
+    return aParameters.size() > nBefore;
+}
+
+bool Face::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, double dTol, bool bWhole)
+{
+    if (aPlanes.empty())
+        return false;
+    if (BoxLiesOnNegativeSideOfPlanes(GetBox(), aPlanes, dTol))
+        return true;
+    const FaceFacets* pFacets = GetFacets();
+    return pFacets && pFacets->IntersectsNegativeSideOfPlanes(aPlanes, GetPlane(), dTol, bWhole);
+}
+
+bool Face::IsFlat(double dTol)
+{
+    std::vector<Vertex*> aVertices;
+    GetVertices(aVertices);
+    return std::all_of(aVertices.begin(), aVertices.end(), [&](const Vertex* pVertex) {
+        return std::abs(GetPlane().dist(pVertex->GetPosition())) <= ScaledTolerance(pVertex->GetPosition(), dTol);
+    });
+}
+
+bool Face::IsCoincident(Face& other)
+{
+    if (!GetBox().isEqual(other.GetBox(), kPointToleranceSqrd) ||
+        !GetPlane().isEquivalent(other.GetPlane(), kLinearTolerance, kParallelToleranceSqrd))
+        return false;
+    std::vector<Vertex*> aVertices;
+    std::vector<Vertex*> aOthers;
+    GetVertices(aVertices);
+    other.GetVertices(aOthers);
+    std::sort(aVertices.begin(), aVertices.end(), ByObjectID());
+    std::sort(aOthers.begin(), aOthers.end(), ByObjectID());
+    return aVertices == aOthers;
+}
+} // namespace QRV

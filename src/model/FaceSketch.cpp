@@ -1,0 +1,248 @@
+#include "history/History.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Vertex.h"
+#include "spatial/FacetNodes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace QRV
+{
+namespace
+{
+constexpr double kAngleTolerance = 1e-12;
+constexpr double kShortestSpurSqrd = kPointToleranceSqrd;
+constexpr double kShortestChordSqrd = 1e-12;
+/// Below this squared length a spur can slip out of a narrow corner within the tolerances of the other tests.
+constexpr double kCrumbLengthSqrd = 1e-12;
+
+/// Counter-clockwise from `from` to `to` about the normal: from 0 to 2 pi.
+double GetTurn(const Vector3d& from, const Vector3d& to, const UnitVector3d& normal)
+{
+    const double dAngle = std::atan2(normal % (from * to), from % to);
+    return dAngle < -kAngleTolerance ? dAngle + 2 * std::numbers::pi : dAngle;
+}
+
+/// Whether the direction falls into the corner at the end of the coedge. The face lies on the left, so its sector runs
+/// counter-clockwise from the next coedge to this one. The side of the next coedge counts, so that an edge which is
+/// there already is noticed.
+bool IsInCorner(const Coedge& coedge, const Vector3d& direction, const UnitVector3d& normal)
+{
+    const Vector3d out = coedge.GetNext()->GetVector();
+    double dSector = GetTurn(out, -coedge.GetVector(), normal);
+    if (dSector <= kAngleTolerance)
+        dSector = 2 * std::numbers::pi; // the tip of a spur
+    double dTurn = GetTurn(out, direction, normal);
+    if (2 * std::numbers::pi - dTurn <= kAngleTolerance)
+        dTurn = 0.0;
+    return dTurn < dSector - kAngleTolerance;
+}
+
+/// Whether a point very near a corner lies between its two sides.
+bool IsBetweenSides(const Coedge& corner, const Point3d& p, const UnitVector3d& normal)
+{
+    const Point3d& tip = corner.GetEndVertex()->GetPosition();
+    const UnitVector3d xAxis = normal.perpend();
+    const UnitVector3d yAxis(normal * xAxis, false);
+    const auto flatten = [&](const Point3d& q)
+    {
+        FacetVertex flat;
+        flat.x = (q - tip) % xAxis;
+        flat.y = (q - tip) % yAxis;
+        flat.dSlack = 2 * ScaledTolerance(q);
+        return flat;
+    };
+    return IsInCone(flatten(corner.GetStartVertex()->GetPosition()), flatten(tip),
+                    flatten(corner.GetNext()->GetEndVertex()->GetPosition()), flatten(p), false);
+}
+
+bool HasExactlyTwoEdges(const Face& face, const Vertex& vertex)
+{
+    std::vector<Coedge*> aCoedges;
+    vertex.GetCoedges(aCoedges, &face);
+    std::vector<std::uint64_t> aEdgeIDs;
+    for (const Coedge* pCoedge : aCoedges)
+        aEdgeIDs.push_back(pCoedge->GetEdge()->GetID());
+    std::sort(aEdgeIDs.begin(), aEdgeIDs.end());
+    return std::unique(aEdgeIDs.begin(), aEdgeIDs.end()) - aEdgeIDs.begin() == 2;
+}
+
+/// A new coedge of the edge, behind `previous` in its loop.
+Coedge& AppendCoedge(Edge& edge, bool bForward, Coedge& previous)
+{
+    Coedge& coedge = previous.GetHistory()->Create<Coedge>(bForward);
+    edge.AddCoedge(coedge);
+    coedge.SetLoop(previous.GetLoop());
+    Coedge::Link(previous, coedge);
+    return coedge;
+}
+
+/// An edge that hangs on a face by one vertex.
+struct DanglingEdge
+{
+    Edge* pEdge;
+    Vertex* pNear;
+};
+
+/// Lets the loop walk out along the edge and back. False, with nothing changed, when the edge does not run in the face.
+bool DrawInSpur(Face& face, const DanglingEdge& spur, const ObjectSet& done)
+{
+    Edge& edge = *spur.pEdge;
+    if (!edge.IsComplete() || edge.GetStartVertex() == edge.GetEndVertex() ||
+        edge.GetLengthSqrd() <= kShortestSpurSqrd || edge.GetUse() + 2 > Edge::kMaxUse)
+        return false;
+    const Vertex* pFar = edge.GetOtherVertex(spur.pNear);
+    if (done.contains(pFar) || !face.ContainsPointInside(pFar->GetPosition()))
+        return false;
+    Coedge* pCorner = face.FindCorner(spur.pNear, pFar->GetPosition() - spur.pNear->GetPosition());
+    if (!pCorner || pCorner->GetNext()->GetEdge() == &edge)
+        return false;
+    if (edge.GetLengthSqrd() < kCrumbLengthSqrd && HasExactlyTwoEdges(face, *spur.pNear) &&
+        !IsBetweenSides(*pCorner, pFar->GetPosition(), face.GetPlane().normal))
+        return false;
+
+    Coedge& next = *pCorner->GetNext();
+    const bool bOutForward = edge.GetStartVertex() == spur.pNear;
+    Coedge& out = AppendCoedge(edge, bOutForward, *pCorner);
+    Coedge& back = AppendCoedge(edge, !bOutForward, out);
+    Coedge::Link(back, next);
+    spur.pNear->RebuildGroups(false);
+    return true;
+}
+
+/// Puts the other edges at the vertex on the stack, the first of them on top.
+void PushOtherEdges(Vertex& vertex, const Edge& edge, std::vector<DanglingEdge>& aStack)
+{
+    std::vector<Edge*> aEdges;
+    vertex.GetConnectedEdges(aEdges);
+    for (auto it = aEdges.rbegin(); it != aEdges.rend(); ++it)
+        if (*it != &edge)
+            aStack.push_back({*it, &vertex});
+}
+
+/// Whether one side of the corner is this edge.
+bool IsAtCorner(const Edge& edge, const Coedge& corner)
+{
+    return corner.GetEdge() == &edge || corner.GetNext()->GetEdge() == &edge;
+}
+
+bool IsOnRing(const Coedge& ring, const Coedge* pSought)
+{
+    const Coedge* pCoedge = &ring;
+    do
+    {
+        if (pCoedge == pSought)
+            return true;
+        pCoedge = pCoedge->GetNext();
+    } while (pCoedge != &ring);
+    return false;
+}
+} // namespace
+
+Coedge* Face::FindCorner(const Vertex* pVertex, const Vector3d& direction)
+{
+    const UnitVector3d normal = GetPlane().normal;
+    std::vector<Coedge*> aCoedges;
+    pVertex->GetCoedges(aCoedges, this);
+    for (Coedge* pCoedge : aCoedges)
+        if (pCoedge->GetEndVertex() == pVertex && pCoedge->GetNext() && IsInCorner(*pCoedge, direction, normal))
+            return pCoedge;
+    return nullptr;
+}
+
+bool Face::AddSpurEdge(Edge& edge, bool bStartIsOnFace, ObjectSet& done)
+{
+    const DanglingEdge first{&edge, bStartIsOnFace ? edge.GetStartVertex() : edge.GetEndVertex()};
+    bool bDrawnIn = false;
+    // Spurs take no area from the face, so its facets of before serve all of them.
+    std::vector<DanglingEdge> aStack{first};
+    while (!aStack.empty())
+    {
+        const DanglingEdge spur = aStack.back();
+        aStack.pop_back();
+        if (!DrawInSpur(*this, spur, done))
+            continue;
+        bDrawnIn = true;
+        Vertex* pFar = spur.pEdge->GetOtherVertex(spur.pNear);
+        done.insert(pFar);
+        PushOtherEdges(*pFar, *spur.pEdge, aStack);
+    }
+    if (bDrawnIn)
+        Changed(nChangeFacets);
+    return bDrawnIn;
+}
+
+bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
+{
+    Vertex* pStart = edge.GetStartVertex();
+    Vertex* pEnd = edge.GetEndVertex();
+    if (!edge.IsComplete() || pStart == pEnd || edge.GetLengthSqrd() <= kShortestChordSqrd ||
+        edge.GetUse() + 2 > Edge::kMaxUse)
+        return false;
+    if (!bSkipMidpointTest && !ContainsPoint(edge.GetMidpoint(), false))
+        return false;
+    const Vector3d way = pEnd->GetPosition() - pStart->GetPosition();
+    Coedge* pStartCorner = FindCorner(pStart, way);
+    Coedge* pEndCorner = pStartCorner ? FindCorner(pEnd, -way) : nullptr;
+    if (!pEndCorner || IsAtCorner(edge, *pStartCorner) || IsAtCorner(edge, *pEndCorner))
+        return false;
+
+    Loop& startLoop = *pStartCorner->GetLoop();
+    Loop& endLoop = *pEndCorner->GetLoop();
+    Coedge& startNext = *pStartCorner->GetNext();
+    Coedge& endNext = *pEndCorner->GetNext();
+    Coedge& there = AppendCoedge(edge, true, *pStartCorner);
+    Coedge& back = AppendCoedge(edge, false, *pEndCorner);
+    Coedge::Link(there, endNext);
+    Coedge::Link(back, startNext);
+    if (&startLoop == &endLoop)
+    {
+        Face& part = SplitOff(startLoop, there, back);
+        if (ppNewFace)
+            *ppNewFace = &part;
+    }
+    else
+        JoinLoops(startLoop, endLoop);
+    pStart->RebuildGroups(false);
+    pEnd->RebuildGroups(false);
+    return true;
+}
+
+/// A bridge has made one ring of two loops.
+void Face::JoinLoops(Loop& first, Loop& second)
+{
+    Loop& kept = &second == GetOuterLoop() ? second : first;
+    Loop& gone = &kept == &first ? second : first;
+    MergeAttributesFrom(kept, gone, true);
+    RemoveLoop(&gone);
+    kept.OwnCoedges();
+    gone.DeleteSelf();
+}
+
+/// A chord has made two rings of the loop's coedges. One stays in the loop, the other becomes a face of its own.
+Face& Face::SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing)
+{
+    const Plane plane = GetPlane();
+    const bool bFirstIsHere = IsOnRing(oneRing, loop.GetCoedge());
+    Coedge* pStaying = bFirstIsHere ? &oneRing : &otherRing;
+    Coedge* pLeaving = bFirstIsHere ? &otherRing : &oneRing;
+    if (&loop != GetOuterLoop() && loop.GetSignedArea(plane) > -kLinearTolerance)
+    {
+        std::swap(pStaying, pLeaving); // what runs counter-clockwise is no hole any more
+        loop.SetCoedge(pStaying);
+    }
+
+    History& history = *GetHistory();
+    Face& part = Create(history, plane, m_pShell);
+    Loop& outline = history.Create<Loop>();
+    outline.SetCoedge(pLeaving);
+    outline.OwnCoedges();
+    part.AddLoop(&outline, false);
+    HandOverInnerLoops(part);
+    Changed(nShapeChanged);
+    InheritAttributes(*this, part);
+    return part;
+}
+} // namespace QRV

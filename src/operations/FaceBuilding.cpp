@@ -1,0 +1,216 @@
+#include "operations/FaceBuilding.h"
+
+#include "history/History.h"
+#include "model/Body.h"
+#include "model/Face.h"
+#include "model/Shell.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+namespace
+{
+constexpr std::uint64_t kMaxUse = 255;
+
+Vertex* GetStart(const LoopPath::value_type& step)
+{
+    return step.second ? step.first->GetStartVertex() : step.first->GetEndVertex();
+}
+
+Vertex* GetEnd(const LoopPath::value_type& step)
+{
+    return step.second ? step.first->GetEndVertex() : step.first->GetStartVertex();
+}
+
+/// Builds one face; the steps share what they learn about the neighbours.
+class FaceBuilder
+{
+public:
+    FaceBuilder(History& history, const LoopPath& path, const Plane& plane) : m_history(history), m_path(path), m_plane(plane) {}
+
+    Face* Run(const std::vector<Attribute*>* pFaceAttributes)
+    {
+        if (m_path.size() < 3 || !m_plane.isValid() || IsSomeEdgeFull())
+            return nullptr;
+        m_bClockwise = IsClockwise();
+        if (IsSideFilled())
+            return nullptr;
+        if (!m_pShell)
+            NoteShellsAtVertices();
+        const bool bAgainstPath = MustRunAgainstPath();
+        Face& face = MakeFace(m_bClockwise != bAgainstPath ? -m_plane : m_plane, pFaceAttributes);
+        if (bAgainstPath)
+            face.GetOuterLoop()->Reverse();
+        RebuildGroups(face);
+        face.GetBox();
+        if (m_pShell)
+            JoinShell(face);
+        return &face;
+    }
+
+private:
+    bool IsSomeEdgeFull() const
+    {
+        return std::any_of(m_path.begin(), m_path.end(), [](const auto& step) { return step.first->GetUse() >= kMaxUse; });
+    }
+
+    bool IsClockwise() const
+    {
+        const Point3d& origin = GetStart(m_path.front())->GetPosition();
+        Vector3d sum;
+        for (const auto& step : m_path)
+            sum += (GetStart(step)->GetPosition() - origin) * (GetEnd(step)->GetPosition() - origin);
+        return sum % m_plane.normal < 0.0;
+    }
+
+    void NoteShell(const Face& face)
+    {
+        Shell* pShell = face.GetShell();
+        if (!pShell || pShell == m_pShell)
+            return;
+        if (!m_pShell)
+            m_pShell = pShell;
+        else if (pShell->GetBody())
+            m_bSeveralShells = true;
+    }
+
+    /// Whether a face in the plane has a coedge that runs as the new face's would. Notes the shells met.
+    bool IsSideFilled()
+    {
+        for (const auto& [pEdge, bForward] : m_path)
+        {
+            std::vector<Coedge*> aCoedges;
+            pEdge->GetCoedges(aCoedges);
+            m_bSeveralFacesOnEdge = m_bSeveralFacesOnEdge || aCoedges.size() >= 2;
+            for (const Coedge* pCoedge : aCoedges)
+            {
+                Face* pFace = pCoedge->GetFace();
+                if (!pFace)
+                    continue;
+                NoteShell(*pFace);
+                const int nSide = ComparePlanes(m_plane, pFace->GetPlane());
+                if (nSide != 0 && (pCoedge->IsForward() != (nSide < 0)) == (bForward != m_bClockwise))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    void NoteShellsAtVertices()
+    {
+        for (const auto& step : m_path)
+        {
+            std::vector<Face*> aFaces;
+            GetStart(step)->GetFaces(aFaces);
+            for (const Face* pFace : aFaces)
+                NoteShell(*pFace);
+        }
+        m_bShellByVertices = m_pShell != nullptr;
+    }
+
+    /// The first edge with one face on it decides: the new face runs against that one's coedge.
+    bool MustRunAgainstPath() const
+    {
+        for (const auto& [pEdge, bForward] : m_path)
+            if (pEdge->GetUse() == 1)
+                return pEdge->GetCoedge()->IsForward() == bForward;
+        return false;
+    }
+
+    Face& MakeFace(const Plane& plane, const std::vector<Attribute*>* pFaceAttributes)
+    {
+        Face& face = Face::Create(m_history, plane, nullptr);
+        if (pFaceAttributes)
+            for (Attribute* pAttribute : *pFaceAttributes)
+                face.AddAttribute(pAttribute, true);
+        Loop& loop = m_history.Create<Loop>();
+        std::vector<Coedge*> aCoedges;
+        for (const auto& [pEdge, bForward] : m_path)
+        {
+            Coedge& coedge = m_history.Create<Coedge>(bForward);
+            coedge.SetLoop(&loop);
+            pEdge->AddCoedge(coedge);
+            pEdge->SetSmooth(false);
+            aCoedges.push_back(&coedge);
+        }
+        LinkLoop(aCoedges);
+        loop.SetCoedge(aCoedges.front());
+        face.AddLoop(&loop, true);
+        return face;
+    }
+
+    void RebuildGroups(const Face& face)
+    {
+        std::vector<Vertex*> aVertices;
+        face.GetVertices(aVertices);
+        for (Vertex* pVertex : aVertices)
+            pVertex->RebuildGroups(false);
+    }
+
+    void JoinShell(Face& face)
+    {
+        Body* pBody = m_pShell->GetBody();
+        if (m_bSeveralShells)
+            m_pShell->AddFaces({&face});
+        else
+            m_pShell->AddFaces(GetShelllessAround(face));
+        if (pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge))
+            pBody->Rebuild(false);
+    }
+
+    /// The face and all that hang together with it over edges and have no shell yet.
+    static std::vector<Face*> GetShelllessAround(Face& face)
+    {
+        std::vector<Face*> aFaces{&face};
+        ObjectSet seen{&face};
+        for (std::size_t i = 0; i < aFaces.size(); ++i)
+        {
+            std::vector<Edge*> aEdges;
+            aFaces[i]->GetEdges(aEdges);
+            for (const Edge* pEdge : aEdges)
+            {
+                std::vector<Face*> aNeighbours;
+                pEdge->GetFaces(aNeighbours);
+                for (Face* pNeighbour : aNeighbours)
+                    if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
+                        aFaces.push_back(pNeighbour);
+            }
+        }
+        return aFaces;
+    }
+
+    History& m_history;
+    const LoopPath& m_path;
+    const Plane m_plane;
+    bool m_bClockwise = false;
+    Shell* m_pShell = nullptr;
+    bool m_bSeveralShells = false;
+    bool m_bShellByVertices = false;
+    bool m_bSeveralFacesOnEdge = false; ///< with the new face an edge has three or more
+};
+} // namespace
+
+Face* FindFaceHolding(History& history, const std::vector<Vertex*>& aVertices, const Plane& plane)
+{
+    Interval3d box;
+    for (const Vertex* pVertex : aVertices)
+        box += pVertex->GetPosition();
+    std::vector<Face*> aFaces;
+    history.GetFaceTree().FindHolding(box, aFaces);
+    std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
+    const auto holdsAll = [&](Face* pFace) {
+        return ComparePlanes(plane, pFace->GetPlane()) != 0 &&
+               std::all_of(aVertices.begin(), aVertices.end(),
+                           [&](const Vertex* pVertex) { return pFace->ContainsPoint(pVertex->GetPosition(), false); });
+    };
+    const auto it = std::find_if(aFaces.begin(), aFaces.end(), holdsAll);
+    return it == aFaces.end() ? nullptr : *it;
+}
+
+Face* BuildFaceFromLoop(History& history, const LoopPath& path, const Plane& plane,
+                        const std::vector<Attribute*>* pFaceAttributes)
+{
+    return FaceBuilder(history, path, plane).Run(pFaceAttributes);
+}
+} // namespace QRV

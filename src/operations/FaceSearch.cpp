@@ -1,0 +1,320 @@
+#include "operations/FaceSearch.h"
+
+#include "geometry/Finite.h"
+#include "geometry/Trigonometry.h"
+#include "history/History.h"
+#include "model/Face.h"
+#include "operations/FaceBuilding.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace QRV
+{
+namespace
+{
+bool IsOffPlane(const Point3d& p, const Plane& plane)
+{
+    return std::abs(plane.dist(p)) > ScaledTolerance(p);
+}
+
+/// `w` continues the line from `u` to `v`, too near to it to tell a plane.
+bool AreCollinear(const Point3d& u, const Point3d& v, const Point3d& w)
+{
+    constexpr double kNearLine = 1e-11;
+    constexpr double kNearLinePerLength = 1e-8;
+    const double dBound = std::max(ScaledTolerance(w, kNearLine), w.dist(v) * kNearLinePerLength);
+    return Line3d(u, v).dist(w) <= dBound;
+}
+
+/// The edge has coedges of two faces that lie in the plane, on whichever side.
+bool IsFilledInPlane(const Edge& edge, const Plane& plane)
+{
+    int nInPlane = 0;
+    std::vector<Coedge*> aCoedges;
+    edge.GetCoedges(aCoedges);
+    for (const Coedge* pCoedge : aCoedges)
+        if (Face* pFace = pCoedge->GetFace())
+            nInPlane += ComparePlanes(plane, pFace->GetPlane()) != 0;
+    return nInPlane >= 2;
+}
+
+bool HasOtherEdge(const Vertex& vertex)
+{
+    std::vector<Edge*> aEdges;
+    return vertex.GetConnectedEdges(aEdges) > 1;
+}
+
+/// On which side of the first edge a walk looks for its face.
+enum class nWalkSide
+{
+    nLeft,
+    nRight
+};
+
+/// A walk in depth from the end of one edge back to its start. It keeps to one plane once the first bend has shown
+/// one, and turns as far to its side as it can, so that it goes round the region on that side.
+class LoopWalk
+{
+public:
+    LoopWalk(History& history, const FaceSearchOptions& options, nWalkSide nSide, std::vector<std::uint64_t>& aFormed)
+        : m_history(history), m_options(options), m_nSide(nSide), m_aFormed(aFormed)
+    {
+    }
+
+    void Run(Edge& first, bool bForward)
+    {
+        m_path.assign(1, {&first, bForward});
+        m_pStart = bForward ? first.GetStartVertex() : first.GetEndVertex();
+        m_visited = {GetEnd(0)};
+        if (m_options.pPlane)
+            m_plane = *m_options.pPlane;
+        m_aLevels.clear();
+        PushLevel();
+        while (!m_aLevels.empty())
+            Advance();
+    }
+
+private:
+    struct Candidate
+    {
+        Edge* pEdge;
+        Vertex* pFar;
+        double dKey; ///< what the candidates of a level are ordered by, ascending
+    };
+
+    struct Level
+    {
+        std::size_t nPathLength;
+        std::vector<Candidate> aCandidates;
+        std::size_t nNext = 0;
+    };
+
+    Vertex* GetStart(std::size_t n) const
+    {
+        return m_path[n].second ? m_path[n].first->GetStartVertex() : m_path[n].first->GetEndVertex();
+    }
+    Vertex* GetEnd(std::size_t n) const
+    {
+        return m_path[n].second ? m_path[n].first->GetEndVertex() : m_path[n].first->GetStartVertex();
+    }
+    bool IsClosed() const { return m_visited.contains(m_pStart); }
+
+    /// One step: tries the next candidate of the deepest level, or leaves that level.
+    void Advance()
+    {
+        Level& level = m_aLevels.back();
+        const bool bCameBack = m_path.size() > level.nPathLength;
+        m_path.resize(level.nPathLength);
+        if (bCameBack && m_plane && !m_options.pPlane && m_path.size() < m_nPlaneDepth)
+            ForgetPlane();
+        if (IsClosed() || level.nNext == level.aCandidates.size())
+        {
+            m_aLevels.pop_back();
+            return;
+        }
+        Try(level.aCandidates[level.nNext++]);
+    }
+
+    void ForgetPlane()
+    {
+        m_plane.reset();
+        m_visited.clear();
+        for (std::size_t i = 0; i < m_path.size(); ++i)
+            m_visited.insert(GetEnd(i));
+    }
+
+    void PushLevel()
+    {
+        Level level;
+        level.nPathLength = m_path.size();
+        CollectCandidates(level.aCandidates);
+        m_aLevels.push_back(std::move(level));
+    }
+
+    void CollectCandidates(std::vector<Candidate>& aCandidates)
+    {
+        const Edge* pLast = m_path.back().first;
+        Vertex* pAt = GetEnd(m_path.size() - 1);
+        m_aEdgesAt.clear();
+        pAt->GetConnectedEdges(m_aEdgesAt);
+        const UnitVector3d travel(pAt->GetPosition() - GetStart(m_path.size() - 1)->GetPosition(), true);
+        for (Edge* pEdge : m_aEdgesAt)
+        {
+            Vertex* pFar = pEdge->GetOtherVertex(pAt);
+            if (pEdge == pLast || m_visited.contains(pFar))
+                continue;
+            if (m_plane && (IsOffPlane(pFar->GetPosition(), *m_plane) || IsFilledInPlane(*pEdge, *m_plane)))
+                continue;
+            if (m_options.pBoundingPlanes &&
+                !PointIntersectsNegativeSideOfPlanes(pFar->GetPosition(), *m_options.pBoundingPlanes, kLinearTolerance))
+                continue;
+            const UnitVector3d onward(pFar->GetPosition() - pAt->GetPosition(), true);
+            aCandidates.push_back({pEdge, pFar, GetKey(travel, onward)});
+        }
+        // Sharpest turns first; ids settle ties.
+        std::sort(aCandidates.begin(), aCandidates.end(), [](const Candidate& a, const Candidate& b) {
+            return a.dKey != b.dKey ? a.dKey < b.dKey : a.pEdge->GetID() < b.pEdge->GetID();
+        });
+    }
+
+    double GetKey(const UnitVector3d& travel, const UnitVector3d& onward) const
+    {
+        if (!m_plane)
+            return travel % onward;
+        const double dTurn = ArcTan2(m_plane->normal % (travel * onward), travel % onward);
+        return m_nSide == nWalkSide::nLeft ? -dTurn : dTurn;
+    }
+
+    void Try(const Candidate& candidate)
+    {
+        if (m_visited.contains(candidate.pFar)) // an earlier candidate of the level led there to no end
+            return;
+        const std::size_t nLast = m_path.size() - 1;
+        const Point3d& u = GetStart(nLast)->GetPosition();
+        const Point3d& v = GetEnd(nLast)->GetPosition();
+        const Point3d& w = candidate.pFar->GetPosition();
+        const bool bFindsPlane = !m_plane && !AreCollinear(u, v, w);
+        if (bFindsPlane)
+        {
+            const Plane plane(v, UnitVector3d((v - u) * (w - v), true));
+            if (IsFilledInPlane(*candidate.pEdge, plane) || IsSideOpen(plane))
+                return;
+            m_plane = plane;
+            m_nPlaneDepth = m_path.size() + 1;
+        }
+        m_path.emplace_back(candidate.pEdge, candidate.pEdge->GetOtherVertex(candidate.pFar) == candidate.pEdge->GetStartVertex());
+        m_visited.insert(candidate.pFar);
+        if (candidate.pFar == m_pStart)
+            Close();
+        else if (!m_options.bInsideFacesOnly || !m_plane || FindFaceHolding(m_history, GetPathVertices(), *m_plane))
+            PushLevel();
+    }
+
+    /// Whether the region on this walk's side of the first edge reaches to infinity, so that no face can fill it: a
+    /// ray from the edge into the region meets nothing. Spares the walk round the outside of large sketches.
+    bool IsSideOpen(const Plane& plane)
+    {
+        const Edge* pFirst = m_path.front().first;
+        const Vector3d along = GetEnd(0)->GetPosition() - GetStart(0)->GetPosition();
+        const Vector3d left = plane.normal * along;
+        const Line3d ray(pFirst->GetMidpoint(), m_nSide == nWalkSide::nLeft ? left : -left);
+        bool bOpen = true;
+        m_history.GetEdgeTree().Visit(
+            [&](const Interval3d& box) { return box.intersectsRay(ray, kLinearTolerance, kInfinity); },
+            [&](const Edge* pEdge, const Interval3d&) {
+                double t = 0.0;
+                const double dTol = ScaledTolerance(ray.point);
+                bOpen = pEdge == pFirst || !pEdge->HitByRay(ray, t, dTol, kInfinity);
+                return bOpen;
+            });
+        return bOpen;
+    }
+
+    std::vector<Vertex*> GetPathVertices() const
+    {
+        std::vector<Vertex*> aVertices{m_pStart};
+        for (std::size_t i = 0; i < m_path.size(); ++i)
+            if (GetEnd(i) != m_pStart)
+                aVertices.push_back(GetEnd(i));
+        return aVertices;
+    }
+
+    void Close()
+    {
+        if (!m_plane)
+            return;
+        Face* pHolding = nullptr;
+        if (m_options.bInsideFacesOnly)
+        {
+            pHolding = FindFaceHolding(m_history, GetPathVertices(), *m_plane);
+            if (!pHolding)
+                return;
+        }
+        Face* pFace = BuildFaceFromLoop(m_history, m_path, *m_plane, m_options.pFaceAttributes);
+        if (!pFace)
+            return;
+        if (pHolding && pHolding->GetPlane().normal % pFace->GetPlane().normal < -kLinearTolerance)
+            pFace->Reverse();
+        const std::uint64_t nFace = pFace->GetID();
+        SettleNewFace(*pFace, false, pHolding, nullptr);
+        m_aFormed.push_back(nFace);
+        if (!m_options.bInsideFacesOnly)
+            FinishFormed(nFace);
+    }
+
+    void FinishFormed(std::uint64_t nFace);
+
+    static constexpr double kInfinity = 1e30;
+
+    History& m_history;
+    const FaceSearchOptions m_options;
+    const nWalkSide m_nSide;
+    std::vector<std::uint64_t>& m_aFormed;
+    LoopPath m_path;
+    Vertex* m_pStart = nullptr;
+    std::optional<Plane> m_plane;
+    std::size_t m_nPlaneDepth = 0; ///< length of the path with which the plane was found
+    ObjectSet m_visited;           ///< ends of what was walked; the start only once the loop is closed
+    std::vector<Level> m_aLevels;
+    std::vector<Edge*> m_aEdgesAt;
+};
+
+/// Makes faces of the closed sketches inside a new face, and inside those.
+void PullEdgesIntoFaces(History& history, std::vector<std::uint64_t> aFaceIDs)
+{
+    for (std::size_t i = 0; i < aFaceIDs.size(); ++i)
+    {
+        auto* pFace = history.Get<Face>(aFaceIDs[i]);
+        if (!pFace)
+            continue;
+        std::vector<Edge*> aInside;
+        history.GetEdgeTree().FindInside(pFace->GetBox(), aInside);
+        std::vector<std::uint64_t> aEdgeIDs;
+        for (const Edge* pEdge : aInside)
+            aEdgeIDs.push_back(pEdge->GetID());
+        std::sort(aEdgeIDs.begin(), aEdgeIDs.end());
+
+        std::vector<Vertex*> aCorners;
+        pFace->GetVertices(aCorners);
+        const ObjectSet corners(aCorners.begin(), aCorners.end());
+        for (const std::uint64_t nEdge : aEdgeIDs)
+        {
+            auto* pEdge = history.Get<Edge>(nEdge);
+            pFace = history.Get<Face>(aFaceIDs[i]);
+            if (!pEdge || !pFace || corners.contains(pEdge->GetStartVertex()) || corners.contains(pEdge->GetEndVertex()))
+                continue;
+            if (pFace->HasEdge(*pEdge) || !pFace->ContainsPoint(pEdge->GetStartVertex()->GetPosition(), false) ||
+                !pFace->ContainsPoint(pEdge->GetEndVertex()->GetPosition(), false))
+                continue;
+            const Plane plane = pFace->GetPlane();
+            FaceSearchOptions options;
+            options.bInsideFacesOnly = true;
+            options.pPlane = &plane;
+            LoopWalk(history, options, nWalkSide::nLeft, aFaceIDs).Run(*pEdge, true);
+        }
+    }
+}
+
+void LoopWalk::FinishFormed(std::uint64_t nFace)
+{
+    PullEdgesIntoFaces(m_history, {nFace});
+    if (auto* pFace = m_history.Get<Face>(nFace))
+        CloseFaceComponent(*pFace);
+}
+} // namespace
+
+void FormFacesFromEdge(Edge& edge, const FaceSearchOptions& options)
+{
+    if (!edge.IsComplete())
+        return;
+    if (edge.IsFree() && (!HasOtherEdge(*edge.GetStartVertex()) || !HasOtherEdge(*edge.GetEndVertex())))
+        return; // a dangling edge closes nothing
+    History& history = *edge.GetHistory();
+    std::vector<std::uint64_t> aFormed;
+    const std::uint64_t nEdge = edge.GetID();
+    for (const nWalkSide nSide : {nWalkSide::nLeft, nWalkSide::nRight})
+        if (auto* pEdge = history.Get<Edge>(nEdge))
+            LoopWalk(history, options, nSide, aFormed).Run(*pEdge, true);
+}
+} // namespace QRV

@@ -1,0 +1,235 @@
+#include "history/History.h"
+#include "model/Body.h"
+#include "model/Face.h"
+#include "model/Lump.h"
+#include "model/Shell.h"
+#include "operations/FaceSearch.h"
+#include "spatial/Measures.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+namespace
+{
+
+/// Edges that leave the corners of a face and that the face does not use yet: (edge id, corner id), in corner order.
+std::vector<std::pair<std::uint64_t, std::uint64_t>> FindEdgesAtCorners(const Face& face)
+{
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> aFound;
+    std::vector<Vertex*> aCorners;
+    face.GetVertices(aCorners);
+    for (const Vertex* pCorner : aCorners)
+    {
+        std::vector<Edge*> aEdges;
+        pCorner->GetConnectedEdges(aEdges);
+        if (aEdges.size() <= 2)
+            continue;
+        for (const Edge* pEdge : aEdges)
+            if (!face.HasEdge(*pEdge))
+                aFound.emplace_back(pEdge->GetID(), pCorner->GetID());
+    }
+    return aFound;
+}
+
+void DrawInSpurs(History& history, Face& face)
+{
+    ObjectSet done;
+    for (const auto& [nEdge, nCorner] : FindEdgesAtCorners(face))
+    {
+        auto* pEdge = history.Get<Edge>(nEdge);
+        if (pEdge && !face.HasEdge(*pEdge))
+            face.AddSpurEdge(*pEdge, pEdge->GetStartVertex()->GetID() == nCorner, done);
+    }
+}
+
+/// Draws one edge between two corners of the face into it. Null when none does; `pSplitOff` gets what came off.
+bool DrawInChord(History& history, Face& face, Face*& pSplitOff)
+{
+    std::vector<Vertex*> aCorners;
+    face.GetVertices(aCorners);
+    const ObjectSet corners(aCorners.begin(), aCorners.end());
+    for (const auto& [nEdge, nCorner] : FindEdgesAtCorners(face))
+    {
+        auto* pEdge = history.Get<Edge>(nEdge);
+        if (!pEdge || face.HasEdge(*pEdge) || !corners.contains(pEdge->GetStartVertex()) || !corners.contains(pEdge->GetEndVertex()))
+            continue;
+        pSplitOff = nullptr;
+        if (face.SplitByEdge(*pEdge, &pSplitOff, false))
+            return true;
+    }
+    return false;
+}
+
+/// Takes the dangling edges at the corners into the face, and the edges between its corners as chords. Gives the ids
+/// of the faces that chords split off.
+std::vector<std::uint64_t> DrawInEdges(History& history, Face& face)
+{
+    std::vector<std::uint64_t> aSplitOff;
+    for (bool bSplit = true; bSplit;)
+    {
+        DrawInSpurs(history, face);
+        Face* pSplitOff = nullptr;
+        bSplit = DrawInChord(history, face, pSplitOff);
+        if (pSplitOff)
+            aSplitOff.push_back(pSplitOff->GetID());
+    }
+    return aSplitOff;
+}
+
+/// The first face around the new one that takes it as a hole, by ascending id; null for none.
+Face* FillHoleAround(History& history, Face& face)
+{
+    std::vector<Face*> aAround;
+    history.GetFaceTree().FindHolding(face.GetBox(), aAround);
+    std::sort(aAround.begin(), aAround.end(), ByObjectID());
+    for (Face* pAround : aAround)
+        if (pAround != &face && pAround->AddInnerFace(&face))
+            return pAround;
+    return nullptr;
+}
+
+/// Largest first, so that a face inside another candidate does not become a hole beside it.
+bool TakeInnerFaces(History& history, Face& face)
+{
+    std::vector<Face*> aInside;
+    history.GetFaceTree().FindInside(face.GetBox(), aInside);
+    std::erase(aInside, &face);
+    std::vector<std::pair<double, Face*>> aByArea;
+    for (Face* pInside : aInside)
+        if (ComparePlanes(face.GetPlane(), pInside->GetPlane()) != 0 && pInside->GetOuterLoop())
+            aByArea.emplace_back(pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside);
+    std::sort(aByArea.begin(), aByArea.end(), [](const auto& a, const auto& b) {
+        return a.first != b.first ? a.first > b.first : a.second->GetID() < b.second->GetID();
+    });
+    bool bTook = false;
+    for (const auto& [dArea, pInside] : aByArea)
+        bTook = face.AddInnerFace(pInside) || bTook;
+    return bTook;
+}
+
+/// Whether the first edge that the face shares with exactly one other is run the same way by both.
+bool RunsWithNeighbour(const Face& face)
+{
+    std::vector<Coedge*> aCoedges;
+    face.GetCoedges(aCoedges);
+    for (const Coedge* pCoedge : aCoedges)
+    {
+        const Coedge* pPartner = pCoedge->GetPartner();
+        if (pPartner && pPartner->GetPartner() == pCoedge && pPartner->GetFace() && pPartner->GetFace() != &face)
+            return pPartner->IsForward() == pCoedge->IsForward();
+    }
+    return false;
+}
+
+bool CoincidesWithAnother(History& history, Face& face)
+{
+    std::vector<Face*> aAround;
+    history.GetFaceTree().FindHolding(face.GetBox(), aAround);
+    return std::any_of(aAround.begin(), aAround.end(),
+                       [&](Face* pOther) { return pOther != &face && pOther->IsCoincident(face); });
+}
+
+/// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to agree.
+void OrientFaceComponent(const std::vector<Face*>& aFaces)
+{
+    const ObjectSet component(aFaces.begin(), aFaces.end());
+    std::vector<Face*> aQueue{aFaces.front()};
+    ObjectSet seen{aFaces.front()};
+    for (std::size_t i = 0; i < aQueue.size(); ++i)
+    {
+        std::vector<Coedge*> aCoedges;
+        aQueue[i]->GetCoedges(aCoedges);
+        for (const Coedge* pCoedge : aCoedges)
+        {
+            std::vector<Coedge*> aOnEdge;
+            pCoedge->GetEdge()->GetCoedges(aOnEdge);
+            std::erase_if(aOnEdge, [&](const Coedge* pOther) {
+                return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace());
+            });
+            if (aOnEdge.size() != 1 || !seen.insert(aOnEdge.front()->GetFace()).second)
+                continue;
+            Face* pNeighbour = aOnEdge.front()->GetFace();
+            if (aOnEdge.front()->IsForward() == pCoedge->IsForward())
+                pNeighbour->Reverse();
+            aQueue.push_back(pNeighbour);
+        }
+    }
+}
+
+/// The closed sheet around a face, turned consistently where only that was missing; empty for an open one.
+std::vector<Face*> FindClosedComponent(Face& face)
+{
+    std::vector<Face*> aFaces;
+    Face::Sheet sheet;
+    sheet.bStopWhenOpen = true;
+    ObjectSet seen;
+    face.GetConnectedComponent(aFaces, seen, sheet);
+    if (!sheet.bClosed && sheet.bNoOpenEdge)
+    {
+        OrientFaceComponent(aFaces);
+        aFaces.clear();
+        seen.clear();
+        face.GetConnectedComponent(aFaces, seen, sheet);
+    }
+    if (!sheet.bClosed)
+        aFaces.clear();
+    return aFaces;
+}
+} // namespace
+
+void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
+{
+    History& history = *newFace.GetHistory();
+    const std::uint64_t nNewFace = newFace.GetID();
+    Face* pAround = pHolding && pHolding->AddInnerFace(&newFace) ? pHolding : nullptr;
+    if (!pHolding)
+        pAround = FillHoleAround(history, newFace);
+    if (pAround)
+        DrawInSpurs(history, *pAround);
+    const bool bTookHoles = TakeInnerFaces(history, newFace);
+    if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
+        newFace.Reverse();
+
+    std::vector<std::uint64_t> aToDrawIn{nNewFace};
+    for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
+    {
+        auto* pFace = history.Get<Face>(aToDrawIn[i]);
+        if (!pFace)
+            continue;
+        for (const std::uint64_t nSplitOff : DrawInEdges(history, *pFace))
+        {
+            if (pNewFaces)
+                pNewFaces->push_back(history.Get<Face>(nSplitOff));
+            else
+                aToDrawIn.push_back(nSplitOff);
+        }
+        if (i > 0 && CoincidesWithAnother(history, *pFace))
+            pFace->Delete(true, true);
+    }
+}
+
+void CloseFaceComponent(Face& face)
+{
+    const std::vector<Face*> aFaces = FindClosedComponent(face);
+    if (aFaces.empty())
+        return;
+    History& history = *face.GetHistory();
+    if (!face.GetBody())
+    {
+        Body& body = history.Create<Body>();
+        Shell& shell = history.Create<Shell>();
+        body.AddLump().AddShell(&shell, false);
+        shell.AddFaces(aFaces);
+    }
+    OrientFaceComponent(aFaces);
+
+    const Shell* pShell = face.GetShell();
+    const bool bOuter = pShell && pShell->GetLump() && pShell->GetLump()->GetShells().front() == pShell;
+    const double dVolume = GetSignedVolume(aFaces);
+    const bool bInsideOut = bOuter ? dVolume < -kLinearTolerance : dVolume > kLinearTolerance;
+    if (bInsideOut)
+        for (Face* pFace : aFaces)
+            pFace->Reverse();
+}
+} // namespace QRV

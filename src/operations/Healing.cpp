@@ -1,0 +1,381 @@
+#include "operations/Healing.h"
+
+#include "geometry/Finite.h"
+#include "history/History.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Vertex.h"
+#include "operations/EdgeSplit.h"
+
+#include <algorithm>
+
+namespace QRV
+{
+namespace
+{
+std::vector<std::uint64_t> GetEdgeIDs(const Vertex& vertex)
+{
+    std::vector<Edge*> aEdges;
+    vertex.GetConnectedEdges(aEdges);
+    std::vector<std::uint64_t> aIDs;
+    for (const Edge* pEdge : aEdges)
+        aIDs.push_back(pEdge->GetID());
+    return aIDs;
+}
+
+/// Moves everything at `from` to `to`, which stand at one place. `from` dies with its last edge.
+void TakeOverVertex(Vertex& to, Vertex& from)
+{
+    History& history = *to.GetHistory();
+    MergeAttributesFrom(to, from, false);
+    std::vector<std::uint64_t> aKnown = GetEdgeIDs(to);
+    const std::vector<std::uint64_t> aMoved = GetEdgeIDs(from);
+    if (aMoved.empty())
+    {
+        from.Delete();
+        return;
+    }
+    for (const std::uint64_t nEdge : aMoved)
+        history.Get<Edge>(nEdge)->Changed(nShapeChanged);
+    for (const std::uint64_t nEdge : aMoved)
+        if (auto* pEdge = history.Get<Edge>(nEdge))
+            pEdge->ReplaceReferences({{&from, &to}});
+    aKnown.insert(aKnown.end(), aMoved.begin(), aMoved.end());
+    to.Regroup(aKnown);
+}
+
+bool SplitEdgesThrough(History& history, std::uint64_t nVertex, double dTol)
+{
+    const auto* pVertex = history.Get<Vertex>(nVertex);
+    if (!pVertex)
+        return false;
+    const Point3d place = pVertex->GetPosition();
+    std::vector<Edge*> aEdges;
+    history.GetEdgeTree().FindTouching(Interval3d(place, ScaledTolerance(place, dTol)), aEdges);
+    std::sort(aEdges.begin(), aEdges.end(), ByObjectID());
+    bool bSplit = false;
+    for (Edge* pEdge : aEdges)
+        bSplit = SplitEdgeAtPoint(*pEdge, place, {.pAtVertex = history.Get<Vertex>(nVertex), .dTol = dTol}) || bSplit;
+    return bSplit;
+}
+
+/// Takes a coedge out of its loop and the model; the edge stays, free if that was its last use.
+void CutOutCoedge(Coedge& coedge)
+{
+    Edge* pEdge = coedge.GetEdge();
+    coedge.Unlink();
+    pEdge->IncrementUse(); // so that the edge outlives its last coedge
+    coedge.DeleteSelf();
+    pEdge->DecrementUse(false);
+}
+
+/// Where the coedges of an edge stand back to back in a loop, without being a dangling end of it, the pair goes; a loop
+/// that this empties goes with its face, when the face has no other.
+void CutOutSpikes(History& history, std::uint64_t nEdge)
+{
+    auto* pEdge = history.Get<Edge>(nEdge);
+    if (!pEdge)
+        return;
+    std::vector<Coedge*> aCoedges;
+    pEdge->GetCoedges(aCoedges);
+    for (Coedge* pCoedge : aCoedges)
+    {
+        Coedge* pBack = pCoedge->GetNext();
+        if (!pBack || pBack == pCoedge || pBack->GetEdge() != pEdge || pBack->IsForward() == pCoedge->IsForward())
+            continue;
+        Loop* pLoop = pCoedge->GetLoop();
+        Face* pFace = pLoop->GetFace();
+        const std::vector<std::uint64_t> aAtStart = GetEdgeIDs(*pEdge->GetStartVertex());
+        const std::vector<std::uint64_t> aAtEnd = GetEdgeIDs(*pEdge->GetEndVertex());
+        pEdge->Changed(nBoundaryChanged);
+        const bool bEmpties = pBack->GetNext() == pCoedge;
+        if (bEmpties && pFace && pFace->GetLoops().size() == 1)
+            pFace->Delete(true, true);
+        else if (bEmpties && pFace)
+            pFace->DeleteLoop(pLoop);
+        else
+        {
+            CutOutCoedge(*pBack);
+            CutOutCoedge(*pCoedge);
+        }
+        if ((pEdge = history.Get<Edge>(nEdge)))
+        {
+            pEdge->GetStartVertex()->Regroup(aAtStart);
+            pEdge->GetEndVertex()->Regroup(aAtEnd);
+        }
+        return;
+    }
+}
+
+bool JoinSameVertices(const Edge& a, const Edge& b)
+{
+    return a.HasVertex(b.GetStartVertex()) && a.HasVertex(b.GetEndVertex());
+}
+
+/// `kept` takes over the coedges and attributes of `gone`, an edge between the same two vertices, which dies.
+void TakeOverEdge(Edge& kept, Edge& gone)
+{
+    kept.Changed(nBoundaryChanged);
+    gone.Changed(nBoundaryChanged);
+    const bool bOpposite = kept.GetStartVertex() != gone.GetStartVertex();
+    const bool bSmooth = kept.IsSmooth() || gone.IsSmooth();
+    std::vector<std::uint64_t> aAtStart = GetEdgeIDs(*kept.GetStartVertex());
+    std::vector<std::uint64_t> aAtEnd = GetEdgeIDs(*kept.GetEndVertex());
+    MergeAttributesFrom(kept, gone, true);
+
+    std::vector<Coedge*> aCoedges;
+    kept.GetCoedges(aCoedges);
+    std::vector<Coedge*> aMoved;
+    gone.GetCoedges(aMoved);
+    gone.SetCoedge(nullptr);
+    if (aMoved.empty())
+        gone.DeleteSelf();
+    for (Coedge* pCoedge : aMoved)
+    {
+        if (bOpposite)
+            pCoedge->SetForward(!pCoedge->IsForward());
+        pCoedge->SetEdge(&kept); // the last one takes the edge with it
+        aCoedges.push_back(pCoedge);
+    }
+    SetPartnerChain(aCoedges);
+    if (!aCoedges.empty())
+        kept.SetCoedge(aCoedges.front());
+    kept.SetSmooth(bSmooth && aCoedges.size() <= 2);
+    kept.GetStartVertex()->Regroup(aAtStart);
+    kept.GetEndVertex()->Regroup(aAtEnd);
+}
+
+/// Removes an edge that starts where it ends.
+void RemoveZeroEdge(History& history, std::uint64_t nEdge)
+{
+    auto* pEdge = history.Get<Edge>(nEdge);
+    std::vector<Coedge*> aCoedges;
+    pEdge->GetCoedges(aCoedges);
+    for (Coedge* pCoedge : aCoedges)
+    {
+        pCoedge->Changed(nBoundaryChanged);
+        pCoedge->Unlink();
+        pCoedge->DeleteSelf();
+    }
+    if ((pEdge = history.Get<Edge>(nEdge)))
+        pEdge->DeleteSelf();
+}
+
+/// One loop of one face that may pass one vertex twice.
+class LoopPinch
+{
+public:
+    LoopPinch(Vertex& vertex, Face& face) : m_vertex(vertex), m_face(face) {}
+
+    /// Splits the loop at the vertex; true when it did. `pNewFaces` gets the id of a face that came off.
+    bool Heal(std::vector<std::uint64_t>* pNewFaces)
+    {
+        if (!IsPinched())
+            return false;
+        Loop& loop = *m_pA->GetLoop();
+        m_face.Changed(nBoundaryChanged);
+        Coedge& beforeA = *m_pA->GetPrevious();
+        Coedge& beforeB = *m_pB->GetPrevious();
+        Coedge::Link(beforeA, *m_pB);
+        Coedge::Link(beforeB, *m_pA);
+        SettleRings(loop, pNewFaces);
+        return true;
+    }
+
+private:
+    /// Two ways out and two in, on four edges: an edge that is there twice is a dangling end or a bridge, which stays.
+    bool IsPinched()
+    {
+        std::vector<Coedge*> aCoedges;
+        m_vertex.GetCoedges(aCoedges, &m_face);
+        if (aCoedges.size() != 4)
+            return false;
+        std::vector<Coedge*> aOut;
+        ObjectSet edges;
+        for (Coedge* pCoedge : aCoedges)
+        {
+            edges.insert(pCoedge->GetEdge());
+            if (pCoedge->GetStartVertex() == &m_vertex)
+                aOut.push_back(pCoedge);
+        }
+        if (aOut.size() != 2 || edges.size() != 4 || aOut[0]->GetLoop() != aOut[1]->GetLoop())
+            return false;
+        m_pA = aOut[0];
+        m_pB = aOut[1];
+        return !DoRunsCross();
+    }
+
+    /// Whether the second run enters and leaves on different sides of the first. Told only where the runs share their
+    /// far ends; elsewhere the loop may be split either way.
+    bool DoRunsCross() const
+    {
+        if (m_pA->GetEndVertex() != m_pB->GetEndVertex())
+            return false;
+        const Coedge* pInner = m_face.FindCorner(&m_vertex, m_pB->GetVector());
+        const Coedge* pOuter = m_face.FindCorner(&m_vertex, -m_pB->GetPrevious()->GetVector());
+        return pInner != pOuter;
+    }
+
+    void SettleRings(Loop& loop, std::vector<std::uint64_t>* pNewFaces)
+    {
+        const Plane plane = m_face.GetPlane();
+        History& history = *m_face.GetHistory();
+        const bool bOuter = m_face.GetOuterLoop() == &loop;
+        Loop& other = history.Create<Loop>();
+        loop.SetCoedge(m_pA);
+        other.SetCoedge(m_pB);
+        other.OwnCoedges();
+        const double dArea = loop.GetSignedArea(plane);
+        const double dOther = other.GetSignedArea(plane);
+        const bool bBothFaces = bOuter && dArea > kLinearTolerance && dOther > kLinearTolerance;
+        if (bBothFaces || (!bOuter && dOther > kLinearTolerance))
+            return MakeFace(other, pNewFaces);
+        if (!bOuter && dArea > kLinearTolerance)
+        {
+            loop.SetCoedge(m_pB);
+            loop.OwnCoedges();
+            other.SetCoedge(m_pA);
+            other.OwnCoedges();
+            return MakeFace(other, pNewFaces);
+        }
+        m_face.AddLoop(&other, false);
+        if (bOuter)
+            m_face.ChooseOuterLoop();
+        DropFlatLoops();
+    }
+
+    void MakeFace(Loop& loop, std::vector<std::uint64_t>* pNewFaces)
+    {
+        Face& face = Face::Create(*m_face.GetHistory(), m_face.GetPlane(), m_face.GetShell());
+        InheritAttributes(m_face, face);
+        face.AddLoop(&loop, true);
+        m_face.HandOverInnerLoops(face);
+        m_face.Changed(nShapeChanged);
+        if (pNewFaces)
+            pNewFaces->push_back(face.GetID());
+    }
+
+    void DropFlatLoops()
+    {
+        const std::vector<Loop*> aLoops = m_face.GetLoops();
+        for (Loop* pLoop : aLoops)
+            if (m_face.GetLoops().size() > 1 && std::abs(pLoop->GetSignedArea(m_face.GetPlane())) <= kLinearTolerance)
+                m_face.DeleteLoop(pLoop);
+    }
+
+    Vertex& m_vertex;
+    Face& m_face;
+    Coedge* m_pA = nullptr; ///< the two coedges that leave the vertex
+    Coedge* m_pB = nullptr;
+};
+
+bool HealOnePinch(History& history, const std::vector<std::uint64_t>& aVertexIDs, const Face* pOnlyFace,
+                  std::vector<std::uint64_t>* pNewFaces)
+{
+    for (const std::uint64_t nVertex : aVertexIDs)
+    {
+        auto* pVertex = history.Get<Vertex>(nVertex);
+        if (!pVertex)
+            continue;
+        std::vector<Face*> aFaces;
+        pVertex->GetFaces(aFaces);
+        for (Face* pFace : aFaces)
+        {
+            if (pOnlyFace && pFace != pOnlyFace)
+                continue;
+            const std::vector<std::uint64_t> aKnown = GetEdgeIDs(*pVertex);
+            if (LoopPinch(*pVertex, *pFace).Heal(pNewFaces))
+            {
+                if ((pVertex = history.Get<Vertex>(nVertex)))
+                    pVertex->Regroup(aKnown);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+} // namespace
+
+bool MergeCoincidentVertices(History& history, Object* pObject, const std::vector<std::uint64_t>& aVertexIDs, bool bSplitEdges,
+                             double dTol, std::vector<std::uint64_t>* pChanged)
+{
+    dTol = std::max(dTol, kLinearTolerance);
+    std::vector<std::uint64_t> aIDs = aVertexIDs;
+    if (aIDs.empty() && pObject)
+    {
+        std::vector<Object*> aVertices;
+        pObject->GetObjectsOfType(aVertices, nVertexType, false);
+        for (const Object* pVertex : aVertices)
+            aIDs.push_back(pVertex->GetID());
+    }
+    std::vector<std::uint64_t> aChanged;
+    for (const std::uint64_t nVertex : aIDs)
+    {
+        auto* pVertex = history.Get<Vertex>(nVertex);
+        if (!pVertex)
+            continue;
+        const Point3d& place = pVertex->GetPosition();
+        std::vector<Vertex*> aHits;
+        history.GetVertexTree().FindTouching(Interval3d(place, ScaledTolerance(place, dTol)), aHits);
+        std::sort(aHits.begin(), aHits.end(), ByObjectID());
+        for (Vertex* pHit : aHits)
+            if (pHit != pVertex)
+                TakeOverVertex(*pVertex, *pHit);
+        if (aHits.size() > 1)
+            aChanged.push_back(nVertex);
+    }
+    if (bSplitEdges)
+        for (const std::uint64_t nVertex : aIDs)
+            if (SplitEdgesThrough(history, nVertex, dTol) && std::find(aChanged.begin(), aChanged.end(), nVertex) == aChanged.end())
+                aChanged.push_back(nVertex);
+    if (pChanged)
+        pChanged->insert(pChanged->end(), aChanged.begin(), aChanged.end());
+    return !aChanged.empty();
+}
+
+bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVertexIDs, bool& bRemovedZeroEdges,
+                      std::vector<std::uint64_t>& aRemovedEdges)
+{
+    bool bChanged = false;
+    std::vector<std::uint64_t> aZeroEdges;
+    for (const std::uint64_t nVertex : aVertexIDs)
+    {
+        const auto* pVertex = history.Get<Vertex>(nVertex);
+        const std::vector<std::uint64_t> aEdgeIDs = pVertex ? GetEdgeIDs(*pVertex) : std::vector<std::uint64_t>();
+        for (std::size_t i = 0; i < aEdgeIDs.size(); ++i)
+        {
+            auto* pKept = history.Get<Edge>(aEdgeIDs[i]);
+            if (pKept && pKept->GetStartVertex() == pKept->GetEndVertex())
+                aZeroEdges.push_back(aEdgeIDs[i]);
+            else
+                for (std::size_t j = i + 1; pKept && j < aEdgeIDs.size(); ++j)
+                {
+                    auto* pGone = history.Get<Edge>(aEdgeIDs[j]);
+                    if (!pGone || pGone->GetStartVertex() == pGone->GetEndVertex() || !JoinSameVertices(*pKept, *pGone))
+                        continue;
+                    TakeOverEdge(*pKept, *pGone);
+                    aRemovedEdges.push_back(aEdgeIDs[i]);
+                    bChanged = true;
+                }
+        }
+    }
+    for (const std::uint64_t nEdge : aZeroEdges)
+        if (history.Get<Edge>(nEdge))
+        {
+            RemoveZeroEdge(history, nEdge);
+            bRemovedZeroEdges = bChanged = true;
+        }
+    for (const std::uint64_t nEdge : aRemovedEdges)
+        CutOutSpikes(history, nEdge);
+    return bChanged;
+}
+
+bool HealLoopsAtVertices(History& history, const std::vector<std::uint64_t>& aVertexIDs, const Face* pOnlyFace,
+                         std::vector<std::uint64_t>* pNewFaces)
+{
+    bool bChanged = false;
+    while (HealOnePinch(history, aVertexIDs, pOnlyFace, pNewFaces))
+        bChanged = true;
+    return bChanged;
+}
+} // namespace QRV

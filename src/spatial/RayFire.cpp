@@ -1,0 +1,189 @@
+#include "spatial/RayFire.h"
+
+#include "history/History.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Vertex.h"
+#include "spatial/PickSorting.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace QRV
+{
+namespace
+{
+/// One ray through one History. A hit on a vertex stands for its edges and faces, one on an edge for its faces: each is
+/// reported by the most specific kind asked for.
+class RayQuery
+{
+public:
+    RayQuery(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds)
+        : m_history(history), m_ray(ray), m_dTol(dTol), m_dMax(dMax), m_kinds(kinds)
+    {
+    }
+
+    void Run()
+    {
+        if (!m_kinds.bVertices && !m_kinds.bEdges && !m_kinds.bFaces)
+            return;
+        FindVertices();
+        if (m_kinds.bEdges || m_kinds.bFaces)
+            FindEdges();
+        if (m_kinds.bFaces)
+            FindFaces();
+    }
+
+    /// Every object hit, once.
+    const std::vector<Object*>& GetObjects() const { return m_aObjects; }
+    /// Every parameter with the place of its object; a face may have several.
+    SortedHits& GetHits() { return m_aHits; }
+
+private:
+    void AddHit(Object* pObject, double t)
+    {
+        m_mapHits[pObject] = m_aHits.size();
+        m_aHits.emplace_back(t, std::ptrdiff_t(m_aObjects.size()));
+        m_aObjects.push_back(pObject);
+    }
+
+    /// An object that was hit before may have been hit nearer.
+    void MeetAgain(const Object* pObject, double t)
+    {
+        if (const auto it = m_mapHits.find(pObject); it != m_mapHits.end())
+            m_aHits[it->second].first = std::min(m_aHits[it->second].first, t);
+    }
+
+    /// `bReported`: the object shows by itself, and not through something more specific that was asked for.
+    void Meet(Object* pObject, double t, bool bReported)
+    {
+        if (!m_seen.insert(pObject).second)
+            MeetAgain(pObject, t);
+        else if (bReported)
+            AddHit(pObject, t);
+    }
+
+    void FindVertices()
+    {
+        std::vector<Vertex*> aVertices;
+        m_history.GetVertexTree().FindOnRay(m_ray, aVertices, m_dTol, m_dMax);
+        std::sort(aVertices.begin(), aVertices.end(), ByObjectID());
+        if (m_kinds.bVertices)
+            for (Vertex* pVertex : aVertices)
+                AddHit(pVertex, m_ray.GetParameter(pVertex->GetPosition()));
+        for (const Vertex* pVertex : aVertices)
+            MeetAroundVertex(*pVertex);
+    }
+
+    void MeetAroundVertex(const Vertex& vertex)
+    {
+        const double t = m_ray.GetParameter(vertex.GetPosition());
+        if (m_kinds.bEdges)
+        {
+            std::vector<Edge*> aEdges;
+            vertex.GetConnectedEdges(aEdges);
+            for (Edge* pEdge : aEdges)
+                Meet(pEdge, t, !m_kinds.bVertices);
+        }
+        if (m_kinds.bFaces)
+        {
+            std::vector<Face*> aFaces;
+            vertex.GetFaces(aFaces);
+            for (Face* pFace : aFaces)
+                Meet(pFace, t, !m_kinds.bVertices && !m_kinds.bEdges);
+        }
+    }
+
+    void FindEdges()
+    {
+        std::vector<Edge*> aEdges;
+        m_history.GetEdgeTree().FindOnRay(m_ray, aEdges, m_dTol, m_dMax);
+        std::sort(aEdges.begin(), aEdges.end(), ByObjectID());
+        for (Edge* pEdge : aEdges)
+        {
+            double t = 0.0;
+            if (m_seen.contains(pEdge) || !pEdge->HitByRay(m_ray, t, m_dTol, m_dMax))
+                continue;
+            if (m_kinds.bEdges)
+                Meet(pEdge, t, true);
+            if (!m_kinds.bFaces)
+                continue;
+            std::vector<Face*> aFaces;
+            pEdge->GetFaces(aFaces);
+            for (Face* pFace : aFaces)
+                Meet(pFace, t, !m_kinds.bEdges);
+        }
+    }
+
+    void FindFaces()
+    {
+        std::vector<Face*> aFaces;
+        m_history.GetFaceTree().FindOnRay(m_ray, aFaces, m_dTol, m_dMax);
+        std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
+        std::vector<double> aParameters;
+        for (Face* pFace : aFaces)
+        {
+            aParameters.clear();
+            if (m_seen.contains(pFace) || !pFace->HitByRay(m_ray, aParameters, m_dTol, m_dMax))
+                continue;
+            for (const double t : aParameters)
+                m_aHits.emplace_back(t, std::ptrdiff_t(m_aObjects.size()));
+            m_aObjects.push_back(pFace);
+        }
+    }
+
+    History& m_history;
+    const Line3d& m_ray;
+    const double m_dTol;
+    const double m_dMax;
+    const PickKinds m_kinds;
+    std::vector<Object*> m_aObjects;
+    SortedHits m_aHits;
+    ObjectSet m_seen; ///< edges and faces
+    std::unordered_map<const Object*, std::size_t> m_mapHits;
+};
+} // namespace
+
+bool PickResults::AreListsUsable() const
+{
+    if (pSorted)
+        return aIDs.empty() && pSorted->empty() && (!pPaths || pPaths->empty()) && (!pTransforms || pTransforms->empty());
+    return !pPaths || !pTransforms || pPaths->size() == pTransforms->size();
+}
+
+std::size_t RayFire(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds, PickResults results)
+{
+    RayQuery query(history, ray, dTol, dMax, kinds);
+    query.Run();
+    for (const Object* pObject : query.GetObjects())
+        results.aIDs.push_back(pObject->GetID());
+    if (results.pSorted)
+    {
+        results.pSorted->swap(query.GetHits());
+        SortHits(*results.pSorted);
+    }
+    return query.GetObjects().size();
+}
+
+void FireRay(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds, std::vector<RayHit>& aHits)
+{
+    RayQuery query(history, ray, dTol, dMax, kinds);
+    query.Run();
+    SortHits(query.GetHits());
+    for (const auto& [t, nIndex] : query.GetHits())
+        aHits.push_back({t, query.GetObjects()[std::size_t(nIndex)]});
+}
+
+void SortHits(SortedHits& aHits)
+{
+    std::sort(aHits.begin(), aHits.end());
+    for (auto itFirst = aHits.begin(); itFirst != aHits.end();)
+    {
+        const double dSpot = std::max(std::abs(itFirst->first), 1.0) * kLinearTolerance;
+        const auto itEnd = std::find_if(itFirst, aHits.end(),
+                                        [&](const auto& hit) { return hit.first - itFirst->first >= dSpot; });
+        std::sort(itFirst, itEnd, [](const auto& a, const auto& b) { return a.second < b.second; });
+        itFirst = itEnd;
+    }
+}
+} // namespace QRV
