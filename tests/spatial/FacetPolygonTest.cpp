@@ -1,0 +1,372 @@
+#include "spatial/FacetPolygon.h"
+
+#include "geometry/Trigonometry.h"
+
+#include <QRV/Geometry.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <numeric>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace QRV
+{
+namespace
+{
+constexpr double kPi = 3.141592653589793;
+
+using Ring = std::vector<std::pair<double, double>>;
+
+double GetSignedArea(const Ring& ring)
+{
+    double dArea = 0.0;
+    for (std::size_t i = 0; i < ring.size(); ++i)
+    {
+        const auto& [x0, y0] = ring[i];
+        const auto& [x1, y1] = ring[(i + 1) % ring.size()];
+        dArea += (x0 * y1 - x1 * y0) / 2.0;
+    }
+    return dArea;
+}
+
+Ring Reversed(Ring ring)
+{
+    std::reverse(ring.begin(), ring.end());
+    return ring;
+}
+
+/// A square around a point, clockwise as a hole runs.
+Ring SquareHole(double x, double y, double dHalfSide)
+{
+    const double d = dHalfSide;
+    return {{x - d, y - d}, {x - d, y + d}, {x + d, y + d}, {x + d, y - d}};
+}
+
+/// A place in space for a polygon drawn in x and y.
+struct Frame
+{
+    const char* strName;
+    Point3d origin;
+    UnitVector3d x;
+    UnitVector3d y;
+
+    Point3d At(double u, double v) const { return origin + x * u + y * v; }
+};
+
+Frame TiltedFrame(const char* strName, const Point3d& origin)
+{
+    const UnitVector3d normal(0.3, -0.5, 0.8, true);
+    const UnitVector3d x(normal * Vector3d(0.2, 1.0, 0.1), true);
+    return {strName, origin, x, UnitVector3d(normal * x, true)};
+}
+
+const Frame kFlat{"flat", {0, 0, 0}, UnitVector3d::kXDir, UnitVector3d::kYDir};
+
+std::vector<Frame> GetFrames()
+{
+    return {kFlat,
+            {"upside down", {5, 6, 7}, UnitVector3d::kXDir, -UnitVector3d::kYDir},
+            TiltedFrame("tilted", {0, 0, 0}),
+            TiltedFrame("at 1e4", {1e4, -2e4, 1e4}),
+            TiltedFrame("at 1e6", {-1e6, 1e6, 5e5})};
+}
+
+/// A polygon whose corners at one place are one vertex, the outer ring counter-clockwise and the holes clockwise.
+class Polygon
+{
+public:
+    explicit Polygon(std::vector<Ring> aRings, const Frame& frame = kFlat) : m_aRings(std::move(aRings))
+    {
+        std::map<std::pair<double, double>, std::uint32_t> vertices;
+        for (const Ring& ring : m_aRings)
+        {
+            for (const auto& place : ring)
+            {
+                const auto [it, bNew] = vertices.try_emplace(place, static_cast<std::uint32_t>(m_aPlaces.size()));
+                if (bNew)
+                    m_aPlaces.push_back(place);
+                m_aVertices.push_back(it->second);
+            }
+            m_aLoopEnds.push_back(static_cast<std::uint32_t>(m_aVertices.size()));
+        }
+        for (const auto& [u, v] : m_aPlaces)
+            m_aPoints.push_back(frame.At(u, v));
+        m_plane = Plane(frame.origin, UnitVector3d(frame.x * frame.y, true));
+    }
+
+    bool Triangulate(std::vector<std::uint32_t>& aTriangles) const
+    {
+        std::vector<FacetCorner> aCorners;
+        for (const std::uint32_t nVertex : m_aVertices)
+            aCorners.push_back({&m_aPoints[nVertex], nVertex});
+        return TriangulateLoops(aCorners, m_aLoopEnds, m_plane, aTriangles);
+    }
+
+    double GetArea() const
+    {
+        return std::accumulate(m_aRings.begin(), m_aRings.end(), 0.0,
+                               [](double d, const Ring& ring) { return d + GetSignedArea(ring); });
+    }
+
+    std::size_t GetCornerCount() const { return m_aVertices.size(); }
+    std::size_t GetHoleCount() const { return m_aRings.size() - 1; }
+
+    double GetTriangleArea(const std::uint32_t* pTriangle) const
+    {
+        const Point3d& a = m_aPoints[pTriangle[0]];
+        return ((m_aPoints[pTriangle[1]] - a) * (m_aPoints[pTriangle[2]] - a)) % m_plane.normal / 2.0;
+    }
+
+    /// How often each way from vertex to vertex is taken in one direction more than in the other.
+    using Ways = std::map<std::pair<std::uint32_t, std::uint32_t>, int>;
+
+    Ways GetBoundary() const
+    {
+        Ways ways;
+        std::uint32_t nStart = 0;
+        for (const std::uint32_t nEnd : m_aLoopEnds)
+        {
+            for (std::uint32_t i = nStart; i < nEnd; ++i)
+                AddWay(ways, m_aVertices[i], m_aVertices[i + 1 < nEnd ? i + 1 : nStart]);
+            nStart = nEnd;
+        }
+        return WithoutZeros(ways);
+    }
+
+    static Ways GetBoundary(const std::vector<std::uint32_t>& aTriangles)
+    {
+        Ways ways;
+        for (std::size_t i = 0; i < aTriangles.size(); i += 3)
+            for (std::size_t k = 0; k < 3; ++k)
+                AddWay(ways, aTriangles[i + k], aTriangles[i + (k + 1) % 3]);
+        return WithoutZeros(ways);
+    }
+
+    /// The triangles by their places, each from its least corner, sorted.
+    std::vector<Ring> GetPlaces(const std::vector<std::uint32_t>& aTriangles) const
+    {
+        std::vector<Ring> aPlaces;
+        for (std::size_t i = 0; i < aTriangles.size(); i += 3)
+        {
+            Ring ring{m_aPlaces[aTriangles[i]], m_aPlaces[aTriangles[i + 1]], m_aPlaces[aTriangles[i + 2]]};
+            std::rotate(ring.begin(), std::min_element(ring.begin(), ring.end()), ring.end());
+            aPlaces.push_back(ring);
+        }
+        std::sort(aPlaces.begin(), aPlaces.end());
+        return aPlaces;
+    }
+
+private:
+    static void AddWay(Ways& ways, std::uint32_t nFrom, std::uint32_t nTo)
+    {
+        if (nFrom < nTo)
+            ++ways[{nFrom, nTo}];
+        else
+            --ways[{nTo, nFrom}];
+    }
+
+    static Ways WithoutZeros(Ways ways)
+    {
+        std::erase_if(ways, [](const auto& way) { return way.second == 0; });
+        return ways;
+    }
+
+    std::vector<Ring> m_aRings;
+    Ring m_aPlaces;
+    std::vector<Point3d> m_aPoints;
+    std::vector<std::uint32_t> m_aVertices; // by corner
+    std::vector<std::uint32_t> m_aLoopEnds;
+    Plane m_plane;
+};
+
+/// Triangles that are all wound like the polygon, and whose sides cancel out but for the polygon's own, cover it once.
+/// @return the triangles
+std::vector<std::uint32_t> ExpectCovered(const Polygon& polygon, double dAreaTolerance)
+{
+    std::vector<std::uint32_t> aTriangles;
+    EXPECT_TRUE(polygon.Triangulate(aTriangles));
+    double dArea = 0.0;
+    for (std::size_t i = 0; i < aTriangles.size(); i += 3)
+    {
+        const double d = polygon.GetTriangleArea(&aTriangles[i]);
+        EXPECT_GE(d, -dAreaTolerance) << "triangle " << i / 3;
+        dArea += d;
+    }
+    const double dWanted = polygon.GetArea();
+    EXPECT_NEAR(dArea, dWanted, std::max(1.0, dWanted) * dAreaTolerance);
+    EXPECT_TRUE(Polygon::GetBoundary(aTriangles) == polygon.GetBoundary());
+    return aTriangles;
+}
+
+/// Corners around the origin at even angles.
+Ring MakeStar(const std::vector<double>& aRadii)
+{
+    Ring ring;
+    for (std::size_t i = 0; i < aRadii.size(); ++i)
+    {
+        const double dAngle = 2.0 * kPi * static_cast<double>(i) / static_cast<double>(aRadii.size());
+        ring.emplace_back(aRadii[i] * Cos(dAngle), aRadii[i] * Sin(dAngle));
+    }
+    return ring;
+}
+
+/// A star of random radii with square holes on a grid inside its least radius.
+std::vector<Ring> MakeRandomPolygon(std::mt19937& random)
+{
+    std::uniform_int_distribution<std::size_t> corners(4, 300);
+    std::uniform_real_distribution<double> radius(60.0, 100.0);
+    std::vector<double> aRadii(corners(random));
+    for (double& d : aRadii)
+        d = radius(random);
+    std::vector<Ring> aRings{MakeStar(aRadii)};
+
+    std::bernoulli_distribution taken(0.3);
+    std::uniform_real_distribution<double> halfSide(0.5, 4.0);
+    for (int i = -2; i <= 2; ++i)
+        for (int k = -2; k <= 2; ++k)
+            if (taken(random) && aRadii.size() > 6)
+                aRings.push_back(SquareHole(i * 12.0, k * 12.0, halfSide(random)));
+    std::shuffle(aRings.begin() + 1, aRings.end(), random);
+    return aRings;
+}
+} // namespace
+
+TEST(TriangulateLoops, FansAConvexLoopFromItsFirstCorner)
+{
+    using Triangles = std::vector<std::uint32_t>;
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.strName);
+        EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {0, 3}}}, frame), 1e-9), (Triangles{0, 1, 2}));
+        EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {4, 3}, {0, 3}}}, frame), 1e-9),
+                  (Triangles{0, 1, 2, 0, 2, 3}));
+        EXPECT_EQ(ExpectCovered(Polygon({MakeStar({5, 5, 5, 5, 5})}, frame), 1e-9),
+                  (Triangles{0, 1, 2, 0, 2, 3, 0, 3, 4}));
+    }
+}
+
+TEST(TriangulateLoops, FansFromTheOnlyReflexCorner)
+{
+    const Ring dart{{0, 0}, {4, -3}, {1, 0}, {4, 3}};
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.strName);
+        EXPECT_EQ(ExpectCovered(Polygon({dart}, frame), 1e-9), (std::vector<std::uint32_t>{2, 3, 0, 2, 0, 1}));
+    }
+}
+
+TEST(TriangulateLoops, CoversAroundSpurs)
+{
+    // From the tip of a single spur all of a square is in sight; an L with a spur has to be clipped.
+    const Ring squareWithSpur{{0, 0}, {2, 0}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {0, 4}};
+    const Ring angleWithSpur{{0, 0}, {3, 0}, {3, 1}, {3, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}};
+    const Ring twoSpurs{{0, 0}, {2, 0}, {2, 1}, {3, 1}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {2, 4}, {2, 3}, {2, 4}, {0, 4}};
+    EXPECT_EQ(ExpectCovered(Polygon({squareWithSpur}), 1e-12).front(), 2u);
+    ExpectCovered(Polygon({angleWithSpur}), 1e-12);
+    ExpectCovered(Polygon({twoSpurs}), 1e-12);
+}
+
+TEST(TriangulateLoops, BridgesHoles)
+{
+    const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.strName);
+        EXPECT_EQ(ExpectCovered(Polygon({square, SquareHole(5, 5, 2)}, frame), 1e-9).size(), 3u * 8);
+        EXPECT_EQ(ExpectCovered(Polygon({square, SquareHole(3, 5, 1), SquareHole(7, 5, 1)}, frame), 1e-9).size(),
+                  3u * 14);
+    }
+}
+
+TEST(TriangulateLoops, BridgesHolesInTheOrderOfTheFrame)
+{
+    const Ring square{{0, 0}, {20, 0}, {20, 20}, {0, 20}};
+    const Ring left = SquareHole(4, 10, 1);
+    const Ring right = SquareHole(8, 10, 2);
+    const Ring above = SquareHole(4, 15, 1);
+    const Polygon inOrder({square, left, above, right});
+    const Polygon outOfOrder({square, right, above, left});
+    EXPECT_EQ(inOrder.GetPlaces(ExpectCovered(inOrder, 1e-12)), outOfOrder.GetPlaces(ExpectCovered(outOfOrder, 1e-12)));
+}
+
+TEST(TriangulateLoops, CoversAroundHolesThatTouch)
+{
+    const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+    const Ring atCorner{{0, 0}, {2, 4}, {4, 2}};
+    const Ring atOtherCorner{{10, 10}, {8, 5}, {5, 8}};
+    const Ring atHole{{4, 2}, {6, 5}, {7, 3}};
+    ExpectCovered(Polygon({square, atCorner}), 1e-12);
+    ExpectCovered(Polygon({square, atOtherCorner}), 1e-12);
+    ExpectCovered(Polygon({square, atCorner, atHole}), 1e-12);
+    ExpectCovered(Polygon({square, atCorner, atHole, atOtherCorner}), 1e-12);
+}
+
+TEST(TriangulateLoops, GivesNothingForLessThanAPolygon)
+{
+    std::vector<std::uint32_t> aTriangles;
+    EXPECT_TRUE(Polygon({{{0, 0}, {1, 0}}}).Triangulate(aTriangles));
+    EXPECT_TRUE(TriangulateLoops({}, {}, Plane(), aTriangles));
+    EXPECT_TRUE(aTriangles.empty());
+    EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, {}, {}}), 1e-12).size(), 3u * 2);
+}
+
+TEST(TriangulateLoops, LeavesTheResultAloneWhenItFails)
+{
+    std::vector<std::uint32_t> aTriangles{7, 8, 9};
+    EXPECT_FALSE(Polygon({Reversed(MakeStar({5, 3, 5, 3, 5, 3}))}).Triangulate(aTriangles));
+    EXPECT_EQ(aTriangles, (std::vector<std::uint32_t>{7, 8, 9}));
+}
+
+TEST(TriangulateLoops, CoversLoopsWithCornersInLine)
+{
+    Ring comb{{0, 0}};
+    for (int i = 0; i < 100; ++i)
+    {
+        const double x = 2.0 * i;
+        comb.insert(comb.end(), {{x + 1, 0}, {x + 1, 3}, {x + 2, 3}, {x + 2, 0}});
+    }
+    comb.insert(comb.end(), {{200, -1}, {100, -1}, {50, -1}, {0, -1}});
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.strName);
+        const Polygon polygon({Reversed(comb)}, frame);
+        EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(), 3 * (polygon.GetCornerCount() - 2));
+    }
+}
+
+TEST(TriangulateLoops, CoversRandomPolygonsWithHolesInAnyFrame)
+{
+    for (unsigned nSeed = 1; nSeed <= 60; ++nSeed)
+    {
+        std::mt19937 random(nSeed);
+        const std::vector<Ring> aRings = MakeRandomPolygon(random);
+        for (const Frame& frame : GetFrames())
+        {
+            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.strName);
+            const Polygon polygon(aRings, frame);
+            EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(),
+                      3 * (polygon.GetCornerCount() + 2 * polygon.GetHoleCount() - 2));
+        }
+    }
+}
+
+TEST(TriangulateLoops, CoversALargeStarWithManyHoles)
+{
+    std::vector<double> aRadii(10000, 100.0);
+    for (std::size_t i = 0; i < aRadii.size(); i += 2)
+        aRadii[i] = 80.0;
+    std::vector<Ring> aRings{MakeStar(aRadii)};
+    for (int i = 0; i < 20; ++i)
+        for (int k = 0; k < 20; ++k)
+            aRings.push_back(SquareHole(i * 5.0 - 47.5, k * 5.0 - 47.5, 1.0));
+    EXPECT_EQ(ExpectCovered(Polygon(aRings), 1e-9).size(), 3u * (11600 + 2 * 400 - 2));
+}
+} // namespace QRV
