@@ -1,5 +1,6 @@
 #include "history/History.h"
 #include "history/HistoryRegistry.h"
+#include "model/Finding.h"
 
 #include <algorithm>
 
@@ -30,10 +31,7 @@ public:
 private:
     void Report(Result::nResultType nType, const Object* pObject)
     {
-        Result result;
-        result.GetImplementation()->SetErrorCode(nType, pObject, nullptr);
-        m_aResults.push_back(result);
-        ++m_nFindings;
+        m_nFindings += AddFinding(m_aResults, nType, pObject);
     }
 
     void ReportHistory(Result::nResultType nType)

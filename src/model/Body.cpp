@@ -1,5 +1,6 @@
 #include "model/Body.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
@@ -12,6 +13,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Body, Object>;
+
 const Interval3d& Body::GetBox()
 {
     if (!m_Box.isNull())

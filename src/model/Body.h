@@ -57,4 +57,5 @@ private:
     Interval3d m_Box;
     std::vector<Lump*> m_aLumps;
 };
+extern template class ObjectOf<Body, Object>;
 } // namespace QRV

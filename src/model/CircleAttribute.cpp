@@ -1,5 +1,6 @@
 #include "model/CircleAttribute.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Finding.h"
@@ -9,6 +10,8 @@
 
 namespace QRV
 {
+template class ObjectOf<CircleAttribute, Attribute>;
+
 namespace
 {
 constexpr double kMinRadius = 1e-12;

@@ -44,4 +44,5 @@ private:
     UnitVector3d m_normal;
     UnitVector3d m_xAxis;
 };
+extern template class ObjectOf<CircleAttribute, Attribute>;
 } // namespace QRV

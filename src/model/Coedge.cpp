@@ -1,5 +1,6 @@
 #include "model/Coedge.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
@@ -10,6 +11,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Coedge, Object>;
+
 Vertex* Coedge::GetStartVertex() const
 {
     if (!m_pEdge)

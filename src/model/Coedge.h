@@ -72,6 +72,7 @@ private:
     Coedge* m_pNext = nullptr;
     Coedge* m_pPrevious = nullptr;
 };
+extern template class ObjectOf<Coedge, Object>;
 
 /// Links the coedges of one edge cyclically; one alone gets null.
 void SetPartnerChain(const std::vector<Coedge*>& aCoedges);

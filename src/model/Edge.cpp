@@ -1,5 +1,6 @@
 #include "model/Edge.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Attribute.h"
 #include "model/Face.h"
@@ -10,6 +11,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Edge, Object>;
+
 Edge* Edge::Create(Vertex* pStart, Vertex* pEnd, History& history, nGroupMode nGroups)
 {
     if (!pStart || !pEnd || pStart == pEnd)

@@ -134,4 +134,5 @@ private:
     Vertex* m_pEndVertex = nullptr;
     std::uint64_t m_nFlagsAndUse = 0;
 };
+extern template class ObjectOf<Edge, Object>;
 } // namespace QRV

@@ -1,5 +1,6 @@
 #include "model/Face.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Shell.h"
@@ -11,6 +12,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Face, Object>;
+
 namespace
 {
 /// What the exact fit says when it found a plane that not all points lie on.

@@ -151,6 +151,7 @@ private:
     std::vector<Loop*> m_aLoops;
     std::shared_ptr<const FaceFacets> m_pFacets; ///< never changed once made, so stored states share it
 };
+extern template class ObjectOf<Face, Object>;
 
 /// How far, squared, a cached box may be from what it was made of.
 inline constexpr double kCachedBoxToleranceSqrd = 1e-12;

@@ -1,4 +1,5 @@
 #include "history/History.h"
+#include "geometry/Finite.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Vertex.h"

@@ -3,22 +3,13 @@
 
 #include "archive/IArchive.h"
 #include "model/Object.h"
-#include "model/SharedSet.h"
+#include "model/SharedObjectSet.h"
 
 #include <string>
 #include <type_traits>
 
 namespace QRV
 {
-/// The faces of a shell, and other long lists of objects, in order of id.
-struct ObjectIDKey
-{
-    std::uint64_t operator()(const Object* pObject) const { return pObject->GetID(); }
-};
-
-template <class T>
-using SharedObjectSet = SharedSet<T*, ObjectIDKey>;
-
 namespace FieldValue
 {
 template <class T>

@@ -1,5 +1,7 @@
 #include "model/Loop.h"
 
+#include "geometry/Finite.h"
+#include "model/ObjectOf.inl"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
@@ -9,6 +11,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Loop, Object>;
+
 namespace
 {
 /// Twice the area of the loop as a vector along its normal. Taken from the loop's own first corner, since products of

@@ -65,6 +65,7 @@ private:
     Face* m_pFace = nullptr;
     Coedge* m_pCoedge = nullptr;
 };
+extern template class ObjectOf<Loop, Object>;
 
 /// Loops up to this length are walked without keeping the coedges seen.
 inline constexpr std::size_t kPlainLoopLength = 10000;

@@ -1,5 +1,6 @@
 #include "model/Lump.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Finding.h"
@@ -10,6 +11,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Lump, Object>;
+
 namespace
 {
 bool IsVoidIn(const Shell& outer, const Shell& inner)

@@ -43,4 +43,5 @@ private:
     Body* m_pBody = nullptr;
     std::vector<Shell*> m_aShells;
 };
+extern template class ObjectOf<Lump, Object>;
 } // namespace QRV

@@ -1,7 +1,6 @@
 /// What every object class has in common, derived once from the list of its fields.
 #pragma once
 
-#include "model/FieldValue.h"
 #include "model/Object.h"
 
 #include <tuple>
@@ -16,37 +15,40 @@ enum class nFieldKind
     nCached     ///< never saved or compared
 };
 
-template <class Owner, class Value>
+template <class Owner, class Value, nFieldKind kFieldKind>
 struct Field
 {
+    static constexpr nFieldKind kKind = kFieldKind;
+
     const char* pName;
     Value Owner::*pMember;
-    nFieldKind nKind;
     std::uint64_t nSince = 0; ///< in archives from this version on
 
-    constexpr Field Since(std::uint64_t nVersion) const { return {pName, pMember, nKind, nVersion}; }
+    constexpr Field Since(std::uint64_t nVersion) const { return {pName, pMember, nVersion}; }
 };
 
 template <class Owner, class Value>
 constexpr auto Saved(const char* pName, Value Owner::*pMember)
 {
-    return Field<Owner, Value>{pName, pMember, nFieldKind::nSaved};
+    return Field<Owner, Value, nFieldKind::nSaved>{pName, pMember};
 }
 
 template <class Owner, class Value>
 constexpr auto Derivable(const char* pName, Value Owner::*pMember)
 {
-    return Field<Owner, Value>{pName, pMember, nFieldKind::nDerivable};
+    return Field<Owner, Value, nFieldKind::nDerivable>{pName, pMember};
 }
 
 template <class Owner, class Value>
 constexpr auto Cached(Value Owner::*pMember)
 {
-    return Field<Owner, Value>{nullptr, pMember, nFieldKind::nCached};
+    return Field<Owner, Value, nFieldKind::nCached>{nullptr, pMember};
 }
 
 /// Writes the mechanical virtuals of class `T` from `T::Fields()`. `T` states its fields once, in the order of the
 /// saved form, gives `kType` and `kName`, and overrides only where its rule differs. `Base` is `Object` or `Attribute`.
+/// The bodies stand in ObjectOf.inl: the source of each class includes that, and what its fields point to, and
+/// instantiates `ObjectOf<T, Base>`.
 template <class T, class Base>
 class ObjectOf : public Base
 {
@@ -54,7 +56,7 @@ public:
     const char* GetName() const override { return T::kName; }
     nObjectType GetType() const override { return T::kType; }
 
-    std::unique_ptr<Object> Clone() const override { return std::unique_ptr<Object>(new T(Self())); }
+    std::unique_ptr<Object> Clone() const override;
     void Swap(Object& other) noexcept override;
     bool Save(IArchive& archive) const override;
     bool Load(IArchive& archive) override;
@@ -69,11 +71,13 @@ protected:
 private:
     T& Self() { return static_cast<T&>(*this); }
     const T& Self() const { return static_cast<const T&>(*this); }
+    template <nFieldKind kKind>
+    bool SaveFields(IArchive& archive) const;
+    template <nFieldKind kKind>
+    bool LoadFields(IArchive& archive);
 
     /// Visits the fields of the base and then those of the class, `visit(field)`.
     template <class Visit>
     static void ForEachField(Visit&& visit);
 };
 } // namespace QRV
-
-#include "model/ObjectOf.inl"

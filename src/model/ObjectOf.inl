@@ -1,9 +1,16 @@
-#include "archive/IArchive.h"
+/// The bodies of ObjectOf, for the source of each class.
+#pragma once
+
+#include "model/FieldValue.h"
+#include "model/ObjectOf.h"
 
 namespace QRV
 {
 template <class Base>
 concept HasFields = requires { Base::Fields(); };
+
+template <class F>
+inline constexpr nFieldKind kKindOf = std::decay_t<F>::kKind;
 
 template <class T, class Base>
 template <class Visit>
@@ -12,6 +19,12 @@ void ObjectOf<T, Base>::ForEachField(Visit&& visit)
     if constexpr (HasFields<Base>)
         std::apply([&](const auto&... field) { (visit(field), ...); }, Base::Fields());
     std::apply([&](const auto&... field) { (visit(field), ...); }, T::Fields());
+}
+
+template <class T, class Base>
+std::unique_ptr<Object> ObjectOf<T, Base>::Clone() const
+{
+    return std::unique_ptr<Object>(new T(Self()));
 }
 
 template <class T, class Base>
@@ -28,35 +41,42 @@ void ObjectOf<T, Base>::Swap(Object& other) noexcept
 }
 
 template <class T, class Base>
+template <nFieldKind kKind>
+bool ObjectOf<T, Base>::SaveFields(IArchive& archive) const
+{
+    bool bGood = true;
+    ForEachField([&](const auto& field) {
+        if constexpr (kKindOf<decltype(field)> == kKind)
+            bGood = bGood && FieldValue::Write(archive, Self().*field.pMember, field.pName);
+    });
+    return bGood;
+}
+
+template <class T, class Base>
 bool ObjectOf<T, Base>::Save(IArchive& archive) const
 {
-    bool bGood = Object::SaveBase(archive);
-    const auto saveKind = [&](nFieldKind nKind) {
-        ForEachField([&](const auto& field) {
-            if (bGood && field.nKind == nKind)
-                bGood = FieldValue::Write(archive, Self().*field.pMember, field.pName);
-        });
-    };
-    saveKind(nFieldKind::nSaved);
-    if (archive.SavesDerivable())
-        saveKind(nFieldKind::nDerivable);
+    return Object::SaveBase(archive) && SaveFields<nFieldKind::nSaved>(archive) &&
+           (!archive.SavesDerivable() || SaveFields<nFieldKind::nDerivable>(archive));
+}
+
+template <class T, class Base>
+template <nFieldKind kKind>
+bool ObjectOf<T, Base>::LoadFields(IArchive& archive)
+{
+    bool bGood = true;
+    ForEachField([&](const auto& field) {
+        if constexpr (kKindOf<decltype(field)> == kKind)
+            if (archive.GetVersion() >= field.nSince)
+                bGood = bGood && FieldValue::Read(archive, Self().*field.pMember);
+    });
     return bGood;
 }
 
 template <class T, class Base>
 bool ObjectOf<T, Base>::Load(IArchive& archive)
 {
-    bool bGood = Object::LoadBase(archive);
-    const auto loadKind = [&](nFieldKind nKind) {
-        ForEachField([&](const auto& field) {
-            if (bGood && field.nKind == nKind && archive.GetVersion() >= field.nSince)
-                bGood = FieldValue::Read(archive, Self().*field.pMember);
-        });
-    };
-    loadKind(nFieldKind::nSaved);
-    if (archive.HasDerivable())
-        loadKind(nFieldKind::nDerivable);
-    return bGood;
+    return Object::LoadBase(archive) && LoadFields<nFieldKind::nSaved>(archive) &&
+           (!archive.HasDerivable() || LoadFields<nFieldKind::nDerivable>(archive));
 }
 
 template <class T, class Base>
@@ -66,10 +86,12 @@ std::size_t ObjectOf<T, Base>::GetSizeInBytes(bool bInMemory, bool bDerivable) c
     if (bInMemory)
         nSize += sizeof(T) - sizeof(Object);
     ForEachField([&](const auto& field) {
+        constexpr nFieldKind kKind = kKindOf<decltype(field)>;
         if (bInMemory)
             nSize += FieldValue::GetHeapSize(Self().*field.pMember);
-        else if (field.nKind == nFieldKind::nSaved || (bDerivable && field.nKind == nFieldKind::nDerivable))
-            nSize += FieldValue::GetSavedSize(Self().*field.pMember);
+        else if constexpr (kKind != nFieldKind::nCached)
+            if (kKind == nFieldKind::nSaved || bDerivable)
+                nSize += FieldValue::GetSavedSize(Self().*field.pMember);
     });
     return nSize;
 }
@@ -93,8 +115,8 @@ bool ObjectOf<T, Base>::IsEquivalent(const Object& other, ObjectPairing& pairing
     const auto* pOther = dynamic_cast<const T*>(&other);
     bool bEqual = pOther != nullptr;
     ForEachField([&](const auto& field) {
-        if (bEqual && field.nKind == nFieldKind::nSaved)
-            bEqual = FieldValue::AreEquivalent(Self().*field.pMember, pOther->*field.pMember, pairing);
+        if constexpr (kKindOf<decltype(field)> == nFieldKind::nSaved)
+            bEqual = bEqual && FieldValue::AreEquivalent(Self().*field.pMember, pOther->*field.pMember, pairing);
     });
     return bEqual;
 }

@@ -1,5 +1,6 @@
 #include "model/Shell.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
@@ -11,6 +12,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Shell, Object>;
+
 Body* Shell::GetBody() const
 {
     return m_pLump ? m_pLump->GetBody() : nullptr;
@@ -51,7 +54,7 @@ void Shell::RemoveFace(Face* pFace)
         return;
     Changed(nBoxChanged);
     RecordChange();
-    m_aFaces.Erase(pFace);
+    m_aFaces.Erase(pFace->GetID());
     pFace->SetShell(nullptr);
     const Body* pBody = GetBody();
     if (pBody && !pFace->GetCachedBox().isNull())

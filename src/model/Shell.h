@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ObjectOf.h"
+#include "model/SharedObjectSet.h"
 
 namespace QRV
 {
@@ -52,4 +53,5 @@ private:
     Lump* m_pLump = nullptr;
     SharedObjectSet<Face> m_aFaces;
 };
+extern template class ObjectOf<Shell, Object>;
 } // namespace QRV

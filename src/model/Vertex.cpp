@@ -1,5 +1,6 @@
 #include "model/Vertex.h"
 
+#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
@@ -9,6 +10,8 @@
 
 namespace QRV
 {
+template class ObjectOf<Vertex, Object>;
+
 namespace
 {
 /// Appends what is not in the list from `nFirst` on yet. Short lists are searched through; long ones keep a set.

@@ -88,4 +88,5 @@ private:
     std::vector<Edge*> m_aEdgesPerGroup;
     std::uint64_t m_nUseAndFlags = 0;
 };
+extern template class ObjectOf<Vertex, Object>;
 } // namespace QRV

@@ -26,7 +26,7 @@ struct Facet
 };
 
 template <>
-struct BoxOf<const Facet>
+struct BoxOf<Facet>
 {
     static Interval3d Get(const Facet& facet) { return facet.GetBox(); }
 };
