@@ -20,6 +20,8 @@ set(QRV_PUBLIC_HEADERS
   src/geometry/Point3d.h
   src/geometry/Tolerances.h
   src/geometry/Transf3d.h
+  src/journal/AnyConverters.h
+  src/journal/JSONConversion.h
   src/journal/Journaling.h
 )
 
