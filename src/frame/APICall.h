@@ -46,7 +46,8 @@ public:
 template <class... Arguments>
 void EmptyResults(const Arguments&... arguments)
 {
-    [[maybe_unused]] const auto emptyOne = [](const auto& argument) {
+    [[maybe_unused]] const auto emptyOne = [](const auto& argument)
+    {
         if constexpr (ResultArgument<std::remove_cvref_t<decltype(argument)>>)
             argument.Empty();
     };
@@ -96,14 +97,16 @@ template <class Work>
 Result RunReadOnly(std::uint64_t nHistoryID, Work& work)
 {
     Result result;
-    RunGuarded(result, [&] {
-        if constexpr (!kTakesHistory<Work>)
-            DoWork(work, result);
-        else if (History* pHistory = HistoryRegistry::Get().GetHistory(nHistoryID))
-            DoWork(work, result, *pHistory);
-        else
-            result.SetErrorCode(Result::nBadHistoryID);
-    });
+    RunGuarded(result,
+               [&]
+               {
+                   if constexpr (!kTakesHistory<Work>)
+                       DoWork(work, result);
+                   else if (History* pHistory = HistoryRegistry::Get().GetHistory(nHistoryID))
+                       DoWork(work, result, *pHistory);
+                   else
+                       result.SetErrorCode(Result::nBadHistoryID);
+               });
     return result;
 }
 
@@ -111,11 +114,13 @@ template <class Work>
 Result RunModifying(const char* pName, std::uint64_t nHistoryID, Work& work)
 {
     APICallScope scope(pName);
-    RunGuarded(scope.m_result, [&] {
-        scope.Start();
-        if (scope.Occupy(nHistoryID) && scope.Begin())
-            DoWork(work, scope.m_result, scope.GetHistory());
-    });
+    RunGuarded(scope.m_result,
+               [&]
+               {
+                   scope.Start();
+                   if (scope.Occupy(nHistoryID) && scope.Begin())
+                       DoWork(work, scope.m_result, scope.GetHistory());
+               });
     scope.End();
     return scope.m_result;
 }
@@ -199,13 +204,15 @@ public:
     Result Run(Work work)
     {
         APICallScope scope(m_pName);
-        RunGuarded(scope.m_result, [&] {
-            scope.Start();
-            if constexpr (!kTakesHistory<Work>)
-                DoWork(work, scope.m_result);
-            else if (scope.Occupy(m_nHistoryID))
-                DoWork(work, scope.m_result, scope.GetHistory());
-        });
+        RunGuarded(scope.m_result,
+                   [&]
+                   {
+                       scope.Start();
+                       if constexpr (!kTakesHistory<Work>)
+                           DoWork(work, scope.m_result);
+                       else if (scope.Occupy(m_nHistoryID))
+                           DoWork(work, scope.m_result, scope.GetHistory());
+                   });
         scope.End();
         return scope.m_result;
     }
@@ -231,10 +238,12 @@ public:
     Result Run(Work work)
     {
         APICallScope scope(m_pName);
-        RunGuarded(scope.m_result, [&] {
-            scope.Start();
-            DoWork(work, scope.m_result);
-        });
+        RunGuarded(scope.m_result,
+                   [&]
+                   {
+                       scope.Start();
+                       DoWork(work, scope.m_result);
+                   });
         if (HistoryRegistry::Get().GetJournal().IsEnabled())
             WriteLine(scope.m_result.IsGood());
         return scope.m_result;

@@ -41,7 +41,10 @@ struct Append
 
 /// Results are no part of a journal line.
 template <class T>
-concept ResultArgument = requires(const T& argument) { argument.Empty(); };
+concept ResultArgument = requires(const T& argument)
+{
+    argument.Empty();
+};
 
 /// Stands in the place of the history id in a call whose line has none.
 struct NoHistory

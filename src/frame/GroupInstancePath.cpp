@@ -7,21 +7,16 @@
 
 namespace QRV
 {
-GroupInstancePath::GroupInstancePath(std::uint64_t nHistoryID, std::uint64_t nObjectID) : m_aIDs{{nHistoryID, nObjectID}}
+GroupInstancePath::GroupInstancePath(std::uint64_t nHistoryID, std::uint64_t nObjectID)
+    : m_aIDs{{nHistoryID, nObjectID}}
 {
 }
 
-GroupInstancePath::GroupInstancePath(const ObjectHistoryID& id) : m_aIDs{id}
-{
-}
+GroupInstancePath::GroupInstancePath(const ObjectHistoryID& id) : m_aIDs{id} {}
 
-GroupInstancePath::GroupInstancePath(const std::vector<ObjectHistoryID>& aIDs) : m_aIDs(aIDs)
-{
-}
+GroupInstancePath::GroupInstancePath(const std::vector<ObjectHistoryID>& aIDs) : m_aIDs(aIDs) {}
 
-GroupInstancePath::GroupInstancePath(std::vector<ObjectHistoryID>&& aIDs) : m_aIDs(std::move(aIDs))
-{
-}
+GroupInstancePath::GroupInstancePath(std::vector<ObjectHistoryID>&& aIDs) : m_aIDs(std::move(aIDs)) {}
 
 GroupInstancePath::GroupInstancePath(const GroupInstancePath& other, std::uint64_t nObjectID) : m_aIDs(other.m_aIDs)
 {
@@ -35,9 +30,9 @@ bool GroupInstancePath::operator<(const GroupInstancePath& other) const
 
 bool GroupInstancePath::IsValid() const
 {
-    return !m_aIDs.empty() && std::none_of(m_aIDs.begin(), m_aIDs.end(), [](const ObjectHistoryID& id) {
-        return id.m_nHistoryID == INVALID_ID || id.m_nObjectID == INVALID_ID;
-    });
+    return !m_aIDs.empty() && std::none_of(m_aIDs.begin(), m_aIDs.end(),
+                                           [](const ObjectHistoryID& id)
+                                           { return id.m_nHistoryID == INVALID_ID || id.m_nObjectID == INVALID_ID; });
 }
 
 bool GroupInstancePath::IsPrefixOf(const GroupInstancePath& other) const
@@ -110,7 +105,8 @@ bool GroupInstancePath::IsAlive() const
 {
     if (m_aIDs.empty())
         return false;
-    const auto isInstance = [](const ObjectHistoryID& id) {
+    const auto isInstance = [](const ObjectHistoryID& id)
+    {
         nObjectType nType = nUnspecifiedType;
         return APIGetObjectTypeReadOnly(id.m_nHistoryID, id.m_nObjectID, nType).IsGood() && nType == nInstanceType;
     };

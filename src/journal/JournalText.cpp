@@ -19,7 +19,8 @@ std::string Dump(const nlohmann::json& json)
 void AppendNumber(std::string& strText, double dValue)
 {
     std::array<char, 32> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), dValue, std::chars_format::general, 16);
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), dValue, std::chars_format::general, 16);
     strText.append(digits.data(), end.ptr);
 }
 
@@ -86,7 +87,7 @@ std::string JournalText(const Line3d& value)
 
 std::string JournalText(const Plane& value)
 {
-    return "QRV.Geom.Plane(" + JournalText(GetFootPoint(value)) + ", " + JournalText(value.normal) + ")";
+    return "QRV.Geom.Plane(" + JournalText(value.project(Point3d())) + ", " + JournalText(value.normal) + ")";
 }
 
 std::string JournalText(const Transf3d& value)

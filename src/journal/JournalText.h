@@ -27,8 +27,7 @@ std::string JournalText(T value)
 }
 
 template <class T>
-    requires std::is_enum_v<T>
-std::string JournalText(T value)
+requires std::is_enum_v<T> std::string JournalText(T value)
 {
     return std::to_string(static_cast<std::underlying_type_t<T>>(value));
 }
