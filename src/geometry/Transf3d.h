@@ -153,6 +153,13 @@ private:
     }
     Transf3d invertRigid() const;
     Transf3d invertByCofactors() const;
+    std::uint64_t flagsThatInversionKeeps() const;
+    /// Row 3 becomes exactly (0, 0, 0, 1), free of what rounding left there.
+    void clearPerspective()
+    {
+        m_aMatrix[12] = m_aMatrix[13] = m_aMatrix[14] = 0.0;
+        m_aMatrix[15] = 1.0;
+    }
     void setFrame(const Point3d& origin, const Vector3d& x, const Vector3d& y, const Vector3d& z);
 
     double m_aMatrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};

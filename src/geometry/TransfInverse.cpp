@@ -45,10 +45,19 @@ Transf3d Transf3d::invertByCofactors() const
         -m[12] * s[3] + m[13] * s[1] - m[14] * s[0], m[8] * s[3] - m[9] * s[1] + m[10] * s[0]};
     for (std::size_t i = 0; i < 16; ++i)
         inverse.m_aMatrix[i] = aAdjugate[i] / dDeterminant;
-    // Right angles survive inversion only where all scales are equal.
-    const bool bKeepsAngles = (m_nFlags & Pair(nEqualScalingKnown)) == Pair(nEqualScalingKnown);
-    inverse.m_nFlags = bKeepsAngles ? m_nFlags : m_nFlags & ~Pair(nOrthogonalKnown);
+    if (!isPerspective())
+        inverse.clearPerspective();
+    inverse.m_nFlags = m_nFlags & flagsThatInversionKeeps();
     return inverse;
+}
+
+// Right angles survive inversion only where all scales are equal. A perspective leaves nothing of the upper block.
+std::uint64_t Transf3d::flagsThatInversionKeeps() const
+{
+    if (isPerspective())
+        return Pair(nIdentityKnown) | Pair(nPerspectiveKnown) | Pair(nRigidKnown);
+    const bool bEqualScaling = (m_nFlags & Pair(nEqualScalingKnown)) == Pair(nEqualScalingKnown);
+    return bEqualScaling ? ~std::uint64_t(0) : ~Pair(nOrthogonalKnown);
 }
 
 Transf3d Transf3d::affineInverseTranspose() const
@@ -64,6 +73,8 @@ Transf3d Transf3d::affineInverseTranspose() const
     for (std::size_t i = 0; i < 3; ++i)
         t.setColumn(i, aColumns[i].x, aColumns[i].y, aColumns[i].z);
     t.m_nFlags = (m_nFlags & ~Pair(nIdentityKnown) & ~Pair(nPerspectiveKnown)) | nPerspectiveKnown;
+    if (isPerspective())
+        t.m_nFlags &= ~Pair(nRigidKnown); // the block alone may well be rigid
     return t;
 }
 
