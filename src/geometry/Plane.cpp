@@ -14,16 +14,14 @@ double GetMeanConstant(const Point3d* p, std::size_t n, const UnitVector3d& norm
     return -dSum / double(n);
 }
 
-/// The sum of the triangles of a polygon. Positions count from the first point: far from the origin the products of
-/// whole coordinates would drown a small polygon in rounding.
 Vector3d GetNewellNormal(const Point3d* p, std::size_t n)
 {
     Vector3d sum;
     for (std::size_t i = 0; i < n; ++i)
     {
-        const Vector3d toCorner = p[i] - p[0];
-        const Vector3d across = p[(i + 1) % n] - p[(i + n - 1) % n];
-        sum += Vector3d(toCorner.y * across.z, toCorner.z * across.x, toCorner.x * across.y);
+        const Point3d& before = p[(i + n - 1) % n];
+        const Point3d& behind = p[(i + 1) % n];
+        sum += Vector3d(p[i].y * (behind.z - before.z), p[i].z * (behind.x - before.x), p[i].x * (behind.y - before.y));
     }
     return sum;
 }

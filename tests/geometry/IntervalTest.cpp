@@ -114,7 +114,8 @@ TEST(Interval3d, ExtremeCornersBoundAllCorners)
         }
         EXPECT_EQ(box.intersectsPlane(plane, 1e-12), bAbove && bBelow) << i;
     }
-    EXPECT_EQ(kUnitBox.lowerInDirection(Vector3d(-0.0, 0, 0)).x, 0);
+    EXPECT_TRUE(kUnitBox.lowerInDirection(Vector3d(-0.0, 0, -0.0)).isEqual(kUnitBox.lower, 0));
+    EXPECT_TRUE(kUnitBox.upperInDirection(Vector3d(0, -0.0, 0)).isEqual(kUnitBox.upper, 0));
     EXPECT_TRUE(kUnitBox.intersectsPlane(Plane(Point3d(1 + 1e-9, 0, 0), Vector3d::kXDir), 1e-8));
     EXPECT_FALSE(kUnitBox.intersectsPlane(Plane(Point3d(1 + 1e-9, 0, 0), -Vector3d::kXDir), 1e-10));
 }
@@ -195,6 +196,8 @@ TEST(Interval3d, RaysAlongAnAxisAndOnASideAreSeen)
         {"in a side", {Point3d(-1, 1, 0.5), Vector3d::kXDir}, 0, 1e30, true},
         {"beside a side", {Point3d(-1, 1 + 1e-9, 0.5), Vector3d::kXDir}, 0, 1e30, false},
         {"beside within the tolerance", {Point3d(-1, 1 + 1e-9, 0.5), Vector3d::kXDir}, 1e-8, 1e30, true},
+        {"past a corner within the tolerance", {Point3d(0.95, -1, 0.5), Vector3d(0.1, 1, 0)}, 0.1, 1e30, true},
+        {"past a corner", {Point3d(0.95, -1, 0.5), Vector3d(0.1, 1, 0)}, 0.01, 1e30, false},
         {"from inside", {Point3d(0.5, 0.5, 0.5), -Vector3d::kZDir}, 0, 1e30, true},
         {"no direction", {Point3d(0.5, 0.5, 0.5), Vector3d()}, 0, 1e30, false},
     };
