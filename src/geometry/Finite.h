@@ -3,12 +3,15 @@
 
 #include <QRV/Geometry.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace QRV
 {
-/// Finite and of size below 1e30.
+/// Finite and of size below kInfinity.
 inline bool IsUsable(double d)
 {
-    return std::abs(d) < 1e30; // false for a number that is none
+    return std::abs(d) < kInfinity; // false for a number that is none
 }
 inline bool IsUsable(const Point3d& p)
 {

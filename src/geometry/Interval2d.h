@@ -11,8 +11,8 @@ namespace QRV
 class QRV_API Interval2d
 {
 public:
-    Point2d lower{1e30, 1e30};
-    Point2d upper{-1e30, -1e30};
+    Point2d lower{kInfinity, kInfinity};
+    Point2d upper{-kInfinity, -kInfinity};
 
     constexpr Interval2d() = default;
     Interval2d(const Point2d& a, const Point2d& b)

@@ -72,10 +72,11 @@ std::pair<bool, std::array<Point3d, 8>> Interval3d::getBoundsPoints() const
     std::array<Point3d, 8> a;
     if (isNull())
     {
-        a.fill({1e30, 1e30, 1e30});
+        a.fill({kInfinity, kInfinity, kInfinity});
         return {false, a};
     }
-    const auto setSide = [&](std::size_t n, double z) {
+    const auto setSide = [&](std::size_t n, double z)
+    {
         a[n] = {lower.x, lower.y, z};
         a[n + 1] = {lower.x, upper.y, z};
         a[n + 2] = {upper.x, upper.y, z};

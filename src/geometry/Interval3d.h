@@ -12,11 +12,14 @@ namespace QRV
 class Plane;
 
 /// A box; null (empty) while `lower` is above `upper` by more than 1e-12 on some axis. A default box is null.
+///
+/// The comparisons are the inner loop of every search: they take all axes at once, since a branch for each axis would
+/// be guessed wrong about half of the time.
 class QRV_API Interval3d
 {
 public:
-    Point3d lower{1e30, 1e30, 1e30};
-    Point3d upper{-1e30, -1e30, -1e30};
+    Point3d lower{kInfinity, kInfinity, kInfinity};
+    Point3d upper{-kInfinity, -kInfinity, -kInfinity};
 
     constexpr Interval3d() = default;
     Interval3d(const Point3d& a, const Point3d& b)
@@ -28,7 +31,10 @@ public:
     constexpr Interval3d(const Point3d& a, const Point3d& b, int) : lower(a), upper(b) {}
     explicit constexpr Interval3d(const Point3d& p) : lower(p), upper(p) {}
     /// A cube of half-side `r`.
-    constexpr Interval3d(const Point3d& p, double r) : lower(p.x - r, p.y - r, p.z - r), upper(p.x + r, p.y + r, p.z + r) {}
+    constexpr Interval3d(const Point3d& p, double r)
+        : lower(p.x - r, p.y - r, p.z - r), upper(p.x + r, p.y + r, p.z + r)
+    {
+    }
     /// All numbers zero.
     explicit constexpr Interval3d(int) : lower(), upper() {}
 
@@ -37,18 +43,19 @@ public:
     void init() { *this = Interval3d(); }
     bool isNull() const
     {
-        return lower.x > upper.x + kLinearTolerance || lower.y > upper.y + kLinearTolerance ||
-               lower.z > upper.z + kLinearTolerance;
+        return (lower.x > upper.x + kLinearTolerance) | (lower.y > upper.y + kLinearTolerance) |
+               (lower.z > upper.z + kLinearTolerance);
     }
     /// Both null, or corners within a squared distance scaled by the size of the corners.
-    bool isEqual(const Interval3d& box, double dTolSqrd) const;
+    bool isEqual(const Interval3d& box, double dTolSqrd = kPointToleranceSqrd) const;
     /// Some side of one lies within `dTol` of a side of the other; false for a null box.
     bool boundariesTouch(const Interval3d& box, double dTol) const;
 
     Interval3d operator*(const Interval3d& box) const
     {
         return {Point3d(std::max(lower.x, box.lower.x), std::max(lower.y, box.lower.y), std::max(lower.z, box.lower.z)),
-                Point3d(std::min(upper.x, box.upper.x), std::min(upper.y, box.upper.y), std::min(upper.z, box.upper.z)), 0};
+                Point3d(std::min(upper.x, box.upper.x), std::min(upper.y, box.upper.y), std::min(upper.z, box.upper.z)),
+                0};
     }
     Interval3d& operator*=(const Interval3d& box) { return *this = *this * box; }
     Interval3d operator+(const Interval3d& box) const { return Interval3d(*this) += box; }
@@ -79,28 +86,28 @@ public:
         if (isNull())
             return true;
         const double s = box.getSlack();
-        return lower.x >= box.lower.x - s && lower.y >= box.lower.y - s && lower.z >= box.lower.z - s &&
-               upper.x <= box.upper.x + s && upper.y <= box.upper.y + s && upper.z <= box.upper.z + s;
+        return (lower.x >= box.lower.x - s) & (lower.y >= box.lower.y - s) & (lower.z >= box.lower.z - s) &
+               (upper.x <= box.upper.x + s) & (upper.y <= box.upper.y + s) & (upper.z <= box.upper.z + s);
     }
     /// The boxes overlap or touch, within 1e-12; no test for null boxes.
     bool operator&(const Interval3d& box) const
     {
-        return box.upper.x + kLinearTolerance >= lower.x && upper.x + kLinearTolerance >= box.lower.x &&
-               box.upper.y + kLinearTolerance >= lower.y && upper.y + kLinearTolerance >= box.lower.y &&
-               box.upper.z + kLinearTolerance >= lower.z && upper.z + kLinearTolerance >= box.lower.z;
+        return (box.upper.x + kLinearTolerance >= lower.x) & (upper.x + kLinearTolerance >= box.lower.x) &
+               (box.upper.y + kLinearTolerance >= lower.y) & (upper.y + kLinearTolerance >= box.lower.y) &
+               (box.upper.z + kLinearTolerance >= lower.z) & (upper.z + kLinearTolerance >= box.lower.z);
     }
     /// The point lies in the box, with a slack scaled by the box's size.
     bool operator&(const Point3d& p) const
     {
         const double s = getSlack();
-        return p.x >= lower.x - s && p.x <= upper.x + s && p.y >= lower.y - s && p.y <= upper.y + s && p.z >= lower.z - s &&
-               p.z <= upper.z + s;
+        return (p.x >= lower.x - s) & (p.x <= upper.x + s) & (p.y >= lower.y - s) & (p.y <= upper.y + s) &
+               (p.z >= lower.z - s) & (p.z <= upper.z + s);
     }
 
-    /// Of the diagonal; 0 for a null box, as with all measures here.
+    /// Of the diagonal; 0 for a null box, as with all extents, areas and volumes here.
     double length() const;
     double lengthSqrd() const;
-    double length(int nAxis) const { return upper[std::size_t(nAxis)] - lower[std::size_t(nAxis)]; }
+    double length(int nAxis) const { return hasExtent() ? upper[std::size_t(nAxis)] - lower[std::size_t(nAxis)] : 0.0; }
     double area() const;      ///< of the six sides
     double perimeter() const; ///< of the twelve edges
     double volume() const;
@@ -125,7 +132,10 @@ public:
     bool intersectsRay(const Line3d& line, double dTol, double tMax) const;
 
 private:
-    double getSlack() const { return std::max(1.0, std::max(lower.lengthRect(), upper.lengthRect())) * kLinearTolerance; }
+    double getSlack() const
+    {
+        return std::max(1.0, std::max(lower.lengthRect(), upper.lengthRect())) * kLinearTolerance;
+    }
     bool hasExtent() const
     {
         return upper.x - lower.x >= -kLinearTolerance && upper.y - lower.y >= -kLinearTolerance &&

@@ -1,3 +1,5 @@
+#include "geometry/Finite.h"
+
 #include <QRV/Geometry.h>
 
 namespace QRV
@@ -12,8 +14,7 @@ bool Line3d::isCoincident(const Line3d& other, bool bSameDirection, double dTol)
 {
     if (!vector.isParallel(other.vector) || (bSameDirection && vector % other.vector <= 0.0))
         return false;
-    return dist(other.point) < std::max(1.0, other.point.length()) * dTol &&
-           other.dist(point) < std::max(1.0, point.length()) * dTol;
+    return dist(other.point) < ScaledTolerance(other.point, dTol) && other.dist(point) < ScaledTolerance(point, dTol);
 }
 
 double Line3d::dist(const Point3d& p) const
@@ -36,7 +37,7 @@ bool Line3d::intersect(const Line3d& other, Point3d& out, double dTol) const
     constexpr double kNearlyParallel = 1e-12;
     const Vector3d u = vector.getNormalized();
     const Vector3d w = other.vector.getNormalized();
-    if (u.isExactNull() || w.isExactNull() || u.isParallelNorm(w))
+    if (u.isExactNull() || w.isExactNull() || u.isParallelNorm(w, kParallelToleranceSqrd))
         return false;
     const double c = -(u % w);
     const double e = 1.0 - c * c;

@@ -25,10 +25,10 @@ public:
     bool isEqual(const Line3d& other) const;
     /// The same line, within a length scaled by the size of the origins.
     bool isCoincident(const Line3d& other, bool bSameDirection, double dTol) const;
-    /// -1e30 for an exactly zero vector.
+    /// -kInfinity for an exactly zero vector.
     double GetParameter(const Point3d& p) const
     {
-        return vector.isExactNull() ? -1e30 : ((p - point) % vector) / (vector % vector);
+        return vector.isExactNull() ? -kInfinity : ((p - point) % vector) / (vector % vector);
     }
     Point3d GetPointFromParameter(double t) const { return point + vector * t; }
     /// Distance from the infinite line; from the origin where there is no direction.

@@ -1,3 +1,5 @@
+#include "geometry/Finite.h"
+
 #include <QRV/Geometry.h>
 
 namespace QRV
@@ -22,11 +24,6 @@ Vector3d GetNewellNormal(const Point3d* p, std::size_t n)
         sum += Vector3d(p[i].y * (behind.z - before.z), p[i].z * (behind.x - before.x), p[i].x * (behind.y - before.y));
     }
     return sum;
-}
-
-double GetSize(const Point3d& p, double dTol)
-{
-    return std::max(1.0, p.length()) * dTol;
 }
 
 /// The two extreme points of the axis along which the cloud is longest.
@@ -84,30 +81,35 @@ Plane Plane::fromPoints(const Point3d* p, std::size_t n, bool bRequirePlanar)
         return {};
     const Line3d line(a, b);
     const Point3d* pFarthest = p;
+    double dFarthest = 0.0;
     for (const Point3d* q = p; q != p + n; ++q)
-        if (line.dist(*q) > line.dist(*pFarthest))
+        if (const double dDistance = line.dist(*q); dDistance > dFarthest)
+        {
+            dFarthest = dDistance;
             pFarthest = q;
-    if (line.dist(*pFarthest) < kMinWidth)
+        }
+    if (dFarthest < kMinWidth)
         return {};
     const Plane plane(p, n, (a - *pFarthest) * (b - *pFarthest));
     const auto isOff = [&](const Point3d& q) { return std::abs(plane.dist(q)) > kPlaneDistanceTolerance; };
     return bRequirePlanar && std::any_of(p, p + n, isOff) ? Plane() : plane;
 }
 
-Plane Plane::fromPointsUsingThreeNoncollinearPnts(const Point3d* p, std::size_t n, bool bCheckAll, int& nStatus, double dTol,
-                                                  bool bRetryWithBestFit)
+Plane Plane::fromPointsUsingThreeNoncollinearPnts(const Point3d* p, std::size_t n, bool bCheckAll, int& nStatus,
+                                                  double dTol, bool bRetryWithBestFit)
 {
     nStatus = -1;
     if (!p || n < 3)
         return {};
     std::size_t nSecond = 1;
-    while (nSecond < n && p[nSecond].distSqrd(p[0]) <= GetSize(p[nSecond], dTol) * GetSize(p[nSecond], dTol))
+    while (nSecond < n &&
+           p[nSecond].distSqrd(p[0]) <= ScaledTolerance(p[nSecond], dTol) * ScaledTolerance(p[nSecond], dTol))
         ++nSecond;
     Plane plane;
     std::size_t nThird = nSecond + 1;
     for (; nThird < n; ++nThird)
     {
-        if (Line3d(p[0], p[nSecond]).dist(p[nThird]) < GetSize(p[nThird], dTol))
+        if (Line3d(p[0], p[nSecond]).dist(p[nThird]) < ScaledTolerance(p[nThird], dTol))
             continue;
         const Point3d aAnchors[3] = {p[0], p[nSecond], p[nThird]};
         plane = Plane(aAnchors, 3);
@@ -119,8 +121,10 @@ Plane Plane::fromPointsUsingThreeNoncollinearPnts(const Point3d* p, std::size_t 
     nStatus = 0;
     if (!bCheckAll)
         return plane;
-    const auto holdsFrom = [&](const Plane& tested, std::size_t nFirst) {
-        return std::all_of(p + nFirst, p + n, [&](const Point3d& q) { return std::abs(tested.dist(q)) <= GetSize(q, dTol); });
+    const auto holdsFrom = [&](const Plane& tested, std::size_t nFirst)
+    {
+        return std::all_of(p + nFirst, p + n,
+                           [&](const Point3d& q) { return std::abs(tested.dist(q)) <= ScaledTolerance(q, dTol); });
     };
     if (holdsFrom(plane, nThird + 1))
         return plane;
@@ -219,12 +223,13 @@ bool BoxLiesOnNegativeSideOfPlanes(const Interval3d& box, const std::vector<Plan
                                         [&](const Plane& plane) { return plane.boxLiesOnNegativeSide(box, dTol); });
 }
 
-bool SegmentIntersectsNegativeSideOfPlanes(const Point3d& a, const Point3d& b, const std::vector<Plane>& aPlanes, double dTol,
-                                           bool bTestEnds)
+bool SegmentIntersectsNegativeSideOfPlanes(const Point3d& a, const Point3d& b, const std::vector<Plane>& aPlanes,
+                                           double dTol, bool bTestEnds)
 {
     if (bTestEnds && (PointIntersectsNegativeSideOfPlanes(a, aPlanes, dTol) ||
                       PointIntersectsNegativeSideOfPlanes(b, aPlanes, dTol)))
         return true;
+    constexpr double kEnd = 1e-12;
     const Vector3d v = b - a;
     for (const Plane& plane : aPlanes)
     {
@@ -232,7 +237,7 @@ bool SegmentIntersectsNegativeSideOfPlanes(const Point3d& a, const Point3d& b, c
         if (std::max(1.0, v.lengthSqrd()) * kPointToleranceSqrd > c * c)
             continue;
         const double t = -plane.dist(a) / c;
-        if (t > 1e-12 && t < 0.999999999999 && PointIntersectsNegativeSideOfPlanes(a + v * t, aPlanes, dTol))
+        if (t > kEnd && t < 1.0 - kEnd && PointIntersectsNegativeSideOfPlanes(a + v * t, aPlanes, dTol))
             return true;
     }
     return false;

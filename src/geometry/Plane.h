@@ -29,8 +29,8 @@ public:
     /// With a given normal, through the mean of the points.
     Plane(const Point3d* p, std::size_t n, const Vector3d& normalGiven);
 
-    /// Of a cloud of points in no order; no plane when they lie in a line. With `bRequirePlanar` none either when a point
-    /// is farther off than 1e-6.
+    /// Of a cloud of points in no order; no plane when they lie in a line. With `bRequirePlanar` none either when a
+    /// point is farther off than 1e-6.
     static Plane fromPoints(const Point3d* p, std::size_t n, bool bRequirePlanar);
     /// Of an ordered polygon from its first three corners that tell a plane. `nStatus`: 0 good, -1 no plane, -2 some
     /// point lies off the plane given back.
@@ -77,6 +77,6 @@ QRV_API bool BoxIntersectsNegativeSideOfPlanes(const Interval3d& box, const std:
 QRV_API bool BoxLiesOnNegativeSideOfPlanes(const Interval3d& box, const std::vector<Plane>& aPlanes, double dTol);
 /// Some point of the segment lies in the set; with `bTestEnds` its ends are tested first. False without planes unless
 /// an end says otherwise.
-QRV_API bool SegmentIntersectsNegativeSideOfPlanes(const Point3d& a, const Point3d& b, const std::vector<Plane>& aPlanes,
-                                                   double dTol, bool bTestEnds);
+QRV_API bool SegmentIntersectsNegativeSideOfPlanes(const Point3d& a, const Point3d& b,
+                                                   const std::vector<Plane>& aPlanes, double dTol, bool bTestEnds);
 } // namespace QRV

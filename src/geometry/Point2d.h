@@ -52,10 +52,7 @@ public:
 
     /// Divides by the length when its square is above `dTolSqrd`; otherwise the result is zero.
     void normalize(double dTolSqrd) { *this = getNormalized(dTolSqrd); }
-    Vector2d getNormalized(double dTolSqrd) const
-    {
-        return lengthSqrd() > dTolSqrd ? *this / length() : Vector2d();
-    }
+    Vector2d getNormalized(double dTolSqrd) const { return lengthSqrd() > dTolSqrd ? *this / length() : Vector2d(); }
     /// Opposite directions are parallel; a zero vector is parallel to nothing.
     bool isParallel(const Vector2d& v, double dTolSqrd = kParallelToleranceSqrd) const;
     bool isPerpend(const Vector2d& v, double dTol = kPerpendicularTolerance) const;
@@ -101,8 +98,8 @@ public:
     Point2d& operator/=(double d) { return *this = *this / d; }
     constexpr double operator%(const Vector2d& v) const { return x * v.x + y * v.y; }
 
-    /// Every coordinate is of size below 1e30.
-    bool isValid() const { return std::abs(x) < 1e30 && std::abs(y) < 1e30; }
+    /// Every coordinate is of size below kInfinity.
+    bool isValid() const { return std::abs(x) < kInfinity && std::abs(y) < kInfinity; }
     double length() const { return toVector2d().length(); }
     double lengthSqrd() const { return toVector2d().lengthSqrd(); }
     double lengthRect() const { return toVector2d().lengthRect(); }

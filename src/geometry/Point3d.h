@@ -74,7 +74,7 @@ public:
         return getNormalized().isParallelNorm(v.getNormalized(), dTolSqrd);
     }
     /// As isParallel, for vectors of unit length.
-    bool isParallelNorm(const Vector3d& v, double dTolSqrd = kParallelToleranceSqrd) const
+    bool isParallelNorm(const Vector3d& v, double dTolSqrd) const
     {
         return !isExactNull() && !v.isExactNull() && (dTolSqrd >= distSqrd(v) || dTolSqrd >= distSqrd(-v));
     }
@@ -119,7 +119,7 @@ public:
     void zero() { x = y = z = 0.0; }
     void negate() { *this = -*this; }
     UnitVector3d& scale(const Vector3d& v) { return x *= v.x, y *= v.y, z *= v.z, *this; }
-    Vector3d getScaled(const Vector3d& v) const { return {x * v.x, y * v.y, z * v.z}; }
+    UnitVector3d getScaled(const Vector3d& v) const { return {x * v.x, y * v.y, z * v.z, false}; }
 
     constexpr UnitVector3d operator-() const { return UnitVector3d(-x, -y, -z, false); }
     constexpr Vector3d operator*(double d) const { return {x * d, y * d, z * d}; }
@@ -201,8 +201,8 @@ public:
     constexpr double operator%(const Vector3d& v) const { return x * v.x + y * v.y + z * v.z; }
     constexpr double operator%(const UnitVector3d& v) const { return x * v.x + y * v.y + z * v.z; }
 
-    /// Every coordinate is of size below 1e30.
-    bool isValid() const { return std::abs(x) < 1e30 && std::abs(y) < 1e30 && std::abs(z) < 1e30; }
+    /// Every coordinate is of size below kInfinity.
+    bool isValid() const { return std::abs(x) < kInfinity && std::abs(y) < kInfinity && std::abs(z) < kInfinity; }
     double length() const { return toVector3d().length(); }
     double lengthSqrd() const { return toVector3d().lengthSqrd(); }
     double lengthRect() const { return toVector3d().lengthRect(); }

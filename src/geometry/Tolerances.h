@@ -3,6 +3,7 @@
 
 namespace QRV
 {
+inline constexpr double kInfinity = 1e30;                   ///< a coordinate of this size is not valid; empty boxes
 inline constexpr double kPointToleranceSqrd = 1e-24;        ///< squared distance: two points coincide
 inline constexpr double kLinearTolerance = 1e-12;           ///< distance or length that counts as zero
 inline constexpr double kParallelToleranceSqrd = 1e-20;     ///< squared distance of unit vectors: parallel

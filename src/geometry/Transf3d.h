@@ -35,7 +35,8 @@ public:
     Transf3d(ProjectionType nProjection, const Point3d& eye, const Point3d& target, const Vector3d& up = Vector3d());
 
     static const Transf3d kIdentity;
-    static const Transf3d kFrontView, kBackView, kRightView, kLeftView, kTopView, kBottomView, kIsometricView, kDimetricView;
+    static const Transf3d kFrontView, kBackView, kRightView, kLeftView, kTopView, kBottomView, kIsometricView,
+        kDimetricView;
 
     double operator()(std::size_t nRow, std::size_t nColumn) const { return m_aMatrix[4 * nRow + nColumn]; }
     /// Ignore an index of 4 or more; an element that would not change leaves the record as it is.
@@ -49,8 +50,10 @@ public:
     void getCoordSystem(Point3d& o, Vector3d& x, Vector3d& y, Vector3d& z) const;
 
     /// The affine map of the first three rows.
-    Point3d operator*(const Point3d& p) const;
-    Vector3d operator*(const Vector3d& v) const;
+    Point3d operator*(const Point3d& p) const { return isIdentity() ? p : mapAffine(p); }
+    /// The upper block alone, without the translation.
+    Vector3d operator*(const Vector3d& v) const { return isIdentity() ? v : mapLinear(v); }
+    /// The upper block, then normalised.
     UnitVector3d operator*(const UnitVector3d& v) const;
     Line3d operator*(const Line3d& line) const { return Line3d(*this * line.point, *this * line.vector); }
     /// The product; the right operand acts first.
@@ -60,7 +63,10 @@ public:
     bool project(const Point3d& p, Point3d& out) const;
 
     bool isEqual(const Transf3d& other, double dTol) const;
-    bool isIdentity() const;
+    bool isIdentity() const
+    {
+        return m_nFlags & nIdentityKnown ? (m_nFlags & (nIdentityKnown << 1)) != 0 : askIsIdentity();
+    }
     /// The matrix is not flat.
     bool isValid() const;
     bool isOrthogonal() const;
@@ -86,14 +92,14 @@ public:
     /// Along the line by the length of its vector.
     static Transf3d stretching(const Line3d& line);
     /// Carries one frame onto another.
-    static Transf3d align(const Point3d& p0, const Vector3d& x0, const Vector3d& y0, const Point3d& p1, const Vector3d& x1,
-                          const Vector3d& y1);
+    static Transf3d align(const Point3d& p0, const Vector3d& x0, const Vector3d& y0, const Point3d& p1,
+                          const Vector3d& x1, const Vector3d& y1);
     static Transf3d align(const Point3d& a0, const Point3d& a1, const Point3d& a2, const Point3d& b0, const Point3d& b1,
                           const Point3d& b2);
     static Transf3d align(const Point3d& p0, const Vector3d& d0, const Point3d& p1, const Vector3d& d1);
     /// Cleans a transform read from outside of rounding noise.
-    static Transf3d createOrthogonalSnappedTransform(const Point3d& origin, double dScale, const Vector3d& x, const Vector3d& y,
-                                                     const Vector3d& z);
+    static Transf3d createOrthogonalSnappedTransform(const Point3d& origin, double dScale, const Vector3d& x,
+                                                     const Vector3d& y, const Vector3d& z);
 
     /// The identity, known as such, for a singular matrix (determinant of size at most 1e-12).
     Transf3d invert() const;
@@ -103,8 +109,25 @@ public:
     Vector3d stretchVector() const;
 
 private:
+    /// The bit that says that an answer is known. The next higher bit is the answer.
+    enum nKnownFlag : std::uint64_t
+    {
+        nValidKnown = 0x1,
+        nIdentityKnown = 0x4,
+        nOrthogonalKnown = 0x10,
+        nEqualScalingKnown = 0x40,
+        nRigidKnown = 0x100,
+        nMirrorKnown = 0x400,
+        nPerspectiveKnown = 0x1000,
+        nRotation90Known = 0x4000
+    };
     static constexpr std::uint64_t kIdentityFlags = 0x17ff;
     static constexpr std::uint64_t kRigidFlags = 0x17f3;
+    static constexpr std::uint64_t kReflectionFlags = 0x1df7;
+    static constexpr double kSingular = 1e-12;  ///< a determinant of at most this size
+    static constexpr double kSameScale = 1e-10; ///< how near to 1 the ratio of equal lengths is
+
+    static constexpr std::uint64_t Pair(nKnownFlag nKnown) { return nKnown | std::uint64_t(nKnown) << 1; }
 
     Vector3d column(std::size_t n) const { return {m_aMatrix[n], m_aMatrix[4 + n], m_aMatrix[8 + n]}; }
     void setColumn(std::size_t n, double x, double y, double z);
@@ -113,7 +136,31 @@ private:
     bool isBlockSameScale() const;
     /// The answer remembered under `nKnown`, else that of `fnAnswer`.
     template <class Answer>
-    bool ask(std::uint64_t nKnown, Answer fnAnswer) const;
+    bool ask(nKnownFlag nKnown, Answer fnAnswer) const;
+    bool askIsIdentity() const;
+    void setFlagsFromElements() { m_nFlags = isExactIdentity() ? kIdentityFlags : 0; }
+    Point3d mapAffine(const Point3d& p) const
+    {
+        const double* m = m_aMatrix;
+        return {m[0] * p.x + m[1] * p.y + m[2] * p.z + m[3], m[4] * p.x + m[5] * p.y + m[6] * p.z + m[7],
+                m[8] * p.x + m[9] * p.y + m[10] * p.z + m[11]};
+    }
+    Vector3d mapLinear(const Vector3d& v) const
+    {
+        const double* m = m_aMatrix;
+        return {m[0] * v.x + m[1] * v.y + m[2] * v.z, m[4] * v.x + m[5] * v.y + m[6] * v.z,
+                m[8] * v.x + m[9] * v.y + m[10] * v.z};
+    }
+    Transf3d invertRigid() const;
+    Transf3d invertByCofactors() const;
+    std::uint64_t flagsThatInversionKeeps() const;
+    /// Row 3 becomes exactly (0, 0, 0, 1), free of what rounding left there.
+    void clearPerspective()
+    {
+        m_aMatrix[12] = m_aMatrix[13] = m_aMatrix[14] = 0.0;
+        m_aMatrix[15] = 1.0;
+    }
+    void setFrame(const Point3d& origin, const Vector3d& x, const Vector3d& y, const Vector3d& z);
 
     double m_aMatrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     mutable std::uint64_t m_nFlags = kIdentityFlags;
