@@ -107,7 +107,7 @@ private:
     void Swap(BoxTree& other) noexcept;
 
     static Entry EntryOf(T* pElement, const Interval3d& box);
-    static Entry EntryOf(Node* pChild);
+    static Entry EntryOf(Node* pChild, const Interval3d& box);
     static Interval3d BoxOfElement(const T& element) { return BoxOf<std::remove_const_t<T>>::Get(element); }
     static std::size_t GetNodesForPlacing(std::size_t nLevelsBelowRoot);
     std::size_t GetNodesForInsertion() const { return m_pRoot ? GetNodesForPlacing(m_pRoot->m_nLevel) : 1; }
@@ -132,19 +132,21 @@ private:
     void Dissolve(Node* pNode) noexcept;
     void FillFromSibling(Node* pNode) noexcept;
     void LowerRoot() noexcept;
-    static void RecomputeUpward(Node* pNode) noexcept;
-    static void UpdateBoxInParent(Node& node) noexcept;
+    void RecomputeUpward(Node* pNode) noexcept;
+    /// The box kept for a node.
+    Interval3d& BoxOfNode(const Node& node) noexcept;
 
     /// Calls `visit(const Leaf&)` in tree order for the leaves reached through boxes that pass, until it gives false.
     template <class NodeTest, class LeafVisitor>
     void VisitLeaves(const NodeTest& nodeTest, LeafVisitor&& visit) const;
     template <class Test>
     std::size_t Find(const Test& test, std::vector<T*>& aFound) const;
-    bool CheckBelow(const Node& node, std::vector<T*>& aElements) const;
+    bool CheckBelow(const Node& node, const Interval3d& nodeBox, std::vector<T*>& aElements) const;
     Node* CloneBelow(const Node& node) noexcept;
-    static void TransformBelow(Node& node, const Transf3d& transform);
+    static void TransformBelow(Node& node, Interval3d& nodeBox, const Transf3d& transform);
 
     Node* m_pRoot = nullptr;
+    Interval3d m_rootBox;
     std::size_t m_nCount = 0; ///< elements in the nodes
     std::size_t m_nNodes = 0;
     BoxTreeSpareNodes<T> m_spareNodes;

@@ -18,6 +18,7 @@ template <class T>
 void BoxTree<T>::Swap(BoxTree& other) noexcept
 {
     std::swap(m_pRoot, other.m_pRoot);
+    std::swap(m_rootBox, other.m_rootBox);
     std::swap(m_nCount, other.m_nCount);
     std::swap(m_nNodes, other.m_nNodes);
     m_spareNodes.Swap(other.m_spareNodes);
@@ -30,6 +31,7 @@ void BoxTree<T>::Clear() noexcept
     if (m_pRoot)
         DeleteBelow(m_pRoot);
     m_pRoot = nullptr;
+    m_rootBox.init();
     m_nCount = 0;
     m_nNodes = 0;
     m_spareNodes.TrimTo(0);
@@ -54,9 +56,9 @@ BoxTreeEntry<T> BoxTree<T>::EntryOf(T* pElement, const Interval3d& box)
 }
 
 template <class T>
-BoxTreeEntry<T> BoxTree<T>::EntryOf(Node* pChild)
+BoxTreeEntry<T> BoxTree<T>::EntryOf(Node* pChild, const Interval3d& box)
 {
-    Entry entry{pChild->m_Box, {}};
+    Entry entry{box, {}};
     entry.link.pChild = pChild;
     return entry;
 }
@@ -74,7 +76,8 @@ bool BoxTree<T>::CheckValidity(std::size_t& nCount) const
     aElements.reserve(GetCount());
     bool bGood = true;
     if (m_pRoot)
-        bGood = !m_pRoot->m_pParent && (m_pRoot->IsLeaf() || m_pRoot->m_nCount > 1) && CheckBelow(*m_pRoot, aElements);
+        bGood = !m_pRoot->m_pParent && (m_pRoot->IsLeaf() || m_pRoot->m_nCount > 1) &&
+                CheckBelow(*m_pRoot, m_rootBox, aElements);
     bGood = bGood && aElements.size() == m_nCount;
     for (T* pElement : m_aWaiting)
     {
@@ -86,12 +89,12 @@ bool BoxTree<T>::CheckValidity(std::size_t& nCount) const
 }
 
 template <class T>
-bool BoxTree<T>::CheckBelow(const Node& node, std::vector<T*>& aElements) const
+bool BoxTree<T>::CheckBelow(const Node& node, const Interval3d& nodeBox, std::vector<T*>& aElements) const
 {
     bool bGood = node.m_nCount <= kBoxTreeMaxEntries && (&node == m_pRoot || node.m_nCount >= kBoxTreeMinEntries);
     for (std::uint32_t n = 0; n < node.m_nCount; ++n)
     {
-        bGood &= node.m_aBoxes[n] <= node.m_Box;
+        bGood &= node.m_aBoxes[n] <= nodeBox;
         if (node.IsLeaf())
         {
             T* pElement = AsLeaf(node).GetElement(n);
@@ -101,8 +104,7 @@ bool BoxTree<T>::CheckBelow(const Node& node, std::vector<T*>& aElements) const
         }
         const Node& child = *AsInterior(node).GetChild(n);
         bGood &= child.m_pParent == &node && child.m_nLevel + 1 == node.m_nLevel;
-        bGood &= IsSameBox(node.m_aBoxes[n], child.m_Box);
-        bGood &= CheckBelow(child, aElements);
+        bGood &= CheckBelow(child, node.m_aBoxes[n], aElements);
     }
     return bGood;
 }
@@ -117,6 +119,7 @@ BoxTree<T> BoxTree<T>::Clone() const
     if (!copy.m_spareNodes.FillUpTo(m_nNodes))
         throw std::bad_alloc();
     copy.m_pRoot = copy.CloneBelow(*m_pRoot);
+    copy.m_rootBox = m_rootBox;
     copy.m_nCount = m_nCount;
     return copy;
 }
@@ -125,9 +128,9 @@ template <class T>
 BoxTreeNode<T>* BoxTree<T>::CloneBelow(const Node& node) noexcept
 {
     Node* pCopy = CreateNode(node.m_nLevel);
-    pCopy->m_Box = node.m_Box;
     for (std::uint32_t n = 0; n < node.m_nCount; ++n)
-        pCopy->Append(node.IsLeaf() ? node.GetEntry(n) : EntryOf(CloneBelow(*AsInterior(node).GetChild(n))));
+        pCopy->Append(node.IsLeaf() ? node.GetEntry(n)
+                                    : EntryOf(CloneBelow(*AsInterior(node).GetChild(n)), node.m_aBoxes[n]));
     return pCopy;
 }
 
@@ -157,27 +160,21 @@ template <class T>
 void BoxTree<T>::Transform(const Transf3d& transform)
 {
     if (m_pRoot)
-        TransformBelow(*m_pRoot, transform);
+        TransformBelow(*m_pRoot, m_rootBox, transform);
 }
 
 /// Where elements round their coordinates, as parts of a mesh do, the transformed node box may miss them by a little.
 template <class T>
-void BoxTree<T>::TransformBelow(Node& node, const Transf3d& transform)
+void BoxTree<T>::TransformBelow(Node& node, Interval3d& nodeBox, const Transf3d& transform)
 {
-    node.m_Box *= transform;
+    nodeBox *= transform;
     for (std::uint32_t n = 0; n < node.m_nCount; ++n)
     {
         if (node.IsLeaf())
-        {
             node.m_aBoxes[n] = BoxOfElement(*AsLeaf(node).GetElement(n));
-        }
         else
-        {
-            Node& child = *AsInterior(node).GetChild(n);
-            TransformBelow(child, transform);
-            node.m_aBoxes[n] = child.m_Box;
-        }
-        WidenBox(node.m_Box, node.m_aBoxes[n]);
+            TransformBelow(*AsInterior(node).GetChild(n), node.m_aBoxes[n], transform);
+        WidenBox(nodeBox, node.m_aBoxes[n]);
     }
 }
 
@@ -243,8 +240,15 @@ private:
             Arrange(nLevel, nFirst, nEnd);
         Node* pNode = tree.CreateNode(nLevel);
         for (std::size_t n = nFirst; n < nEnd; ++n)
-            pNode->Append(nLevel == 0 ? m_aItems[n].entry : EntryOf(Build(tree, nLevel - 1, n)));
-        pNode->ComputeBox();
+        {
+            if (nLevel == 0)
+            {
+                pNode->Append(m_aItems[n].entry);
+                continue;
+            }
+            Node* pChild = Build(tree, nLevel - 1, n);
+            pNode->Append(EntryOf(pChild, pChild->ComputeBox()));
+        }
         return pNode;
     }
 
@@ -286,6 +290,7 @@ void BoxTree<T>::BulkLoad(const std::vector<T*>& aElements)
         if (!packed.m_spareNodes.FillUpTo(packing.GetNodeCount()))
             throw std::bad_alloc();
         packed.m_pRoot = packing.BuildRoot(packed);
+        packed.m_rootBox = packed.m_pRoot->ComputeBox();
         packed.m_nCount = packing.GetCount();
     }
     m_aWaiting.clear();

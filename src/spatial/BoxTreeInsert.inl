@@ -137,13 +137,12 @@ template <class T>
 BoxTreeNode<T>* BoxTree<T>::ChooseNode(const Interval3d& box, std::uint32_t nLevel) noexcept
 {
     Node* pNode = m_pRoot;
-    WidenBox(pNode->m_Box, box);
+    WidenBox(m_rootBox, box);
     while (pNode->m_nLevel > nLevel)
     {
         const std::uint32_t nChild = AsInterior(*pNode).ChooseChild(box);
         WidenBox(pNode->m_aBoxes[nChild], box);
         pNode = AsInterior(*pNode).GetChild(nChild);
-        WidenBox(pNode->m_Box, box);
     }
     return pNode;
 }
@@ -164,8 +163,8 @@ void BoxTree<T>::TreatOverflow(Node* pNode, LevelSet& reinserted) noexcept
             GrowRoot(pSibling);
             return;
         }
-        UpdateBoxInParent(*pNode);
-        pNode->m_pParent->Append(EntryOf(pSibling));
+        BoxOfNode(*pNode) = pNode->ComputeBox();
+        pNode->m_pParent->Append(EntryOf(pSibling, pSibling->ComputeBox()));
         pNode = pNode->m_pParent;
     }
 }
@@ -175,7 +174,7 @@ template <class T>
 void BoxTree<T>::Reinsert(Node* pNode, LevelSet& reinserted) noexcept
 {
     constexpr std::uint32_t nKept = kSlots - kBoxTreeReinsertedEntries;
-    const Point3d center = pNode->m_Box.mid();
+    const Point3d center = BoxOfNode(*pNode).mid();
     Entry aEntries[kSlots];
     double aDistancesSqrd[kSlots];
     for (std::uint32_t n = 0; n < kSlots; ++n)
@@ -285,7 +284,7 @@ private:
     std::uint32_t m_nFirst = 0;
 };
 
-/// Gives the new sibling, which has the parent but does not stand in it yet.
+/// Gives the new sibling, which has the parent but does not stand in it yet, nor is the node's box brought up to date.
 template <class T>
 BoxTreeNode<T>* BoxTree<T>::SplitOff(Node& node) noexcept
 {
@@ -299,8 +298,6 @@ BoxTreeNode<T>* BoxTree<T>::SplitOff(Node& node) noexcept
     node.m_nCount = 0;
     for (std::uint32_t n = 0; n < kSlots; ++n)
         (n < split.GetFirstCount() ? node : *pSibling).Append(aEntries[n]);
-    node.ComputeBox();
-    pSibling->ComputeBox();
     return pSibling;
 }
 
@@ -309,8 +306,7 @@ void BoxTree<T>::GrowRoot(Node* pSibling) noexcept
 {
     Node* pRoot = CreateNode(m_pRoot->m_nLevel + 1);
     for (Node* pChild : {m_pRoot, pSibling})
-        pRoot->Append(EntryOf(pChild));
-    pRoot->ComputeBox();
+        pRoot->Append(EntryOf(pChild, pChild->ComputeBox()));
     m_pRoot = pRoot;
 }
 } // namespace QRV

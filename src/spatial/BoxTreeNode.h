@@ -1,7 +1,7 @@
 /// The nodes of a box tree.
 #pragma once
 
-#include "geometry/Interval3d.h"
+#include <QRV/Interval3d.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -23,11 +23,10 @@ class BoxTreeInteriorNode;
 /// maximum serve a null `box` as well.
 inline void WidenBox(Interval3d& box, const Interval3d& other)
 {
-    for (int i = 0; i < 3; ++i)
-    {
-        box.lower[i] = std::min(box.lower[i], other.lower[i]);
-        box.upper[i] = std::max(box.upper[i], other.upper[i]);
-    }
+    box.lower = {std::min(box.lower.x, other.lower.x), std::min(box.lower.y, other.lower.y),
+                 std::min(box.lower.z, other.lower.z)};
+    box.upper = {std::max(box.upper.x, other.upper.x), std::max(box.upper.y, other.upper.y),
+                 std::max(box.upper.z, other.upper.z)};
 }
 
 inline bool IsSameBox(const Interval3d& a, const Interval3d& b)
@@ -57,8 +56,8 @@ struct BoxTreeEntry
 /// What leaves and interior nodes have in common.
 ///
 /// Between calls of the tree a node holds at most kBoxTreeMaxEntries entries; the slot beyond is for a node that waits
-/// for its overflow treatment. The box of each entry is kept beside its link, so that a search reads a node and never
-/// the elements behind it; the box cached for a child equals the child's own.
+/// for its overflow treatment. The box of each entry, element or child, is kept beside its link and nowhere else, so
+/// that a search reads a node and never the elements behind it; the tree keeps that of the root.
 template <class T>
 class BoxTreeNode
 {
@@ -69,18 +68,18 @@ public:
     bool IsOverflowing() const { return m_nCount > kBoxTreeMaxEntries; }
     BoxTreeEntry<T> GetEntry(std::uint32_t n) const { return {m_aBoxes[n], m_aLinks[n]}; }
     void SetEntry(std::uint32_t n, const BoxTreeEntry<T>& entry);
-    /// Appends without a look at the node's own box. A child node learns its parent.
+    /// A child node learns its parent.
     void Append(const BoxTreeEntry<T>& entry);
     /// The entries behind move up, so that the order of the others stays.
     void RemoveAt(std::uint32_t n);
-    void ComputeBox();
+    /// The box of all entries, null without any.
+    Interval3d ComputeBox() const;
 
     BoxTreeInteriorNode<T>* m_pParent = nullptr; ///< null at the root
     std::uint32_t m_nLevel;                      ///< 0 at the leaves
     std::uint32_t m_nCount = 0;
     BoxTreeLink<T> m_aLinks[kBoxTreeMaxEntries + 1];
     Interval3d m_aBoxes[kBoxTreeMaxEntries + 1];
-    Interval3d m_Box; ///< box of all entries, null without any; last, because searches know it from the parent
 
 protected:
     explicit BoxTreeNode(std::uint32_t nLevel) : m_nLevel(nLevel) {}

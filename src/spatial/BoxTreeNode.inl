@@ -12,7 +12,7 @@ void BoxTreeNode<T>::Prefetch() const
     constexpr std::size_t nCacheLine = 64;
     constexpr std::size_t nUsualEntries = 7;
     const char* pMemory = reinterpret_cast<const char*>(this);
-    for (std::size_t n = 0; n < sizeof(*this) - (kBoxTreeMaxEntries + 2 - nUsualEntries) * sizeof(Interval3d);
+    for (std::size_t n = 0; n < sizeof(*this) - (kBoxTreeMaxEntries + 1 - nUsualEntries) * sizeof(Interval3d);
          n += nCacheLine)
         __builtin_prefetch(pMemory + n);
 }
@@ -41,12 +41,12 @@ void BoxTreeNode<T>::RemoveAt(std::uint32_t n)
 }
 
 template <class T>
-void BoxTreeNode<T>::ComputeBox()
+Interval3d BoxTreeNode<T>::ComputeBox() const
 {
     Interval3d box;
     for (std::uint32_t n = 0; n < m_nCount; ++n)
         WidenBox(box, m_aBoxes[n]);
-    m_Box = box;
+    return box;
 }
 
 template <class T>

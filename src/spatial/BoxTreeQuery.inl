@@ -32,7 +32,7 @@ void BoxTree<T>::VisitLeaves(const NodeTest& nodeTest, LeafVisitor&& visit) cons
         return Step{&AsInterior(node), nPassing};
     };
 
-    if (!m_pRoot || !nodeTest(m_pRoot->m_Box))
+    if (!m_pRoot || !nodeTest(m_rootBox))
         return;
     if (m_pRoot->IsLeaf())
     {
@@ -157,9 +157,7 @@ void BoxTree<T>::GetElements(std::vector<T*>& aElements) const
 template <class T>
 Interval3d BoxTree<T>::GetBox() const
 {
-    Interval3d box;
-    if (m_pRoot)
-        box = m_pRoot->m_Box;
+    Interval3d box = m_rootBox;
     for (const T* pElement : m_aWaiting)
         WidenBox(box, BoxOfElement(*pElement));
     return box;

@@ -105,8 +105,7 @@ void BoxTree<T>::FillFromSibling(Node* pNode) noexcept
     {
         pNode->Append(pSibling->GetEntry(pSibling->m_nCount - 1));
         pSibling->RemoveAt(pSibling->m_nCount - 1);
-        pNode->ComputeBox();
-        UpdateBoxInParent(*pNode);
+        BoxOfNode(*pNode) = pNode->ComputeBox();
     }
     else
     {
@@ -115,8 +114,7 @@ void BoxTree<T>::FillFromSibling(Node* pNode) noexcept
         pParent->RemoveAt(pParent->FindChild(*pNode));
         DeleteNode(pNode);
     }
-    pSibling->ComputeBox();
-    UpdateBoxInParent(*pSibling);
+    BoxOfNode(*pSibling) = pSibling->ComputeBox();
 }
 
 template <class T>
@@ -135,19 +133,18 @@ void BoxTree<T>::RecomputeUpward(Node* pNode) noexcept
 {
     for (; pNode; pNode = pNode->m_pParent)
     {
-        const Interval3d before = pNode->m_Box;
-        pNode->ComputeBox();
-        if (IsSameBox(before, pNode->m_Box))
+        Interval3d& kept = BoxOfNode(*pNode);
+        const Interval3d box = pNode->ComputeBox();
+        if (IsSameBox(box, kept))
             return;
-        if (pNode->m_pParent)
-            UpdateBoxInParent(*pNode);
+        kept = box;
     }
 }
 
 template <class T>
-void BoxTree<T>::UpdateBoxInParent(Node& node) noexcept
+Interval3d& BoxTree<T>::BoxOfNode(const Node& node) noexcept
 {
-    node.m_pParent->m_aBoxes[node.m_pParent->FindChild(node)] = node.m_Box;
+    return node.m_pParent ? node.m_pParent->m_aBoxes[node.m_pParent->FindChild(node)] : m_rootBox;
 }
 
 template <class T>
