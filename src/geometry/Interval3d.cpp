@@ -41,24 +41,6 @@ double Interval3d::lengthSqrd() const
     return hasExtent() ? (upper - lower).lengthSqrd() : 0.0;
 }
 
-double Interval3d::area() const
-{
-    const Vector3d v = upper - lower;
-    return hasExtent() ? 2.0 * (v.x * v.y + v.y * v.z + v.z * v.x) : 0.0;
-}
-
-double Interval3d::perimeter() const
-{
-    const Vector3d v = upper - lower;
-    return hasExtent() ? 4.0 * (v.x + v.y + v.z) : 0.0;
-}
-
-double Interval3d::volume() const
-{
-    const Vector3d v = upper - lower;
-    return hasExtent() ? v.x * v.y * v.z : 0.0;
-}
-
 void Interval3d::enlarge(double r)
 {
     if (isNull())

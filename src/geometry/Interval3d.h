@@ -101,9 +101,23 @@ public:
     double length() const;
     double lengthSqrd() const;
     double length(int nAxis) const { return upper[std::size_t(nAxis)] - lower[std::size_t(nAxis)]; }
-    double area() const;      ///< of the six sides
-    double perimeter() const; ///< of the twelve edges
-    double volume() const;
+    /// Of the six sides.
+    double area() const
+    {
+        const Vector3d v = upper - lower;
+        return hasExtent() ? 2.0 * (v.x * v.y + v.y * v.z + v.z * v.x) : 0.0;
+    }
+    /// Of the twelve edges.
+    double perimeter() const
+    {
+        const Vector3d v = upper - lower;
+        return hasExtent() ? 4.0 * (v.x + v.y + v.z) : 0.0;
+    }
+    double volume() const
+    {
+        const Vector3d v = upper - lower;
+        return hasExtent() ? v.x * v.y * v.z : 0.0;
+    }
     Point3d mid() const { return (lower + upper) * 0.5; }
     /// Moves every side outward; null stays null.
     void enlarge(double r);

@@ -6,8 +6,8 @@
 /// null.
 #pragma once
 
-#include "geometry/Interval3d.h"
-#include "geometry/Plane.h"
+#include <QRV/Interval3d.h>
+#include <QRV/Plane.h>
 
 #include <algorithm>
 #include <cmath>

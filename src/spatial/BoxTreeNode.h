@@ -1,7 +1,7 @@
 /// The nodes of a box tree.
 #pragma once
 
-#include "geometry/Interval3d.h"
+#include <QRV/Interval3d.h>
 
 #include <algorithm>
 #include <cstddef>

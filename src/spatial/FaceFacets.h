@@ -52,7 +52,8 @@ public:
     bool ContainsPoint(const Point3d& p, const Plane& plane, bool bWide) const;
     /// Appends the parameter of each triangle hit.
     void HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax) const;
-    bool IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, const Plane& plane, double dTol, bool bWhole) const;
+    bool IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, const Plane& plane, double dTol,
+                                        bool bWhole) const;
     std::size_t GetSizeInBytes() const;
 
 private:

@@ -1,9 +1,9 @@
 /// Whether a ray meets a box, for one ray and many boxes.
 #pragma once
 
-#include "geometry/Interval3d.h"
-#include "geometry/Line3d.h"
 #include "spatial/BoxQueryTests.h"
+#include <QRV/Interval3d.h>
+#include <QRV/Line3d.h>
 
 #include <algorithm>
 #include <array>

@@ -35,7 +35,8 @@ struct PickResults
 };
 
 /// Fires a ray from `ray.point` along `ray.vector` up to parameter `dMax`. Gives the number of hits.
-std::size_t RayFire(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds, PickResults results);
+std::size_t RayFire(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds,
+                    PickResults results);
 
 /// A hit of the internal form of the query.
 struct RayHit
@@ -46,15 +47,16 @@ struct RayHit
 
 /// As RayFire with sorting, without ids: for operations. Sorted by parameter, vertices before edges before faces at one
 /// place.
-void FireRay(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds, std::vector<RayHit>& aHits);
+void FireRay(History& history, const Line3d& ray, double dTol, double dMax, PickKinds kinds,
+             std::vector<RayHit>& aHits);
 
 /// How a volume selects.
 struct VolumeQuery
 {
     const std::vector<Plane>& aPlanes; ///< the volume is the negative side of all of them
     PickKinds kinds;
-    bool bWhole = false;          ///< all of an object must lie in the volume
-    double dTol = 0.0;            ///< length
+    bool bWhole = false;           ///< all of an object must lie in the volume
+    double dTol = 0.0;             ///< length
     const Line3d* pLine = nullptr; ///< with `pSorted`: hits are ordered along it, and faces found along it
     bool bInstances = false;
 };

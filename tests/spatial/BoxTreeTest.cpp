@@ -1,0 +1,640 @@
+#include "spatial/BoxTree.h"
+#include "support/FailingAllocator.h"
+#include <QRV/Transf3d.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+struct Boxed
+{
+    QRV::Interval3d box;
+};
+} // namespace
+
+template <>
+struct QRV::BoxOf<Boxed>
+{
+    static Interval3d Get(const Boxed& boxed) { return boxed.box; }
+};
+
+namespace
+{
+using namespace QRV;
+using Tree = BoxTree<Boxed>;
+
+/// A source of boxes of one kind, from a seed.
+struct Boxes
+{
+    std::string strName;
+    std::function<Interval3d(std::mt19937&)> make;
+};
+
+double Pick(std::mt19937& random, double dLowest, double dHighest)
+{
+    return std::uniform_real_distribution<double>(dLowest, dHighest)(random);
+}
+
+Point3d PickPoint(std::mt19937& random, double dLowest, double dHighest)
+{
+    const double x = Pick(random, dLowest, dHighest);
+    const double y = Pick(random, dLowest, dHighest);
+    return {x, y, Pick(random, dLowest, dHighest)};
+}
+
+Interval3d MakeBox(const Point3d& corner, double dX, double dY, double dZ)
+{
+    return {corner, Point3d(corner[0] + dX, corner[1] + dY, corner[2] + dZ)};
+}
+
+Interval3d MakeCube(double x, double y, double z, double dSide)
+{
+    return MakeBox({x, y, z}, dSide, dSide, dSide);
+}
+
+std::vector<Boxes> AllKinds()
+{
+    return {
+        {"small", [](auto& r) { return MakeBox(PickPoint(r, 0, 10), Pick(r, 0, 1), Pick(r, 0, 1), Pick(r, 0, 1)); }},
+        {"of very different sizes",
+         [](auto& r)
+         {
+             const double dSize = std::pow(10.0, Pick(r, -6, 1));
+             return MakeBox(PickPoint(r, 0, 10), dSize, Pick(r, 0, 1) * dSize, Pick(r, 0, 1) * dSize);
+         }},
+        {"points", [](auto& r) { return Interval3d(PickPoint(r, 0, 10)); }},
+        {"flat",
+         [](auto& r) {
+             return MakeBox({Pick(r, 0, 10), Pick(r, 0, 10), 5.0}, Pick(r, 0, 1), Pick(r, 0, 1), 0);
+         }},
+        {"identical", [](auto&) { return MakeCube(1, 2, 3, 4); }},
+        {"cells that touch", [](auto& r) { return MakeCube(double(r() % 8), double(r() % 8), double(r() % 8), 1.0); }},
+        {"far away", [](auto& r) { return MakeBox(PickPoint(r, 1e6, 1e6 + 10), Pick(r, 0, 1), 1, Pick(r, 0, 1)); }},
+        {"reversed by less than counts",
+         [](auto& r)
+         {
+             const Point3d p = PickPoint(r, 0, 2);
+             return Interval3d(p, Point3d(p[0] + 1, p[1] - 5e-13, p[2] - 9e-13), 0);
+         }},
+    };
+}
+
+/// A query for each search, near the element boxes so that sides, corners and slack come into play.
+struct Queries
+{
+    Queries(std::mt19937& random, const Interval3d& near)
+    {
+        const double aOffsets[] = {0.0, 0.0, 5e-13, -5e-13, 2e-12, 0.5, -0.5, Pick(random, -3, 3)};
+        const auto Offset = [&] { return aOffsets[random() % std::size(aOffsets)]; };
+        box = near;
+        for (int i = 0; i < 3; ++i)
+        {
+            box.lower[i] += Offset();
+            box.upper[i] = std::max(box.lower[i], box.upper[i] + Offset());
+        }
+        const Point3d corner(near.lower[0] + Offset(), near.upper[1] + Offset(), near.lower[2] + Offset());
+        const auto Component = [&] { return random() % 3 == 0 ? 0.0 : Pick(random, -1, 1); };
+        const Vector3d direction(Component(), Component(), 0.25 + std::abs(Component()));
+        plane = Plane(corner, UnitVector3d(direction, true));
+        aPlanes = {plane, Plane(near.upper, UnitVector3d(Component(), 1, Component(), true))};
+        const double dBack = Pick(random, -2, 10);
+        line = Line3d(Point3d(corner[0] - dBack * direction[0], corner[1] - dBack * direction[1],
+                              corner[2] - dBack * direction[2]),
+                      direction);
+        dTol = random() % 2 == 0 ? 1e-6 : 1e-12;
+        dMax = random() % 2 == 0 ? 1e30 : Pick(random, 0, 12);
+    }
+
+    Interval3d box;
+    Line3d line;
+    Plane plane;
+    std::vector<Plane> aPlanes;
+    double dTol;
+    double dMax;
+};
+
+bool OverlapsWithSlackOf(const Interval3d& query, const Interval3d& box)
+{
+    const double dSlack = 1e-12 * std::max({1.0, query.lower.lengthRect(), query.upper.lengthRect()});
+    for (int i = 0; i < 3; ++i)
+        if (box.lower[i] > query.upper[i] + dSlack || box.upper[i] + dSlack < query.lower[i])
+            return false;
+    return true;
+}
+
+/// A tree beside the set of what is in it.
+class Model
+{
+public:
+    explicit Model(std::uint32_t nSeed) : m_random(nSeed) {}
+
+    Boxed* Make(const Interval3d& box) { return &m_aAll.emplace_back(Boxed{box}); }
+    void Insert(const Interval3d& box)
+    {
+        Boxed* pBoxed = Make(box);
+        ASSERT_TRUE(m_tree.Insert(pBoxed));
+        m_aInTree.push_back(pBoxed);
+    }
+    void RemoveAny()
+    {
+        std::swap(m_aInTree[m_random() % m_aInTree.size()], m_aInTree.back());
+        ASSERT_TRUE(m_tree.Remove(m_aInTree.back()));
+        m_aInTree.pop_back();
+    }
+
+    void ExpectSound() const
+    {
+        std::size_t nCount = 0;
+        EXPECT_TRUE(m_tree.CheckValidity(nCount));
+        EXPECT_EQ(nCount, m_aInTree.size());
+        EXPECT_EQ(m_tree.GetCount(), m_aInTree.size());
+        Interval3d box;
+        for (const Boxed* pBoxed : m_aInTree)
+            box += pBoxed->box;
+        EXPECT_TRUE(IsSameBox(m_tree.GetBox(), box) || m_aInTree.empty());
+        EXPECT_EQ(m_tree.GetBox().isNull(), m_aInTree.empty());
+    }
+
+    void ExpectSearchesAgree()
+    {
+        const Interval3d near =
+            m_aInTree.empty() ? MakeCube(0, 0, 0, 1) : m_aInTree[m_random() % m_aInTree.size()]->box;
+        const Queries q(m_random, near);
+        Expect(
+            "touching", [&](auto& a) { return m_tree.FindTouching(q.box, a); },
+            [&](const Interval3d& b) { return b & q.box; });
+        Expect(
+            "overlapping", [&](auto& a) { return m_tree.FindOverlapping(q.box, a); },
+            [&](const Interval3d& b) { return OverlapsWithSlackOf(q.box, b); });
+        Expect(
+            "inside", [&](auto& a) { return m_tree.FindInside(q.box, a); },
+            [&](const Interval3d& b) { return b <= q.box; });
+        Expect(
+            "holding", [&](auto& a) { return m_tree.FindHolding(q.box, a); },
+            [&](const Interval3d& b) { return q.box <= b; });
+        Expect(
+            "on ray", [&](auto& a) { return m_tree.FindOnRay(q.line, a, q.dTol, q.dMax); },
+            [&](const Interval3d& b) { return b.intersectsRay(q.line, q.dTol, q.dMax); });
+        Expect(
+            "on plane", [&](auto& a) { return m_tree.FindOnPlane(q.plane, a, q.dTol); },
+            [&](const Interval3d& b) { return b.intersectsPlane(q.plane, q.dTol); });
+        Expect(
+            "on negative side", [&](auto& a) { return m_tree.FindOnNegativeSide(q.aPlanes, a, q.dTol); },
+            [&](const Interval3d& b) { return BoxIntersectsNegativeSideOfPlanes(b, q.aPlanes, q.dTol); });
+    }
+
+    Tree m_tree;
+    std::vector<Boxed*> m_aInTree;
+    std::mt19937 m_random;
+
+private:
+    template <class Search, class Test>
+    void Expect(const char* strWhat, const Search& search, const Test& test)
+    {
+        Boxed sentinel;
+        std::vector<Boxed*> aFound{&sentinel};
+        const std::size_t nFound = search(aFound);
+        EXPECT_EQ(nFound, aFound.size() - 1) << strWhat;
+        EXPECT_EQ(aFound.front(), &sentinel) << strWhat;
+        std::multiset<Boxed*> expected{&sentinel};
+        for (Boxed* pBoxed : m_aInTree)
+            if (test(pBoxed->box))
+                expected.insert(pBoxed);
+        EXPECT_EQ(std::multiset<Boxed*>(aFound.begin(), aFound.end()), expected) << strWhat;
+    }
+
+    std::deque<Boxed> m_aAll;
+};
+
+class BoxTreeOfKind : public testing::TestWithParam<std::size_t>
+{
+};
+
+TEST_P(BoxTreeOfKind, FindsWhatAPlainLoopFindsWhileItGrowsAndShrinks)
+{
+    const Boxes kind = AllKinds()[GetParam()];
+    Model model(static_cast<std::uint32_t>(GetParam()) + 1);
+    for (const double dShareOfInsertions : {0.9, 0.5, 0.1})
+    {
+        for (int nStep = 0; nStep < 500; ++nStep)
+        {
+            SCOPED_TRACE(kind.strName + ", step " + std::to_string(nStep));
+            if (model.m_aInTree.empty() || Pick(model.m_random, 0, 1) < dShareOfInsertions)
+                model.Insert(kind.make(model.m_random));
+            else
+                model.RemoveAny();
+            model.ExpectSound();
+            if (nStep % 5 == 0)
+                model.ExpectSearchesAgree();
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+    while (!model.m_aInTree.empty())
+        model.RemoveAny();
+    model.ExpectSound();
+    model.ExpectSearchesAgree();
+}
+
+TEST_P(BoxTreeOfKind, PacksAnyNumberOfElements)
+{
+    const Boxes kind = AllKinds()[GetParam()];
+    for (const std::size_t nCount : {0u, 1u, 10u, 11u, 40u, 41u, 99u, 100u, 101u, 110u, 111u, 400u, 1001u})
+    {
+        SCOPED_TRACE(kind.strName + ", elements " + std::to_string(nCount));
+        Model model(static_cast<std::uint32_t>(nCount));
+        model.Insert(MakeCube(0, 0, 0, 1));
+        model.m_aInTree.clear();
+        for (std::size_t n = 0; n < nCount; ++n)
+            model.m_aInTree.push_back(model.Make(kind.make(model.m_random)));
+        std::vector<Boxed*> aElements = model.m_aInTree;
+        aElements.push_back(model.Make(Interval3d()));
+        model.m_tree.BulkLoad(aElements);
+        model.ExpectSound();
+        model.ExpectSearchesAgree();
+        model.Insert(kind.make(model.m_random));
+        model.RemoveAny();
+        model.ExpectSound();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllKinds, BoxTreeOfKind, testing::Range<std::size_t>(0, AllKinds().size()));
+
+/// The number of boxes of nodes and elements that a visit of everything asks about.
+std::size_t CountBoxes(const Tree& tree)
+{
+    std::size_t nBoxes = 0;
+    const auto CountAll = [&](const Interval3d&)
+    {
+        ++nBoxes;
+        return true;
+    };
+    tree.Visit(CountAll, [](Boxed*, const Interval3d&) { return true; });
+    return nBoxes;
+}
+
+TEST(BoxTree, SplitsItsRootForTheEleventhElementWhereTheGapIs)
+{
+    Model model(1);
+    // Five at the bottom and five above a gap along z; x and y overlap everywhere.
+    for (const double z : {0.0, 20.0, 1.0, 21.0, 2.0, 22.0, 3.0, 23.0, 4.0, 24.0})
+        model.Insert(MakeCube(0, 0, z, 1));
+    EXPECT_EQ(CountBoxes(model.m_tree), 1u + 10u);
+    model.Insert(MakeCube(0, 0, 25, 1));
+    EXPECT_EQ(CountBoxes(model.m_tree), 3u + 11u);
+
+    std::vector<Interval3d> aReached;
+    model.m_tree.Visit(
+        [&](const Interval3d& box)
+        {
+            aReached.push_back(box);
+            return aReached.size() == 1; // through the root, into neither leaf
+        },
+        [](Boxed*, const Interval3d&) { return true; });
+    ASSERT_EQ(aReached.size(), 3u);
+    EXPECT_TRUE(IsSameBox(aReached[1], MakeBox({0, 0, 0}, 1, 1, 5)));
+    EXPECT_TRUE(IsSameBox(aReached[2], MakeBox({0, 0, 20}, 1, 1, 6)));
+}
+
+TEST(BoxTree, DescendsWhereVolumeThenSurfaceThenPerimeterGrowLeast)
+{
+    const Interval3d flat = MakeBox({0, 0, 0}, 4, 4, 0);
+    const struct
+    {
+        const char* strWhy;
+        std::vector<Interval3d> aChildren;
+        Interval3d box;
+        std::uint32_t nChosen;
+    } aCases[] = {
+        {"volume", {MakeCube(0, 0, 0, 4), MakeCube(10, 0, 0, 1)}, MakeCube(9, 0, 0, 1), 1},
+        {"surface, as no flat box gains volume", {flat, MakeBox({6, 0, 0}, 1, 1, 0)}, Interval3d(Point3d(5, 0, 0)), 1},
+        {"perimeter, as no line gains surface",
+         {MakeBox({0, 0, 0}, 1, 0, 0), MakeBox({6, 0, 0}, 1, 0, 0)},
+         Interval3d(Point3d(5, 0, 0)),
+         1},
+        {"the earlier, as both hold it", {MakeCube(0, 0, 0, 9), MakeCube(1, 1, 1, 3)}, MakeCube(2, 2, 2, 1), 0},
+    };
+    for (const auto& testCase : aCases)
+    {
+        BoxTreeInteriorNode<Boxed> node(1);
+        BoxTreeLeafNode<Boxed> child(0);
+        for (const Interval3d& box : testCase.aChildren)
+        {
+            BoxTreeLink<Boxed> link;
+            link.pChild = &child;
+            node.Append({box, link});
+        }
+        EXPECT_EQ(node.ChooseChild(testCase.box), testCase.nChosen) << testCase.strWhy;
+    }
+}
+
+TEST(BoxTree, LeavesOutNullBoxesAndFindsNothingAfterTheLastLeft)
+{
+    Model model(1);
+    Boxed* pNull = model.Make(Interval3d());
+    EXPECT_FALSE(model.m_tree.Remove(pNull));
+    EXPECT_FALSE(model.m_tree.Insert(pNull));
+    model.m_tree.InsertNoThrow(pNull);
+    model.ExpectSound();
+    model.ExpectSearchesAgree();
+    model.Insert(MakeCube(0, 0, 0, 1));
+    EXPECT_FALSE(model.m_tree.Insert(pNull));
+    EXPECT_FALSE(model.m_tree.Remove(pNull));
+    model.RemoveAny();
+    model.ExpectSound();
+    EXPECT_TRUE(model.m_tree.IsEmpty());
+    model.ExpectSearchesAgree();
+    model.Insert(MakeCube(0, 0, 0, 1));
+    model.ExpectSound();
+}
+
+TEST(BoxTree, StopsAVisitWhenTold)
+{
+    Model model(1);
+    for (int n = 0; n < 100; ++n)
+        model.Insert(MakeCube(n, 0, 0, 0.5));
+    for (const std::size_t nWanted : {1u, 7u, 100u})
+    {
+        std::size_t nVisited = 0;
+        model.m_tree.Visit([](const Interval3d&) { return true; },
+                           [&](Boxed* pBoxed, const Interval3d& box)
+                           {
+                               EXPECT_TRUE(IsSameBox(pBoxed->box, box));
+                               return ++nVisited < nWanted;
+                           });
+        EXPECT_EQ(nVisited, nWanted);
+    }
+}
+
+TEST(BoxTree, AuditTellsMovedAndDoubleElements)
+{
+    for (const bool bDouble : {false, true})
+    {
+        Model model(1);
+        for (int n = 0; n < 30; ++n)
+            model.Insert(MakeCube(n, 0, 0, 0.5));
+        if (bDouble)
+            model.m_tree.Insert(model.m_aInTree[7]);
+        else
+            model.m_aInTree[7]->box.upper[2] += 1e-9;
+        std::size_t nCount = 0;
+        EXPECT_FALSE(model.m_tree.CheckValidity(nCount));
+        EXPECT_EQ(nCount, bDouble ? 31u : 30u);
+    }
+}
+
+TEST(BoxTree, GivesTheSameOrderForTheSameCalls)
+{
+    const auto FindOrder = [](std::size_t nPadding)
+    {
+        // Elements and nodes at other addresses: an array at another offset and memory taken between the calls.
+        std::vector<Boxed> aElements(400 + nPadding);
+        std::vector<std::vector<char>> aTaken;
+        std::mt19937 random(3);
+        Tree tree;
+        for (std::size_t n = 0; n < 400; ++n)
+        {
+            Boxed& boxed = aElements[n + nPadding];
+            boxed.box = MakeCube(double(random() % 5), double(random() % 5), double(random() % 5), 1);
+            tree.Insert(&boxed);
+            aTaken.emplace_back(nPadding * (n % 7) + 1);
+            if (n % 3 == 2)
+                tree.Remove(&aElements[n - 1 + nPadding]);
+        }
+        std::vector<Boxed*> aFound;
+        tree.GetElements(aFound);
+        std::vector<std::ptrdiff_t> aOrder;
+        for (const Boxed* pBoxed : aFound)
+            aOrder.push_back(pBoxed - &aElements[nPadding]);
+        return aOrder;
+    };
+    EXPECT_EQ(FindOrder(0), FindOrder(123));
+}
+
+TEST(BoxTree, CloneIsATreeOfItsOwn)
+{
+    Model model(5);
+    for (int n = 0; n < 200; ++n)
+        model.Insert(MakeBox(PickPoint(model.m_random, 0, 5), 1, 1, 1));
+    std::vector<Boxed*> aBefore;
+    std::vector<Boxed*> aInClone;
+    model.m_tree.GetElements(aBefore);
+    Tree clone = model.m_tree.Clone();
+    while (!model.m_aInTree.empty())
+        model.RemoveAny();
+    model.m_tree = Tree();
+
+    clone.GetElements(aInClone);
+    EXPECT_EQ(aInClone, aBefore);
+    std::map<Boxed*, Boxed*> replacements;
+    std::vector<Boxed> aOthers;
+    aOthers.reserve(100);
+    for (std::size_t n = 0; n < 100; ++n)
+        replacements[aBefore[n]] = &aOthers.emplace_back(*aBefore[n]);
+    clone.ReplaceElements(replacements);
+    std::size_t nCount = 0;
+    EXPECT_TRUE(clone.CheckValidity(nCount));
+    for (std::size_t n = 0; n < aBefore.size(); ++n)
+        EXPECT_TRUE(clone.Remove(n < 100 ? &aOthers[n] : aBefore[n]));
+    EXPECT_TRUE(clone.IsEmpty());
+}
+
+TEST(BoxTree, FollowsMovedElements)
+{
+    for (const double dAngle : {0.0, 1.5707963267948966, 0.3})
+    {
+        Model model(6);
+        for (int n = 0; n < 200; ++n)
+            model.Insert(MakeBox(PickPoint(model.m_random, 0, 5), Pick(model.m_random, 0, 1), 0, 1));
+        const Transf3d transform =
+            Transf3d::rotation(Line3d(Point3d(1, 2, 3), Vector3d(0, 0, 1)), dAngle) * Transf3d(Point3d(3, 2, 1));
+        for (Boxed* pBoxed : model.m_aInTree)
+        {
+            pBoxed->box *= transform;
+            for (int i = 0; i < 3; ++i) // as a mesh would round it
+            {
+                pBoxed->box.lower[i] = std::round(pBoxed->box.lower[i] * 1e6) / 1e6;
+                pBoxed->box.upper[i] = std::round(pBoxed->box.upper[i] * 1e6) / 1e6;
+            }
+        }
+        model.m_tree.Transform(transform);
+        std::size_t nCount = 0;
+        EXPECT_TRUE(model.m_tree.CheckValidity(nCount)) << dAngle;
+        for (int n = 0; n < 50; ++n)
+            model.ExpectSearchesAgree();
+        EXPECT_FALSE(HasFailure()) << dAngle;
+    }
+}
+
+TEST(BoxTreeShortOfMemory, InsertionEntersTheElementOrChangesNothing)
+{
+    Model model(7);
+    std::size_t nRefused = 0;
+    while (model.m_aInTree.size() < 1000)
+    {
+        const Interval3d box = MakeBox(PickPoint(model.m_random, 0, 5), Pick(model.m_random, 0, 1), 1, 0);
+        Boxed* pBoxed = model.Make(box);
+        for (std::size_t nGranted = 0;; ++nGranted)
+        {
+            bool bEntered = false;
+            try
+            {
+                const FailingAllocator::Scope shortage(nGranted);
+                bEntered = model.m_tree.Insert(pBoxed);
+            }
+            catch (const std::bad_alloc&)
+            {
+                ++nRefused;
+            }
+            if (bEntered)
+                break;
+            model.ExpectSound();
+        }
+        model.m_aInTree.push_back(pBoxed);
+        model.ExpectSound();
+        ASSERT_FALSE(HasFailure());
+    }
+    EXPECT_GT(nRefused, 0u);
+}
+
+TEST(BoxTreeShortOfMemory, ElementsThatMustReturnWaitAndAreFound)
+{
+    Model model(8);
+    model.m_tree.ReserveReturns(500);
+    const auto InsertWithoutMemory = [&]
+    {
+        Boxed* pBoxed = model.Make(MakeBox(PickPoint(model.m_random, 0, 5), 1, Pick(model.m_random, 0, 1), 1));
+        model.m_aInTree.push_back(pBoxed);
+        const FailingAllocator::Scope shortage(0);
+        model.m_tree.InsertNoThrow(pBoxed);
+        return FailingAllocator::HasFailed();
+    };
+    for (int nRound = 0; nRound < 3; ++nRound)
+    {
+        bool bOneWaits = false;
+        for (int n = 0; n < 100; ++n)
+            bOneWaits = InsertWithoutMemory() || bOneWaits; // the first ones find nodes that are there already
+        EXPECT_TRUE(bOneWaits);
+        for (int n = 0; n < 30; ++n)
+            model.RemoveAny();
+        model.ExpectSound();
+        model.ExpectSearchesAgree();
+        std::vector<Boxed*> aElements;
+        const Tree clone = model.m_tree.Clone();
+        clone.GetElements(aElements);
+        EXPECT_EQ(aElements.size(), model.m_aInTree.size());
+        model.Insert(MakeCube(0, 0, 0, 1));
+        EXPECT_EQ(model.m_tree.GetCount(), model.m_aInTree.size());
+        model.ExpectSound();
+        model.ExpectSearchesAgree();
+        ASSERT_FALSE(HasFailure());
+    }
+}
+
+TEST(BoxTreeShortOfMemory, RemovalKeepsTheRules)
+{
+    for (const Boxes& kind : AllKinds())
+    {
+        SCOPED_TRACE(kind.strName);
+        Model model(9);
+        for (int n = 0; n < 700; ++n)
+            model.Insert(kind.make(model.m_random));
+        model.m_tree = model.m_tree.Clone(); // with no spare nodes left
+        while (!model.m_aInTree.empty())
+        {
+            {
+                std::swap(model.m_aInTree[model.m_random() % model.m_aInTree.size()], model.m_aInTree.back());
+                const FailingAllocator::Scope shortage(0);
+                EXPECT_TRUE(model.m_tree.Remove(model.m_aInTree.back()));
+            }
+            model.m_aInTree.pop_back();
+            model.ExpectSound();
+            ASSERT_FALSE(HasFailure());
+        }
+    }
+}
+
+TEST(BoxTreeShortOfMemory, CopyingAndPackingLeaveTheTreeAlone)
+{
+    Model model(10);
+    for (int n = 0; n < 120; ++n)
+        model.Insert(MakeBox(PickPoint(model.m_random, 0, 5), 1, 1, 1));
+    const std::vector<Boxed*> aElements = model.m_aInTree;
+    bool bShort = true;
+    for (std::size_t nGranted = 0; bShort; ++nGranted)
+    {
+        bShort = false;
+        for (const bool bCopy : {true, false})
+        {
+            const FailingAllocator::Scope shortage(nGranted);
+            try
+            {
+                if (bCopy)
+                    model.m_tree.Clone();
+                else
+                    model.m_tree.BulkLoad(aElements);
+            }
+            catch (const std::bad_alloc&)
+            {
+                bShort = true;
+            }
+        }
+        model.ExpectSound();
+    }
+    model.ExpectSearchesAgree();
+}
+
+TEST(RayBoxTest, AgreesWithTheTestOfOneBoxAndPassesBoxesAround)
+{
+    std::mt19937 random(11);
+    const double aSpecial[] = {0.0, 1.0, -1.0, 1e-13, -1e-13, 1e-11, 0.5};
+    const auto Component = [&]
+    { return random() % 2 ? Pick(random, -2, 2) : aSpecial[random() % std::size(aSpecial)]; };
+    const double aMax[] = {1e30, 1.0, 0.0, -1e-13, -1.0, 5.0};
+    std::size_t nMet = 0;
+    for (int n = 0; n < 20000; ++n)
+    {
+        const double dAway = random() % 4 == 0 ? 1e5 : 0.0;
+        Interval3d box;
+        for (int i = 0; i < 3; ++i)
+        {
+            box.lower[i] = dAway + Component();
+            box.upper[i] = box.lower[i] + (random() % 3 == 0 ? 0.0 : Pick(random, 0, 2));
+        }
+        // Through a point on or near the box, most of the time starting on a side.
+        const double dTol = random() % 2 ? 1e-12 : 1e-3;
+        Line3d line;
+        line.vector = Vector3d(Component(), Component(), Component());
+        const double dBack = random() % 2 ? 0.0 : Pick(random, -1, 3);
+        for (int i = 0; i < 3; ++i)
+        {
+            const double dSide = random() % 2 ? box.lower[i] - (random() % 2 ? dTol : 0.0) : box.upper[i];
+            line.point[i] = (random() % 2 ? dSide : dAway + Component()) - dBack * line.vector[i];
+        }
+        const double dMax = aMax[random() % std::size(aMax)];
+
+        Interval3d around = box;
+        for (int i = 0; i < 3; ++i)
+        {
+            around.lower[i] -= random() % 2 ? Pick(random, 0, 3) : 0.0;
+            around.upper[i] += random() % 2 ? Pick(random, 0, 3) : 0.0;
+        }
+        const RayBoxTest test(line, dTol, dMax, around);
+        const bool bMet = box.intersectsRay(line, dTol, dMax);
+        nMet += bMet;
+        ASSERT_EQ(test.IsMet(box), bMet) << n;
+        ASSERT_TRUE(!bMet || test.MayHoldMet(around)) << n;
+    }
+    EXPECT_GT(nMet, 1000u);
+    EXPECT_LT(nMet, 19000u);
+}
+} // namespace

@@ -1,0 +1,148 @@
+#include "support/FailingAllocator.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+struct Countdown
+{
+    bool bArmed = false;
+    bool bFailed = false;
+    std::size_t nLeft = 0;
+};
+thread_local constinit Countdown g_countdown;
+
+bool IsRefused() noexcept
+{
+    if (!g_countdown.bArmed)
+        return false;
+    if (g_countdown.nLeft > 0)
+    {
+        --g_countdown.nLeft;
+        return false;
+    }
+    g_countdown.bFailed = true;
+    return true;
+}
+
+void* Allocate(std::size_t nSize) noexcept
+{
+    return IsRefused() ? nullptr : std::malloc(std::max<std::size_t>(nSize, 1));
+}
+
+void* Allocate(std::size_t nSize, std::align_val_t alignment) noexcept
+{
+    const auto nAlignment = static_cast<std::size_t>(alignment);
+    const std::size_t nRounded = (std::max<std::size_t>(nSize, 1) + nAlignment - 1) / nAlignment * nAlignment;
+    return IsRefused() ? nullptr : std::aligned_alloc(nAlignment, nRounded);
+}
+
+void* OrThrow(void* pMemory)
+{
+    if (!pMemory)
+        throw std::bad_alloc();
+    return pMemory;
+}
+} // namespace
+
+namespace QRV
+{
+void FailingAllocator::FailAfter(std::size_t nCount) noexcept
+{
+    g_countdown = {true, false, nCount};
+}
+
+void FailingAllocator::Stop() noexcept
+{
+    g_countdown.bArmed = false;
+}
+
+bool FailingAllocator::HasFailed() noexcept
+{
+    return g_countdown.bFailed;
+}
+} // namespace QRV
+
+// The forms for arrays and with nothrow fall back on these in the standard library, but a sanitizer brings its own.
+void* operator new(std::size_t n)
+{
+    return OrThrow(Allocate(n));
+}
+void* operator new[](std::size_t n)
+{
+    return OrThrow(Allocate(n));
+}
+void* operator new(std::size_t n, const std::nothrow_t&) noexcept
+{
+    return Allocate(n);
+}
+void* operator new[](std::size_t n, const std::nothrow_t&) noexcept
+{
+    return Allocate(n);
+}
+void* operator new(std::size_t n, std::align_val_t a)
+{
+    return OrThrow(Allocate(n, a));
+}
+void* operator new[](std::size_t n, std::align_val_t a)
+{
+    return OrThrow(Allocate(n, a));
+}
+void* operator new(std::size_t n, std::align_val_t a, const std::nothrow_t&) noexcept
+{
+    return Allocate(n, a);
+}
+void* operator new[](std::size_t n, std::align_val_t a, const std::nothrow_t&) noexcept
+{
+    return Allocate(n, a);
+}
+void operator delete(void* p) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, std::align_val_t) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, std::align_val_t) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, std::size_t, std::align_val_t) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}

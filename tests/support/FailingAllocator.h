@@ -1,0 +1,28 @@
+/// Lets memory run short on purpose. The test program's global operator new is replaced; unless armed it is the usual
+/// one.
+#pragma once
+
+#include <cstddef>
+
+namespace QRV
+{
+class FailingAllocator
+{
+public:
+    /// From now on this thread gets memory that many times, and then none till Stop().
+    static void FailAfter(std::size_t nCount) noexcept;
+    static void Stop() noexcept;
+    /// Whether an allocation was refused since FailAfter().
+    static bool HasFailed() noexcept;
+
+    /// Memory is short in a block: armed by the constructor, back to normal at its end.
+    class Scope
+    {
+    public:
+        explicit Scope(std::size_t nCount) { FailAfter(nCount); }
+        ~Scope() { Stop(); }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+    };
+};
+} // namespace QRV
