@@ -1,44 +1,31 @@
 /// Ordered sets whose copies share what did not change between them.
 #pragma once
 
+#include "model/SharedSetNode.h"
+
 #include <array>
-#include <bit>
-#include <cstddef>
-#include <cstdint>
+#include <initializer_list>
 #include <iterator>
-#include <memory>
 #include <utility>
-#include <vector>
 
 namespace QRV
 {
-/// A set ordered by the keys of its elements, unique 64-bit numbers. A copy costs one reference; an insertion or
-/// erasure copies the few nodes on the way to the element that others share, and changes those in place that nobody
-/// else holds. A call that throws leaves the set as it was.
+/// A set ordered by the keys of its elements: `KeyOf{}(element)`, unique 64-bit numbers. A copy costs one reference; an
+/// insertion or erasure copies the few nodes on the way to the element that others share, and changes those in place
+/// that nobody else holds. A call that throws leaves the set as it was.
 ///
-/// The nodes form a tree over the digits of the key, five bits each, lowest digit at the leaves.
+/// The keys are asked of the elements and stored nowhere, so they may change while a set stands, provided that their
+/// order stays: the ids of all loaded objects may move up alike.
 template <class T, class KeyOf>
 class SharedSet
 {
-    struct Node
-    {
-        std::uint32_t nPresent = 0;                   ///< bit n: digit n has an entry
-        std::size_t nCount = 0;                       ///< elements below
-        std::vector<std::shared_ptr<Node>> aChildren; ///< above the lowest level
-        std::vector<T> aElements;                     ///< at the lowest level
-
-        std::size_t GetPlace(unsigned nDigit) const { return std::size_t(std::popcount(nPresent & ((1u << nDigit) - 1))); }
-        bool Has(unsigned nDigit) const { return (nPresent >> nDigit) & 1u; }
-    };
-    using NodePointer = std::shared_ptr<Node>;
-
-    static constexpr unsigned kDigitBits = 5;
-    static constexpr unsigned kMaxLevels = 13; ///< 64 bits in digits of five
+    using Node = SharedSetNode<T>;
 
 public:
     using value_type = T;
+    using size_type = std::size_t;
 
-    /// In order of key.
+    /// In order of key. An insertion or erasure in the set makes its iterators void; those of its copies stay.
     class const_iterator
     {
     public:
@@ -49,24 +36,16 @@ public:
         using reference = const T&;
 
         const_iterator() = default;
-        explicit const_iterator(const Node* pRoot, unsigned nLevels)
-        {
-            if (pRoot)
-                Descend(pRoot, nLevels);
-        }
+        explicit const_iterator(const Node* pRoot) : m_pRoot(pRoot), m_pLeaf(pRoot ? GetFirstLeaf(pRoot) : nullptr) {}
 
-        reference operator*() const { return Leaf().pNode->aElements[Leaf().nPlace]; }
+        reference operator*() const { return m_pLeaf->GetElement(m_nPlace); }
         pointer operator->() const { return &**this; }
         const_iterator& operator++()
         {
-            ++m_aWay[m_nDepth - 1].nPlace;
-            while (m_nDepth > 0 && IsThrough(m_aWay[m_nDepth - 1]))
-                if (--m_nDepth > 0)
-                    ++m_aWay[m_nDepth - 1].nPlace;
-            if (m_nDepth > 0 && !m_aWay[m_nDepth - 1].pNode->aChildren.empty())
+            if (++m_nPlace == m_pLeaf->GetCount())
             {
-                const Step& step = m_aWay[m_nDepth - 1];
-                Descend(step.pNode->aChildren[step.nPlace].get(), m_nLevels - m_nDepth);
+                m_pLeaf = GetLeafBehind(m_pRoot, KeyOf{}(m_pLeaf->GetElement(m_nPlace - 1)));
+                m_nPlace = 0;
             }
             return *this;
         }
@@ -78,197 +57,114 @@ public:
         }
         bool operator==(const const_iterator& other) const
         {
-            if (m_nDepth == 0 || other.m_nDepth == 0)
-                return m_nDepth == other.m_nDepth;
-            return &**this == &*other;
+            return m_pLeaf == other.m_pLeaf && m_nPlace == other.m_nPlace;
         }
 
     private:
-        struct Step
-        {
-            const Node* pNode;
-            std::size_t nPlace;
-        };
-
-        const Step& Leaf() const { return m_aWay[m_nDepth - 1]; }
-        static bool IsThrough(const Step& step)
-        {
-            return step.nPlace >= step.pNode->aChildren.size() + step.pNode->aElements.size();
-        }
-        /// Goes down to the first element below `pNode`, which has so many levels.
-        void Descend(const Node* pNode, unsigned nLevels)
-        {
-            if (m_nDepth == 0)
-                m_nLevels = nLevels;
-            for (;; pNode = pNode->aChildren.front().get())
-            {
-                m_aWay[m_nDepth++] = {pNode, 0};
-                if (pNode->aChildren.empty())
-                    return;
-            }
-        }
-
-        std::array<Step, kMaxLevels> m_aWay{};
-        unsigned m_nDepth = 0;
-        unsigned m_nLevels = 0;
+        const Node* m_pRoot = nullptr;
+        const Node* m_pLeaf = nullptr; ///< null behind the last element
+        unsigned m_nPlace = 0;
     };
     using iterator = const_iterator;
 
-    SharedSet() = default;
+    SharedSet() noexcept = default;
     template <class Iterator>
-    SharedSet(Iterator itBegin, Iterator itEnd)
+    SharedSet(Iterator itBegin, Iterator itEnd) : SharedSet() // delegates, so that a throw frees what was inserted
     {
         for (; itBegin != itEnd; ++itBegin)
             Insert(*itBegin);
     }
-
-    std::size_t size() const { return m_pRoot ? m_pRoot->nCount : 0; }
-    bool empty() const { return size() == 0; }
-    const_iterator begin() const { return empty() ? const_iterator() : const_iterator(m_pRoot.get(), m_nLevels); }
-    const_iterator end() const { return const_iterator(); }
-    const T& front() const { return *begin(); }
-    void clear() noexcept
+    SharedSet(std::initializer_list<T> aElements) : SharedSet(aElements.begin(), aElements.end()) {}
+    SharedSet(const SharedSet& other) noexcept : m_pRoot(other.m_pRoot), m_nSize(other.m_nSize)
     {
-        m_pRoot.reset();
-        m_nLevels = 0;
+        Node::Retain(m_pRoot);
     }
+    SharedSet(SharedSet&& other) noexcept { swap(other); }
+    SharedSet& operator=(SharedSet other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    ~SharedSet() { Node::Release(m_pRoot); }
+
+    std::size_t size() const { return m_nSize; }
+    bool empty() const { return m_nSize == 0; }
+    const_iterator begin() const { return const_iterator(m_pRoot); }
+    const_iterator end() const { return const_iterator(); }
+    /// Of a set that is not empty.
+    const T& front() const { return GetFirstLeaf(m_pRoot)->GetElement(0); }
+    const T& back() const;
+    void clear() noexcept { SharedSet().swap(*this); }
     void swap(SharedSet& other) noexcept
     {
-        m_pRoot.swap(other.m_pRoot);
-        std::swap(m_nLevels, other.m_nLevels);
+        std::swap(m_pRoot, other.m_pRoot);
+        std::swap(m_nSize, other.m_nSize);
     }
     friend void swap(SharedSet& a, SharedSet& b) noexcept { a.swap(b); }
 
     bool Contains(std::uint64_t nKey) const { return Find(nKey) != nullptr; }
     /// Null when there is no element of the key.
-    const T* Find(std::uint64_t nKey) const
-    {
-        if (!Covers(nKey))
-            return nullptr;
-        const Node* pNode = m_pRoot.get();
-        for (unsigned nLevel = m_nLevels; nLevel-- > 0;)
-        {
-            const unsigned nDigit = GetDigit(nKey, nLevel);
-            if (!pNode->Has(nDigit))
-                return nullptr;
-            if (nLevel == 0)
-                return &pNode->aElements[pNode->GetPlace(nDigit)];
-            pNode = pNode->aChildren[pNode->GetPlace(nDigit)].get();
-        }
-        return nullptr;
-    }
-
+    const T* Find(std::uint64_t nKey) const;
     /// False when the key is there already.
-    bool Insert(const T& element)
-    {
-        const std::uint64_t nKey = KeyOf{}(element);
-        if (Contains(nKey))
-            return false;
-        NodePointer pRoot = m_pRoot ? m_pRoot : std::make_shared<Node>();
-        unsigned nLevels = m_nLevels ? m_nLevels : 1;
-        while (nLevels < kMaxLevels && (nKey >> (nLevels * kDigitBits)) != 0)
-        {
-            auto pAbove = std::make_shared<Node>();
-            if (pRoot->nCount > 0)
-            {
-                pAbove->nPresent = 1;
-                pAbove->nCount = pRoot->nCount;
-                pAbove->aChildren.push_back(pRoot);
-            }
-            pRoot = std::move(pAbove);
-            ++nLevels;
-        }
-        NodePointer pChanged = WithElement(pRoot, nKey, nLevels - 1, element);
-        m_pRoot = std::move(pChanged);
-        m_nLevels = nLevels;
-        return true;
-    }
-
+    bool Insert(const T& element);
     /// False when there is no element of the key.
-    bool Erase(std::uint64_t nKey)
-    {
-        if (!Contains(nKey))
-            return false;
-        m_pRoot = WithoutElement(m_pRoot, nKey, m_nLevels - 1);
-        if (!m_pRoot)
-            m_nLevels = 0;
-        return true;
-    }
+    bool Erase(std::uint64_t nKey);
 
     friend bool operator==(const SharedSet& a, const SharedSet& b)
     {
-        if (a.m_pRoot == b.m_pRoot)
-            return true;
-        if (a.size() != b.size())
-            return false;
-        auto itB = b.begin();
-        for (const T& element : a)
-            if (!(element == *itB++))
-                return false;
-        return true;
+        return a.m_pRoot == b.m_pRoot || (a.m_nSize == b.m_nSize && std::equal(a.begin(), a.end(), b.begin()));
     }
 
-    /// Heap bytes, nodes that several sets hold counted in equal parts.
-    std::size_t GetSizeInBytes() const { return m_pRoot ? GetSizeInBytes(m_pRoot) : 0; }
+    /// Heap bytes. Nodes that several sets hold count in equal parts, at the highest node that is shared.
+    std::size_t GetSizeInBytes() const { return m_pRoot ? GetShareInBytes(*m_pRoot) : 0; }
 
 private:
-    static unsigned GetDigit(std::uint64_t nKey, unsigned nLevel) { return unsigned(nKey >> (nLevel * kDigitBits)) & 31u; }
-    bool Covers(std::uint64_t nKey) const
-    {
-        return m_pRoot && (m_nLevels == kMaxLevels || (nKey >> (m_nLevels * kDigitBits)) == 0);
-    }
+    /// More levels than memory can fill.
+    static constexpr unsigned kMaxLevels = 16;
+    /// Neighbours that together have no more entries become one node. Below the capacity, so that insertions and
+    /// erasures in turn don't merge and split each time.
+    static constexpr unsigned kMergedCount = 24;
 
-    // Changed nodes are new; what is not on the way to the element is shared with the old ones. At most 13 levels deep.
-    static NodePointer WithElement(const NodePointer& pOld, std::uint64_t nKey, unsigned nLevel, const T& element)
+    struct Step
     {
-        auto pNode = std::make_shared<Node>(*pOld);
-        const unsigned nDigit = GetDigit(nKey, nLevel);
-        const auto nPlace = std::ptrdiff_t(pNode->GetPlace(nDigit));
-        if (nLevel == 0)
-            pNode->aElements.insert(pNode->aElements.begin() + nPlace, element);
-        else if (pNode->Has(nDigit))
-            pNode->aChildren[std::size_t(nPlace)] = WithElement(pNode->aChildren[std::size_t(nPlace)], nKey, nLevel - 1, element);
-        else
-            pNode->aChildren.insert(pNode->aChildren.begin() + nPlace,
-                                    WithElement(std::make_shared<Node>(), nKey, nLevel - 1, element));
-        pNode->nPresent |= 1u << nDigit;
-        ++pNode->nCount;
-        return pNode;
-    }
-
-    /// Null when nothing is left.
-    static NodePointer WithoutElement(const NodePointer& pOld, std::uint64_t nKey, unsigned nLevel)
+        Node* pNode;
+        unsigned nPlace;
+    };
+    /// From the root to the place of a key in a leaf.
+    struct Way
     {
-        if (pOld->nCount == 1)
-            return nullptr;
-        auto pNode = std::make_shared<Node>(*pOld);
-        const unsigned nDigit = GetDigit(nKey, nLevel);
-        const auto nPlace = std::ptrdiff_t(pNode->GetPlace(nDigit));
-        --pNode->nCount;
-        if (nLevel == 0)
-        {
-            pNode->aElements.erase(pNode->aElements.begin() + nPlace);
-            pNode->nPresent &= ~(1u << nDigit);
-        }
-        else if (NodePointer pChild = WithoutElement(pNode->aChildren[std::size_t(nPlace)], nKey, nLevel - 1))
-            pNode->aChildren[std::size_t(nPlace)] = std::move(pChild);
-        else
-        {
-            pNode->aChildren.erase(pNode->aChildren.begin() + nPlace);
-            pNode->nPresent &= ~(1u << nDigit);
-        }
-        return pNode;
-    }
+        std::array<Step, kMaxLevels> aSteps;
+        unsigned nSteps = 0;
 
-    static std::size_t GetSizeInBytes(const NodePointer& pNode)
-    {
-        std::size_t nSize = sizeof(Node) + pNode->aChildren.capacity() * sizeof(NodePointer) + pNode->aElements.capacity() * sizeof(T);
-        for (const NodePointer& pChild : pNode->aChildren)
-            nSize += GetSizeInBytes(pChild);
-        return nSize / std::size_t(pNode.use_count());
-    }
+        Step& Leaf() { return aSteps[nSteps - 1]; }
+        const Step& Leaf() const { return aSteps[nSteps - 1]; }
+    };
+    class SpareNodes;
 
-    NodePointer m_pRoot;
-    unsigned m_nLevels = 0;
+    static std::uint64_t GetKey(const Node& node, unsigned nPlace) { return KeyOf{}(node.GetElement(nPlace)); }
+    static unsigned GetLowerBound(const Node& node, std::uint64_t nKey);
+    static unsigned GetChildPlace(const Node& branch, std::uint64_t nKey);
+    static const Node* GetFirstLeaf(const Node* pNode);
+    static const Node* GetLeafBehind(const Node* pRoot, std::uint64_t nKey);
+    static std::size_t GetShareInBytes(const Node& node);
+
+    Way FindWay(std::uint64_t nKey) const;
+    static bool LeadsTo(const Way& way, std::uint64_t nKey);
+    static bool IsBehindAll(const Way& way);
+    void OwnWay(Way& way);
+    void GrowLoneLeaf(Way& way);
+    static unsigned CountNodesToSplit(const Way& way);
+    static void Split(Step& step, Node& right, bool bAtEnd);
+    void InsertAlong(const Way& way, const T& element, SpareNodes& spares);
+    void EraseAlong(const Way& way);
+    static bool MergeWithNeighbour(Node& parent, unsigned nPlace);
+    static void UpdateFirst(const Way& way);
+    void PutRootAbove(Node* pRight, Node* pRoot);
+    void DropThinRoots();
+
+    Node* m_pRoot = nullptr;
+    std::size_t m_nSize = 0;
 };
 } // namespace QRV
+
+#include "model/SharedSet.inl"
