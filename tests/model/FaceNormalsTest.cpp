@@ -52,7 +52,8 @@ TEST(VertexNormal, IsTheMeanOverSmoothEdgesOnly)
         const UnitVector3d mean(aFaces[0]->GetPlane().normal + aFaces[1]->GetPlane().normal, true);
         for (Face* pFace : {aFaces[0], aFaces[1]})
             EXPECT_LT(pFace->GetVertexNormal(pSmoothEnd, nullptr).distSqrd(mean), 1e-20);
-        EXPECT_LT(aFaces[1]->GetVertexNormal(sharp.GetStartVertex(), nullptr).distSqrd(aFaces[1]->GetPlane().normal), 1e-20);
+        EXPECT_LT(aFaces[1]->GetVertexNormal(sharp.GetStartVertex(), nullptr).distSqrd(aFaces[1]->GetPlane().normal),
+                  1e-20);
     }
 }
 

@@ -1,6 +1,10 @@
 #include "support/PolygonModel.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <random>
+#include <set>
 
 namespace QRV
 {
@@ -26,11 +30,11 @@ double GetFaceArea(History& history)
     return dArea;
 }
 
-bool AddSpur(PolygonModel& model, Face& face, const Point3d& near, const Point3d& far)
+bool AddSpur(PolygonModel& model, Face& face, const Point3d& from, const Point3d& to)
 {
-    Edge& edge = model.AddEdge(near, far);
+    Edge& edge = model.AddEdge(from, to);
     ObjectSet done;
-    return face.AddSpurEdge(edge, edge.GetStartVertex()->GetPosition().distSqrd(near) == 0.0, done);
+    return face.AddSpurEdge(edge, edge.GetStartVertex()->GetPosition().distSqrd(from) == 0.0, done);
 }
 
 Face* Split(PolygonModel& model, Face& face, const Point3d& a, const Point3d& b)
@@ -76,8 +80,8 @@ TEST(FaceSketch, RefusesSpursThatDoNotRunInTheFace)
         double u0, v0, u1, v1;
     };
     const Case aCases[] = {
-        {"outside", 0, 0, -1, -1},       {"into the hole", 4, 4, 5, 5}, {"on to another side", 0, 0, 10, 5},
-        {"along a side", 0, 0, 5, 0},    {"across the notch", 0, 10, 5, 12}, {"from a place off the face", 1, 1, 2, 2},
+        {"outside", 0, 0, -1, -1},    {"into the hole", 4, 4, 5, 5},      {"on to another side", 0, 0, 10, 5},
+        {"along a side", 0, 0, 5, 0}, {"across the notch", 0, 10, 5, 12}, {"from a place off the face", 1, 1, 2, 2},
     };
     for (const Frame& at : GetFrames())
     {
@@ -106,19 +110,28 @@ TEST(FaceSketch, FindsTheCornerThatADirectionFallsInto)
         SCOPED_TRACE(at.pName);
         PolygonModel model;
         Step step(model);
-        // Two triangular corners meet at (5, 5): the face passes that vertex twice.
-        Face& face = model.AddFace({at(0, 0), at(10, 0), at(5, 5), at(10, 10), at(0, 10), at(5, 5)});
-        const Vertex& pinch = model.AddVertex(at(5, 5));
-        const auto findStart = [&](double u, double v) {
-            const Coedge* pCorner = face.FindCorner(&pinch, at(u, v) - at(5, 5));
+        // Three spurs meet at (5, 5) and make three corners of it.
+        Face& face = model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
+        model.AddEdge(at(5, 5), at(8, 5));
+        model.AddEdge(at(5, 5), at(5, 8));
+        ASSERT_TRUE(AddSpur(model, face, at(0, 0), at(5, 5)));
+        const Vertex& hub = model.AddVertex(at(5, 5));
+        const auto findStart = [&](double u, double v)
+        {
+            const Coedge* pCorner = face.FindCorner(&hub, at(u, v) - at(0, 0));
             return pCorner ? pCorner->GetStartVertex() : nullptr;
         };
-        EXPECT_EQ(findStart(5, 0), &model.AddVertex(at(0, 10)) == nullptr ? nullptr : findStart(5, 1));
-        EXPECT_EQ(findStart(0, 5), nullptr);
-        EXPECT_EQ(findStart(10, 5), nullptr);
-        EXPECT_NE(findStart(5, 0), nullptr);
-        EXPECT_NE(findStart(5, 10), nullptr);
-        EXPECT_NE(findStart(5, 0), findStart(5, 10));
+        EXPECT_EQ(findStart(1, -1), &model.AddVertex(at(8, 5)));
+        EXPECT_EQ(findStart(1, 1), &model.AddVertex(at(5, 8)));
+        EXPECT_EQ(findStart(-1, 1), &model.AddVertex(at(0, 0)));
+        // Along a spur: the corner on whose other side it lies.
+        EXPECT_EQ(findStart(1, 0), &model.AddVertex(at(5, 8)));
+        EXPECT_EQ(findStart(0, 1), &model.AddVertex(at(0, 0)));
+
+        const Vertex& square = model.AddVertex(at(10, 0));
+        EXPECT_NE(face.FindCorner(&square, at(-1, 1) - at(0, 0)), nullptr);
+        EXPECT_EQ(face.FindCorner(&square, at(1, 1) - at(0, 0)), nullptr);
+        EXPECT_EQ(face.FindCorner(&model.AddVertex(at(3, 3)), at(1, 1) - at(0, 0)), nullptr);
     }
 }
 
@@ -224,8 +237,7 @@ TEST(FaceSketch, HandsEachHoleToThePartThatItLiesIn)
             pPart = Split(model, *pFace, at(5, 0), at(5, 10));
         }
         ASSERT_NE(pPart, nullptr);
-        const std::size_t nLeft = pFace->GetBox().lower.distSqrd(at(0, 0)) < pPart->GetBox().lower.distSqrd(at(0, 0)) ? 0 : 1;
-        EXPECT_EQ(pFace->GetLoops().size() + pPart->GetLoops().size(), 7u) << nLeft;
+        EXPECT_EQ(pFace->GetLoops().size() + pPart->GetLoops().size(), 7u);
         EXPECT_NEAR(pFace->GetArea(nullptr) + pPart->GetArea(nullptr), 97.5, 1e-8);
         EXPECT_NEAR(std::abs(pFace->GetArea(nullptr) - pPart->GetArea(nullptr)), 0.5, 1e-8);
         ExpectSound(model.GetHistory());
@@ -240,13 +252,14 @@ TEST(FaceSketch, RefusesChordsThatLeaveTheFace)
     Face* pFace = nullptr;
     {
         Step step(model);
-        pFace = &model.AddFace({at(0, 0), at(4, 0), at(4, 4), at(2, 1), at(0, 4)}, {Reversed(MakeRectangle(at, 1, 0.5, 3, 0.75))});
+        pFace = &model.AddFace({at(0, 0), at(4, 0), at(4, 4), at(2, 1), at(0, 4)},
+                               {Reversed(MakeRectangle(at, 1, 0.5, 3, 0.75))});
     }
     const std::pair<Point3d, Point3d> aEdges[] = {
-        {at(0, 4), at(4, 4)},       // over the notch
-        {at(1, 0.5), at(3, 0.75)},  // through the hole
-        {at(0, 0), at(5, 5)},       // to no corner
-        {at(0, 0), at(4, 0)},       // a side of the face
+        {at(0, 4), at(4, 4)},      // over the notch
+        {at(1, 0.5), at(3, 0.75)}, // through the hole
+        {at(0, 0), at(5, 5)},      // to no corner
+        {at(0, 0), at(4, 0)},      // a side of the face
     };
     for (const auto& [a, b] : aEdges)
     {
@@ -270,7 +283,8 @@ TEST(FaceSketch, SplitsAFaceOfALargeBodyAsCheaplyAsOneOfASmallOne)
         Face* pCell = nullptr;
         {
             Step step(model);
-            std::vector<Face*> aFaces = model.AddBlockFaces(GetFrames().front(), Point3d(0, 0, -1), Point3d(nCells, nCells, 0));
+            std::vector<Face*> aFaces =
+                model.AddBlockFaces(GetFrames().front(), Point3d(0, 0, -1), Point3d(nCells, nCells, 0));
             aFaces[1]->Delete(false);
             aFaces.erase(aFaces.begin() + 1);
             for (int u = 0; u < nCells; ++u)
@@ -289,6 +303,182 @@ TEST(FaceSketch, SplitsAFaceOfALargeBodyAsCheaplyAsOneOfASmallOne)
         aTouched.push_back(model.GetHistory().GetDeltas().back()->GetObjectIDs().size());
     }
     EXPECT_EQ(aTouched[0], aTouched[1]);
+}
+
+namespace
+{
+struct Cell
+{
+    int u;
+    int v;
+
+    bool operator==(const Cell&) const = default;
+};
+
+int Turn(const Cell& a, const Cell& b, const Cell& c)
+{
+    const int n = (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u);
+    return (n > 0) - (n < 0);
+}
+
+bool IsOnSegment(const Cell& a, const Cell& b, const Cell& c)
+{
+    return Turn(a, b, c) == 0 && (a.u - c.u) * (b.u - c.u) + (a.v - c.v) * (b.v - c.v) <= 0;
+}
+
+using Segment = std::pair<Cell, Cell>;
+
+/// The segments have at most an end in common.
+bool AreApart(const Segment& s, const Segment& t)
+{
+    const auto& [a, b] = s;
+    const auto& [c, d] = t;
+    const bool bCross = Turn(a, b, c) * Turn(a, b, d) < 0 && Turn(c, d, a) * Turn(c, d, b) < 0;
+    const auto isInner = [](const Cell& p, const Segment& of)
+    { return p != of.first && p != of.second && IsOnSegment(of.first, of.second, p); };
+    const bool bSame = (a == c && b == d) || (a == d && b == c);
+    return !bSame && !bCross && !isInner(a, t) && !isInner(b, t) && !isInner(c, s) && !isInner(d, s);
+}
+
+/// Draws random segments between the points of a grid in a square, as long as they cross nothing, and brings each into
+/// the faces at its ends.
+class RandomDrawing
+{
+public:
+    RandomDrawing(const Frame& at, unsigned nSeed) : m_at(at), m_random(nSeed), m_aTreeOf((kSide + 1) * (kSide + 1))
+    {
+        std::iota(m_aTreeOf.begin(), m_aTreeOf.end(), 0);
+        std::vector<Cell> aBorder;
+        for (int n = 0; n < kSide; ++n)
+            aBorder.push_back({n, 0});
+        for (int n = 0; n < kSide; ++n)
+            aBorder.push_back({kSide, n});
+        for (int n = 0; n < kSide; ++n)
+            aBorder.push_back({kSide - n, kSide});
+        for (int n = 0; n < kSide; ++n)
+            aBorder.push_back({0, kSide - n});
+        Polygon polygon;
+        for (std::size_t n = 0; n < aBorder.size(); ++n)
+        {
+            polygon.push_back(GetPoint(aBorder[n]));
+            Note({aBorder[n], aBorder[(n + 1) % aBorder.size()]});
+        }
+        Step step(m_model);
+        m_model.AddFace(polygon);
+    }
+
+    void Draw(int nTries)
+    {
+        for (int n = 0; n < nTries; ++n)
+        {
+            const Segment segment{PickCell(), PickCell()};
+            if (segment.first == segment.second || ClosesALooseTree(segment) ||
+                !std::all_of(m_aSegments.begin(), m_aSegments.end(),
+                             [&](const Segment& s) { return AreApart(s, segment); }))
+                continue;
+            Note(segment);
+            Step step(m_model);
+            Insert(m_model.AddEdge(GetPoint(segment.first), GetPoint(segment.second)));
+        }
+    }
+
+    /// All that hangs together with the border parts the square: each inner edge has a face on either side, and Euler's
+    /// formula holds.
+    void ExpectSubdivision()
+    {
+        ExpectSound(m_model.GetHistory());
+        EXPECT_NEAR(GetFaceArea(m_model.GetHistory()), double(kSide * kSide), 1e-7);
+        int nEdges = 0;
+        std::set<int> aVertices;
+        for (const auto& [a, b] : m_aSegments)
+        {
+            if (FindTree(a) != FindTree({0, 0}))
+                continue;
+            ++nEdges;
+            aVertices.insert({GetIndex(a), GetIndex(b)});
+            const bool bOnBorder = nEdges <= 4 * kSide;
+            const Edge& edge = m_model.AddEdge(GetPoint(a), GetPoint(b));
+            ASSERT_EQ(edge.GetUse(), bOnBorder ? 1u : 2u);
+            EXPECT_TRUE(bOnBorder || edge.GetCoedge()->IsForward() != edge.GetCoedge()->GetPartner()->IsForward());
+        }
+        std::vector<Object*> aFaces;
+        m_model.GetHistory().GetObjectsByType(aFaces, nFaceType, false);
+        EXPECT_EQ(int(aVertices.size()) - nEdges + int(aFaces.size()), 1);
+    }
+
+    History& GetHistory() { return m_model.GetHistory(); }
+
+private:
+    static constexpr int kSide = 6;
+
+    Cell PickCell() { return {int(m_random() % (kSide + 1)), int(m_random() % (kSide + 1))}; }
+    Point3d GetPoint(const Cell& cell) const { return m_at(cell.u, cell.v); }
+    static int GetIndex(const Cell& cell) { return cell.v * (kSide + 1) + cell.u; }
+
+    int FindTree(const Cell& cell) const
+    {
+        int n = GetIndex(cell);
+        while (m_aTreeOf[n] != n)
+            n = m_aTreeOf[n];
+        return n;
+    }
+
+    void Note(const Segment& segment)
+    {
+        m_aSegments.push_back(segment);
+        m_aTreeOf[FindTree(segment.first)] = FindTree(segment.second);
+    }
+
+    /// A loop off the border would be a face of its own.
+    bool ClosesALooseTree(const Segment& segment) const
+    {
+        return FindTree(segment.first) == FindTree(segment.second) && FindTree(segment.first) != FindTree({0, 0});
+    }
+
+    static void Insert(Edge& edge)
+    {
+        std::vector<Face*> aAtStart;
+        std::vector<Face*> aAtEnd;
+        edge.GetStartVertex()->GetFaces(aAtStart);
+        edge.GetEndVertex()->GetFaces(aAtEnd);
+        const auto holds = [](const std::vector<Face*>& aFaces, Face* pFace)
+        { return std::find(aFaces.begin(), aFaces.end(), pFace) != aFaces.end(); };
+        ObjectSet done;
+        for (Face* pFace : aAtStart)
+        {
+            if (!holds(aAtEnd, pFace))
+                pFace->AddSpurEdge(edge, true, done);
+            else if (!pFace->HasEdge(edge))
+                pFace->SplitByEdge(edge, nullptr, false);
+        }
+        for (Face* pFace : aAtEnd)
+            if (!holds(aAtStart, pFace))
+                pFace->AddSpurEdge(edge, false, done);
+    }
+
+    const Frame& m_at;
+    std::mt19937 m_random;
+    std::vector<int> m_aTreeOf;
+    std::vector<Segment> m_aSegments;
+    PolygonModel m_model;
+};
+} // namespace
+
+TEST(FaceSketch, MakesAPlanarSubdivisionOfWhateverIsDrawn)
+{
+    for (const Frame& at : GetFrames())
+        for (unsigned nSeed = 0; nSeed < 25; ++nSeed)
+        {
+            SCOPED_TRACE(at.pName);
+            SCOPED_TRACE(nSeed);
+            RandomDrawing drawing(at, nSeed);
+            drawing.Draw(120);
+            drawing.ExpectSubdivision();
+            if (HasFailure())
+                return;
+            if (nSeed < 3)
+                ExpectUndoRedoRestores(drawing.GetHistory());
+        }
 }
 
 TEST(AddInnerFace, MakesAHoleThatTheInnerFaceFills)
@@ -372,15 +562,16 @@ TEST(AddInnerFace, RefusesWhatDoesNotFit)
     Face* pOuter = nullptr;
     {
         Step step(model);
-        pOuter = &model.AddFace({at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 5)}, {Reversed(MakeRectangle(at, 6, 6, 8, 8))});
+        pOuter = &model.AddFace({at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 5)},
+                                {Reversed(MakeRectangle(at, 6, 6, 8, 8))});
     }
     const Polygon aPolygons[] = {
-        {at(1, 1, 0.1), at(2, 1, 0.1), at(2, 2, 0.1)},              // beside the plane
-        {at(1, 1), at(2, 1), at(2, 2, 0.5)},                        // through the plane
-        MakeRectangle(at, 8, 8, 12, 12),                            // over the border
-        MakeRectangle(at, 6.5, 6.5, 7.5, 7.5),                      // in the hole
-        MakeRectangle(at, 5, 5, 9, 9),                              // around the hole is well, see below
-        {at(0, 0), at(3, 3), at(0, 5)},                             // along a side that the face has
+        {at(1, 1, 0.1), at(2, 1, 0.1), at(2, 2, 0.1)}, // beside the plane
+        {at(1, 1), at(2, 1), at(2, 2, 0.5)},           // through the plane
+        MakeRectangle(at, 8, 8, 12, 12),               // over the border
+        MakeRectangle(at, 6.5, 6.5, 7.5, 7.5),         // in the hole
+        MakeRectangle(at, 5, 5, 9, 9),                 // around the hole is well, see below
+        {at(0, 0), at(3, 3), at(0, 5)},                // along a side that the face has
     };
     const bool aFits[] = {false, false, false, false, true, false};
     for (std::size_t n = 0; n < std::size(aPolygons); ++n)

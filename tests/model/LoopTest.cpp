@@ -79,7 +79,7 @@ TEST(Loop, ContainsALoopByWhatIsNotOnIt)
         {"in an arm", {{0.25, 1.25}, {0.75, 1.25}, {0.75, 1.75}, {0.25, 1.75}}, true},
         {"in the notch", {{1.25, 1.25}, {1.75, 1.25}, {1.75, 1.75}, {1.25, 1.75}}, false},
         {"around it", {{-1, -1}, {3, -1}, {3, 3}, {-1, 3}}, false},
-        {"all corners on it, first side within", {{2, 0}, {1, 2}, {0, 2}, {0, 0}}, false},
+        {"all corners on it, first side over the notch", {{2, 1}, {1, 2}, {0, 0}}, false},
         {"all corners on it, sides within", {{1, 0}, {1, 1}, {0, 1}}, true},
         {"first side along it", {{0, 0}, {1, 0}, {1, 1}}, true},
         {"first side along it, in the notch", {{2, 1}, {1, 1}, {1, 2}}, false},
@@ -120,7 +120,8 @@ TEST(Face, IsNotMisledByCornersNearlyInLine)
     PolygonModel model;
     Step step(model);
     // The first three corners leave a line by 1e-11 only, and out of the plane at that.
-    Face& face = model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 1e-11), Point3d(2, 0, 0), Point3d(2, 2, 0), Point3d(0, 2, 0)});
+    Face& face =
+        model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 1e-11), Point3d(2, 0, 0), Point3d(2, 2, 0), Point3d(0, 2, 0)});
     face.Changed(nChangePlane);
     for (const double y : {0.0, 2.0})
         EXPECT_NEAR(face.GetPlane().dist(Point3d(0, y, 0)), 0.0, 1e-10);

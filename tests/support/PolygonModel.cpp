@@ -40,7 +40,8 @@ void WriteContents(std::ostream& text, const Object& object)
     }
     else if (const auto* pEdge = dynamic_cast<const Edge*>(&object))
     {
-        WriteList(text, std::initializer_list<const Object*>{pEdge->GetStartVertex(), pEdge->GetEndVertex(), pEdge->GetCoedge()});
+        WriteList(text, std::initializer_list<const Object*>{pEdge->GetStartVertex(), pEdge->GetEndVertex(),
+                                                             pEdge->GetCoedge()});
         text << ' ' << pEdge->GetUse() << pEdge->IsSmooth();
     }
     else if (const auto* pCoedge = dynamic_cast<const Coedge*>(&object))
@@ -154,11 +155,11 @@ Face& PolygonModel::AddFace(const Polygon& outline, const std::vector<Polygon>& 
     return face;
 }
 
-std::vector<Face*> PolygonModel::AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper, bool bVoid)
+std::vector<Face*> PolygonModel::AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper,
+                                               bool bVoid)
 {
-    const auto corner = [&](int n) {
-        return frame((n & 1 ? upper : lower)[0], (n & 2 ? upper : lower)[1], (n & 4 ? upper : lower)[2]);
-    };
+    const auto corner = [&](int n)
+    { return frame((n & 1 ? upper : lower)[0], (n & 2 ? upper : lower)[1], (n & 4 ? upper : lower)[2]); };
     constexpr std::array<std::array<int, 4>, 6> kSides{
         {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
     std::vector<Face*> aFaces;
@@ -252,7 +253,8 @@ void ExpectUndoRedoRestores(History& history)
 std::vector<unsigned> GetFindings(const Object& object)
 {
     std::vector<Result> aResults;
-    EXPECT_EQ(object.CheckValidity(aResults), aResults.size());
+    const std::size_t nFindings = object.CheckValidity(aResults);
+    EXPECT_EQ(nFindings, aResults.size());
     std::vector<unsigned> aCodes;
     for (const Result& result : aResults)
         aCodes.push_back(result.GetErrorCode());

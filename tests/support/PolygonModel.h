@@ -52,7 +52,8 @@ public:
     Face& AddFace(const Polygon& outline, const std::vector<Polygon>& aHoles = {});
     Loop& AddLoop(const Polygon& polygon);
     /// The six faces of a block, normals outward, or inward for `bVoid`.
-    std::vector<Face*> AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper, bool bVoid = false);
+    std::vector<Face*> AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper,
+                                     bool bVoid = false);
     /// A body with one lump that has one shell for each list.
     Body& AddBody(const std::vector<std::vector<Face*>>& aShells);
     Body& AddBlock(const Frame& frame, const Point3d& lower, const Point3d& upper);
