@@ -1,0 +1,40 @@
+#include "frame/APICall.h"
+#include "history/History.h"
+#include "model/Body.h"
+#include "model/Face.h"
+
+#include <QRV/API.h>
+
+#include <new>
+
+namespace QRV
+{
+Result APICreateEmptyBody(std::uint64_t nHistoryID, std::uint64_t& nBodyID)
+{
+    return ModifyingCall("APICreateEmptyBody", nHistoryID, Out{nBodyID})
+        .Run(
+            [&](History& history, Result& result)
+            {
+                try
+                {
+                    nBodyID = history.Create<Body>().GetID();
+                }
+                catch (const std::bad_alloc&)
+                {
+                    result.SetErrorCode(Result::nOutOfMemory);
+                }
+            });
+}
+
+Result APIAddFaceComponentToBody(std::uint64_t nHistoryID, std::uint64_t nFaceID, std::uint64_t nBodyID)
+{
+    return ModifyingCall("APIAddFaceComponentToBody", nHistoryID, nFaceID, nBodyID)
+        .Run(
+            [&](History& history, Result&)
+            {
+                auto* pFace = history.Get<Face>(nFaceID);
+                auto* pBody = history.Get<Body>(nBodyID);
+                return pFace && pBody && pBody->AddFaceComponent(*pFace);
+            });
+}
+} // namespace QRV

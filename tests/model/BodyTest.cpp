@@ -1,0 +1,364 @@
+#include "support/PolygonModel.h"
+
+#include "model/Attribute.h"
+
+#include <cmath>
+#include <random>
+
+namespace QRV
+{
+namespace
+{
+/// An attribute that any object may carry.
+class Tag : public ObjectOf<Tag, Attribute>
+{
+public:
+    static constexpr nObjectType kType = nStringAttributeType;
+    static constexpr const char* kName = "Tag";
+    static constexpr auto Fields() { return std::make_tuple(); }
+};
+
+std::vector<Object*> GetAll(History& history, nObjectType nType)
+{
+    std::vector<Object*> aObjects;
+    history.GetObjectsByType(aObjects, nType, false);
+    return aObjects;
+}
+
+std::vector<Face*> Joined(std::vector<Face*> aFaces, const std::vector<Face*>& aMore)
+{
+    aFaces.insert(aFaces.end(), aMore.begin(), aMore.end());
+    return aFaces;
+}
+
+Interval3d GetBoxOfVertices(const Body& body)
+{
+    std::vector<Face*> aFaces;
+    body.GetBodyFaces(aFaces);
+    Interval3d box;
+    for (const Face* pFace : aFaces)
+        box += pFace->ComputeBox();
+    return box;
+}
+} // namespace
+
+TEST(Body, WithAVoidHoldsOnlyWhatLiesBetweenItsShells)
+{
+    for (const Frame& at : GetFrames())
+    {
+        SCOPED_TRACE(at.pName);
+        PolygonModel model;
+        Body* pBody = nullptr;
+        {
+            Step step(model);
+            pBody = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(10, 10, 10)),
+                                    model.AddBlockFaces(at, Point3d(4, 4, 4), Point3d(6, 7, 8), true)});
+        }
+        ExpectSound(model.GetHistory());
+        EXPECT_NEAR(pBody->GetVolume(nullptr), 1000.0 - 24.0, 1e-6);
+        EXPECT_TRUE(pBody->ContainsPoint(at(2, 2, 2)));
+        EXPECT_FALSE(pBody->ContainsPoint(at(5, 5, 5)));
+        EXPECT_FALSE(pBody->ContainsPoint(at(11, 5, 5)));
+        EXPECT_TRUE(pBody->GetLumps()[0]->GetShells()[0]->IsClosed());
+        ExpectUndoRedoRestores(model.GetHistory());
+    }
+}
+
+TEST(Body, ListsEachFaceAndEdgeOnce)
+{
+    PolygonModel model;
+    Step step(model);
+    const Body& body = model.AddBlock(GetFrames()[1], Point3d(0, 0, 0), Point3d(1, 2, 3));
+    std::vector<Face*> aFaces;
+    std::vector<Edge*> aEdges;
+    body.GetBodyFaces(aFaces);
+    body.GetBodyEdges(aEdges);
+    EXPECT_EQ(aFaces.size(), 6u);
+    EXPECT_EQ(aEdges.size(), 12u);
+}
+
+TEST(Body, TakesAFaceComponentOnlyWhenNoOtherShellHasPartOfIt)
+{
+    const Frame& at = GetFrames().front();
+    PolygonModel model;
+    Step step(model);
+    Body& body = model.GetHistory().Create<Body>();
+    const std::vector<Face*> aFaces = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
+    EXPECT_TRUE(body.AddFaceComponent(*aFaces.front()));
+    EXPECT_NEAR(body.GetVolume(nullptr), 1.0, 1e-12);
+    EXPECT_FALSE(body.AddFaceComponent(*aFaces.back()));
+
+    Face& fin = model.AddFace({at(1, 1, 1), at(1, 0, 1), at(2, 0, 1), at(2, 1, 1)});
+    Body& other = model.GetHistory().Create<Body>();
+    EXPECT_FALSE(other.AddFaceComponent(fin));
+    EXPECT_TRUE(other.GetLumps().empty());
+    EXPECT_TRUE(body.AddFaceComponent(fin));
+    EXPECT_EQ(fin.GetBody(), &body);
+}
+
+TEST(Body, TakesOverTheLumpsOfAnother)
+{
+    PolygonModel model;
+    Body* pFirst = nullptr;
+    {
+        Step step(model);
+        pFirst = &model.AddBlock(GetFrames()[1], Point3d(0, 0, 0), Point3d(1, 1, 1));
+        Body& second = model.AddBlock(GetFrames()[1], Point3d(2, 0, 0), Point3d(4, 1, 1));
+        pFirst->TakeLumps(second);
+        EXPECT_TRUE(second.GetLumps().empty());
+        EXPECT_TRUE(second.Delete());
+    }
+    EXPECT_EQ(pFirst->GetLumps().size(), 2u);
+    EXPECT_NEAR(pFirst->GetVolume(nullptr), 3.0, 1e-9);
+    EXPECT_TRUE(pFirst->GetCachedBox().isEqual(GetBoxOfVertices(*pFirst), 0.0));
+    ExpectSound(model.GetHistory());
+    ExpectUndoRedoRestores(model.GetHistory());
+}
+
+TEST(BodyRebuild, PartsWhatHasComeApart)
+{
+    for (const bool bSplitToBodies : {false, true})
+    {
+        PolygonModel model;
+        const Frame& at = GetFrames()[1];
+        {
+            Step step(model);
+            const std::vector<Face*> aSmall = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
+            const std::vector<Face*> aLarge = model.AddBlockFaces(at, Point3d(5, 0, 0), Point3d(7, 2, 2));
+            Body& body = model.AddBody({Joined(aSmall, aLarge)});
+            body.AddAttribute(&model.GetHistory().Create<Tag>(), true);
+            EXPECT_EQ(GetFindings(*body.GetLumps()[0]->GetShells()[0]),
+                      (std::vector<unsigned>{Result::nShellNotConnected}));
+            EXPECT_TRUE(body.Rebuild(bSplitToBodies));
+            EXPECT_FALSE(body.Rebuild(bSplitToBodies));
+        }
+        const std::vector<Object*> aBodies = GetAll(model.GetHistory(), nBodyType);
+        EXPECT_EQ(aBodies.size(), bSplitToBodies ? 2u : 1u);
+        EXPECT_EQ(GetAll(model.GetHistory(), nLumpType).size(), 2u);
+        for (const Object* pBody : aBodies)
+        {
+            std::vector<Attribute*> aAttributes;
+            EXPECT_EQ(pBody->GetAttributes(aAttributes), 1u);
+        }
+        ExpectSound(model.GetHistory());
+        ExpectUndoRedoRestores(model.GetHistory());
+    }
+}
+
+TEST(BodyRebuild, GivesEachVoidToTheSmallestSolidAroundIt)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    Body* pBody = nullptr;
+    std::vector<Face*> aMiddle;
+    std::vector<Face*> aInner;
+    {
+        Step step(model);
+        // A ball in a shell in a box, and an open sheet, all poured into one shell.
+        std::vector<Face*> aAll = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(20, 20, 20));
+        aAll = Joined(aAll, model.AddBlockFaces(at, Point3d(2, 2, 2), Point3d(18, 18, 18), true));
+        aMiddle = model.AddBlockFaces(at, Point3d(4, 4, 4), Point3d(16, 16, 16));
+        aInner = model.AddBlockFaces(at, Point3d(6, 6, 6), Point3d(8, 8, 8), true);
+        aAll = Joined(Joined(aAll, aMiddle), aInner);
+        aAll.push_back(&model.AddFace({at(30, 0), at(31, 0), at(31, 1), at(30, 1)}));
+        pBody = &model.AddBody({aAll});
+        EXPECT_TRUE(pBody->Rebuild(false));
+        EXPECT_FALSE(pBody->Rebuild(false));
+    }
+    EXPECT_EQ(pBody->GetLumps().size(), 3u);
+    EXPECT_EQ(aInner.front()->GetShell()->GetLump(), aMiddle.front()->GetShell()->GetLump());
+    EXPECT_EQ(aMiddle.front()->GetShell()->GetLump()->GetShells().front(), aMiddle.front()->GetShell());
+    EXPECT_NEAR(pBody->GetVolume(nullptr), 8000.0 - 4096.0 + 1728.0 - 8.0, 1e-6);
+    ExpectSound(model.GetHistory());
+    ExpectUndoRedoRestores(model.GetHistory());
+}
+
+TEST(BodyRebuild, JoinsShellsThatHaveBecomeOneSheet)
+{
+    PolygonModel model;
+    Body* pBody = nullptr;
+    {
+        Step step(model);
+        const std::vector<Face*> aFaces = model.AddBlockFaces(GetFrames()[2], Point3d(0, 0, 0), Point3d(1, 1, 1));
+        pBody = &model.AddBody({{aFaces[0], aFaces[3]}, {aFaces[1], aFaces[2], aFaces[4], aFaces[5]}});
+        EXPECT_TRUE(pBody->Rebuild(false));
+    }
+    EXPECT_EQ(GetAll(model.GetHistory(), nShellType).size(), 1u);
+    ExpectSound(model.GetHistory());
+}
+
+TEST(BodyRebuild, GivesAFinALumpOfItsOwn)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    Body* pBody = nullptr;
+    {
+        Step step(model);
+        std::vector<Face*> aFaces = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
+        aFaces.push_back(&model.AddFace({at(1, 0, 1), at(2, 0, 1), at(2, 1, 1), at(1, 1, 1)}));
+        pBody = &model.AddBody({aFaces});
+        EXPECT_TRUE(pBody->Rebuild(false));
+    }
+    EXPECT_EQ(pBody->GetLumps().size(), 2u);
+    EXPECT_TRUE(pBody->GetLumps()[0]->GetShells()[0]->IsClosed());
+    EXPECT_FALSE(pBody->GetLumps()[1]->GetShells()[0]->IsClosed());
+    EXPECT_NEAR(pBody->GetVolume(nullptr), 1.0, 1e-9);
+    ExpectSound(model.GetHistory());
+}
+
+TEST(BodyRebuild, EndsABodyThatHasLostAllItsFaces)
+{
+    PolygonModel model;
+    Body* pBody = nullptr;
+    {
+        Step step(model);
+        pBody = &model.AddBlock(GetFrames().front(), Point3d(0, 0, 0), Point3d(1, 1, 1));
+    }
+    {
+        Step step(model);
+        std::vector<Face*> aFaces;
+        pBody->GetBodyFaces(aFaces);
+        for (Face* pFace : aFaces)
+            pFace->Delete();
+        EXPECT_TRUE(pBody->Rebuild(false));
+    }
+    EXPECT_EQ(Describe(model.GetHistory()), "");
+    ExpectUndoRedoRestores(model.GetHistory());
+}
+
+TEST(BodyBox, FollowsWhateverHappensToItsFaces)
+{
+    for (unsigned nSeed = 0; nSeed < 20; ++nSeed)
+    {
+        SCOPED_TRACE(nSeed);
+        std::mt19937 random(nSeed);
+        const auto pick = [&](std::size_t nCount) { return random() % nCount; };
+        PolygonModel model;
+        Body* pBody = nullptr;
+        {
+            Step step(model);
+            std::vector<std::vector<Face*>> aShells;
+            for (int n = 0; n < 8; ++n)
+                aShells.push_back(model.AddBlockFaces(GetFrames().front(), Point3d(3 * n, n % 3, -n),
+                                                      Point3d(3 * n + 1, n % 3 + 1, 2 - n)));
+            pBody = &model.AddBody(aShells);
+        }
+        for (int nStep = 0; nStep < 8; ++nStep)
+        {
+            Step step(model, pick(4) == 0);
+            for (std::size_t nEdit = pick(3) + 1; nEdit > 0; --nEdit)
+            {
+                std::vector<Face*> aFaces;
+                pBody->GetBodyFaces(aFaces);
+                Face& face = *aFaces[pick(aFaces.size())];
+                std::vector<Vertex*> aVertices;
+                face.GetVertices(aVertices);
+                switch (pick(4))
+                {
+                case 0:
+                    face.Delete(false);
+                    break;
+                case 1:
+                    face.GetShell()->RemoveFace(&face);
+                    break;
+                case 2:
+                    aVertices[0]->SetPosition(aVertices[0]->GetPosition() +
+                                              Vector3d(int(pick(5)) - 2, int(pick(5)) - 2, int(pick(5)) - 2));
+                    break;
+                default:
+                    EXPECT_TRUE(pBody->GetBox().isEqual(GetBoxOfVertices(*pBody), 0.0));
+                }
+            }
+            EXPECT_TRUE(pBody->GetBox().isEqual(GetBoxOfVertices(*pBody), 0.0));
+        }
+        EXPECT_TRUE(pBody->GetCachedBox().isEqual(GetBoxOfVertices(*pBody), 0.0));
+    }
+}
+
+TEST(Validity, NamesTheOneThingThatIsWrong)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Polygon square{at(0, 0), at(10, 0), at(10, 10), at(0, 10)};
+    const Polygon hole{at(2, 2), at(2, 4), at(4, 4), at(4, 2)};
+    Face* pFace = nullptr;
+    Face* pOther = nullptr;
+    Body* pBlock = nullptr;
+    Body* pHollow = nullptr;
+    {
+        Step step(model);
+        pFace = &model.AddFace(square, {hole});
+        pOther = &model.AddFace({at(20, 0), at(30, 0), at(30, 20), at(20, 10)});
+        pBlock = &model.AddBlock(at, Point3d(0, 0, 5), Point3d(2, 2, 7));
+        pHollow = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 10), Point3d(9, 9, 19)),
+                                  model.AddBlockFaces(at, Point3d(3, 3, 13), Point3d(6, 6, 16), true)});
+    }
+    ExpectSound(model.GetHistory());
+    Lump& lump = *pHollow->GetLumps()[0];
+    Shell& outer = *lump.GetShells()[0];
+    Shell& inner = *lump.GetShells()[1];
+    Loop& outline = *pFace->GetLoops()[0];
+    Loop& inFace = *pFace->GetLoops()[1];
+    // Moves a vertex behind the back of its faces.
+    const auto shift = [&](const Point3d& from, const Point3d& to)
+    { model.AddVertex(from).Transform(Transf3d(Point3d() + (to - from))); };
+    const auto freshen = [&](unsigned nFlags) { pFace->Changed(nFlags); };
+    // The hole grows to twice its width, and the triangles do not hear of it.
+    const auto widenHole = [&] {
+        inFace.SetCoedge(model.AddLoop({at(2, 2), at(2, 4), at(6, 4), at(6, 2)}).GetCoedge());
+    };
+
+    struct Case
+    {
+        Result::nResultType nExpected;
+        const Object& broken;
+        std::function<void()> damage;
+    };
+    const Case aCases[] = {
+        {Result::nFaceNoLoops, *pOther, [&] { pOther->RemoveLoop(pOther->GetOuterLoop()); }},
+        {Result::nFaceBadBox, *pFace, [&] { shift(at(10, 10), at(11, 11)); }},
+        {Result::nFaceLoopOwner, *pFace, [&] { inFace.SetFace(pOther); }},
+        {Result::nLoopBadArea, *pFace, [&] { inFace.Reverse(), freshen(nChangeFacets); }},
+        {Result::nVertexFarFromFace, *pFace, [&] { shift(at(10, 10), at(10, 10, 0.001)), freshen(nChangeBox); }},
+        {Result::nFaceBadFacets, *pFace, [&] { widenHole(); }},
+        {Result::nLoopNoCoedge, outline, [&] { outline.SetCoedge(nullptr); }},
+        {Result::nLoopBadCoedges, outline, [&] { outline.GetCoedge()->SetNext(nullptr); }},
+        {Result::nLoopBadCoedges, outline,
+         [&] { outline.GetCoedge()->GetNext()->SetNext(outline.GetCoedge()->GetNext()); }},
+        {Result::nShellFaceOwner, outer, [&] { (*outer.GetFaces().begin())->SetShell(&inner); }},
+        {Result::nLumpShellOwner, lump, [&] { outer.SetLump(pBlock->GetLumps()[0]); }},
+        {Result::nBodyLumpOwner, *pHollow, [&] { lump.SetBody(pBlock); }},
+        {Result::nBodyBadBox, *pHollow, [&] { shift(at(9, 9, 19), at(12, 12, 22)); }},
+    };
+    for (const Case& test : aCases)
+    {
+        Step step(model, true);
+        test.damage();
+        EXPECT_EQ(GetFindings(test.broken), (std::vector<unsigned>{test.nExpected}));
+    }
+    ExpectSound(model.GetHistory());
+}
+
+TEST(Validity, TellsWhatIsNoVoidAndNoHole)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Point3d aBlocks[][2] = {{Point3d(3, 3, 3), Point3d(4, 4, 4)},    // a void within
+                                  {Point3d(30, 3, 3), Point3d(34, 4, 4)}}; // one beside it
+    Step step(model);
+    const Body& sound = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(9, 9, 9)),
+                                       model.AddBlockFaces(at, aBlocks[0][0], aBlocks[0][1], true)});
+    EXPECT_EQ(GetFindings(*sound.GetLumps()[0]), std::vector<unsigned>{});
+    const Body& solidWithin = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 100), Point3d(9, 9, 109)),
+                                             model.AddBlockFaces(at, Point3d(3, 3, 103), Point3d(4, 4, 104))});
+    EXPECT_EQ(GetFindings(*solidWithin.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
+    const Body& voidBeside = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 200), Point3d(9, 9, 209)),
+                                            model.AddBlockFaces(at, aBlocks[1][0], aBlocks[1][1], true)});
+    EXPECT_EQ(GetFindings(*voidBeside.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
+
+    const Face& face = model.AddFace({at(0, 0, -1), at(5, 0, -1), at(5, 5, -1), at(0, 5, -1)},
+                                     {{at(7, 1, -1), at(7, 2, -1), at(8, 2, -1), at(8, 1, -1)}});
+    const std::vector<unsigned> aFindings = GetFindings(face);
+    EXPECT_TRUE(std::find(aFindings.begin(), aFindings.end(), unsigned(Result::nBadInnerLoop)) != aFindings.end());
+}
+} // namespace QRV

@@ -1,0 +1,264 @@
+#include "support/PolygonModel.h"
+
+#include "history/HistoryRegistry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+namespace QRV
+{
+namespace
+{
+Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane)
+{
+    const UnitVector3d xAxis(x, true);
+    const UnitVector3d zAxis(Vector3d(xAxis) * inPlane, true);
+    return {pName, origin, xAxis, UnitVector3d(zAxis * xAxis, true), zAxis};
+}
+
+void Write(std::ostream& text, const Object* pObject)
+{
+    text << ' ' << (pObject ? static_cast<long long>(pObject->GetID()) : -1);
+}
+
+template <class List>
+void WriteList(std::ostream& text, const List& aObjects)
+{
+    for (const Object* pObject : aObjects)
+        Write(text, pObject);
+}
+
+void WriteContents(std::ostream& text, const Object& object)
+{
+    if (const auto* pVertex = dynamic_cast<const Vertex*>(&object))
+    {
+        for (int n = 0; n < 3; ++n)
+            text << ' ' << pVertex->GetPosition()[n];
+        text << ' ' << pVertex->GetUse() << pVertex->IsSmooth();
+        WriteList(text, pVertex->GetEdgesPerGroup());
+    }
+    else if (const auto* pEdge = dynamic_cast<const Edge*>(&object))
+    {
+        WriteList(text, std::initializer_list<const Object*>{pEdge->GetStartVertex(), pEdge->GetEndVertex(),
+                                                             pEdge->GetCoedge()});
+        text << ' ' << pEdge->GetUse() << pEdge->IsSmooth();
+    }
+    else if (const auto* pCoedge = dynamic_cast<const Coedge*>(&object))
+    {
+        WriteList(text, std::initializer_list<const Object*>{pCoedge->GetEdge(), pCoedge->GetLoop(), pCoedge->GetNext(),
+                                                             pCoedge->GetPrevious(), pCoedge->GetPartner()});
+        text << ' ' << pCoedge->IsForward();
+    }
+    else if (const auto* pLoop = dynamic_cast<const Loop*>(&object))
+        WriteList(text, std::initializer_list<const Object*>{pLoop->GetFace(), pLoop->GetCoedge()});
+    else if (const auto* pFace = dynamic_cast<const Face*>(&object))
+    {
+        Write(text, pFace->GetShell());
+        WriteList(text, pFace->GetLoops());
+        for (int n = 0; n < 3; ++n)
+            text << ' ' << pFace->GetCachedBox().lower[n] << ' ' << pFace->GetCachedBox().upper[n];
+    }
+    else if (const auto* pShell = dynamic_cast<const Shell*>(&object))
+    {
+        Write(text, pShell->GetLump());
+        WriteList(text, pShell->GetFaces());
+    }
+    else if (const auto* pLump = dynamic_cast<const Lump*>(&object))
+    {
+        Write(text, pLump->GetBody());
+        WriteList(text, pLump->GetShells());
+    }
+    else if (const auto* pBody = dynamic_cast<const Body*>(&object))
+        WriteList(text, pBody->GetLumps());
+}
+
+std::size_t CountTreeEntries(History& history)
+{
+    const TopologyTrees& trees = history.GetTrees().GetMain();
+    std::vector<Vertex*> aVertices;
+    std::vector<Edge*> aEdges;
+    std::vector<Face*> aFaces;
+    trees.m_vertices.GetElements(aVertices);
+    trees.m_edges.GetElements(aEdges);
+    trees.m_faces.GetElements(aFaces);
+    return aVertices.size() + aEdges.size() + aFaces.size();
+}
+} // namespace
+
+const std::vector<Frame>& GetFrames()
+{
+    static const std::vector<Frame> aFrames{
+        MakeFrame("as it stands", Point3d(0, 0, 0), Vector3d(1, 0, 0), Vector3d(0, 1, 0)),
+        MakeFrame("turned", Point3d(0.5, -3.25, 2.0), Vector3d(1, 2, -0.5), Vector3d(-0.3, 1, 0.7)),
+        MakeFrame("turned and far away", Point3d(8000, -5000, 3000), Vector3d(-0.2, 0.4, 1), Vector3d(1, 1, 0.1))};
+    return aFrames;
+}
+
+PolygonModel::PolygonModel()
+{
+    Result result;
+    m_pHistory = HistoryRegistry::Get().CreateHistory(m_nHistoryID, false, result);
+}
+
+PolygonModel::~PolygonModel()
+{
+    Result result;
+    HistoryRegistry::Get().DeleteHistory(m_nHistoryID, result);
+}
+
+Vertex& PolygonModel::AddVertex(const Point3d& p)
+{
+    const Place place{p[0], p[1], p[2]};
+    if (const auto it = m_mapVertexIDs.find(place); it != m_mapVertexIDs.end())
+        if (auto* pVertex = m_pHistory->Get<Vertex>(it->second); pVertex && pVertex->GetPosition().distSqrd(p) == 0.0)
+            return *pVertex;
+    Vertex& vertex = m_pHistory->Create<Vertex>(p);
+    vertex.AddToSearch();
+    m_mapVertexIDs[place] = vertex.GetID();
+    return vertex;
+}
+
+Edge& PolygonModel::AddEdge(const Point3d& a, const Point3d& b)
+{
+    Vertex& start = AddVertex(a);
+    Vertex& end = AddVertex(b);
+    Edge* pEdge = start.FindEdgeTo(end);
+    return pEdge ? *pEdge : *Edge::Create(&start, &end, *m_pHistory, Edge::nGroupMode::nBoth);
+}
+
+Loop& PolygonModel::AddLoop(const Polygon& polygon)
+{
+    Loop& loop = m_pHistory->Create<Loop>();
+    std::vector<Coedge*> aCoedges;
+    for (std::size_t n = 0; n < polygon.size(); ++n)
+    {
+        Edge& edge = AddEdge(polygon[n], polygon[(n + 1) % polygon.size()]);
+        const bool bForward = edge.GetStartVertex() == &AddVertex(polygon[n]);
+        aCoedges.push_back(&m_pHistory->Create<Coedge>(bForward));
+        edge.AddCoedge(*aCoedges.back());
+    }
+    LinkLoop(aCoedges);
+    loop.SetCoedge(aCoedges.front());
+    loop.OwnCoedges();
+    for (const Coedge* pCoedge : aCoedges)
+        pCoedge->GetStartVertex()->RebuildGroups(false);
+    return loop;
+}
+
+Face& PolygonModel::AddFace(const Polygon& outline, const std::vector<Polygon>& aHoles)
+{
+    Face& face = Face::Create(*m_pHistory, Plane(outline.data(), outline.size()), nullptr);
+    face.AddLoop(&AddLoop(outline), true);
+    for (const Polygon& hole : aHoles)
+        face.AddLoop(&AddLoop(hole), false);
+    return face;
+}
+
+std::vector<Face*> PolygonModel::AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper,
+                                               bool bVoid)
+{
+    const auto corner = [&](int n)
+    { return frame((n & 1 ? upper : lower)[0], (n & 2 ? upper : lower)[1], (n & 4 ? upper : lower)[2]); };
+    constexpr std::array<std::array<int, 4>, 6> kSides{
+        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
+    std::vector<Face*> aFaces;
+    for (const auto& side : kSides)
+    {
+        Polygon polygon;
+        for (const int n : side)
+            polygon.push_back(corner(n));
+        if (bVoid)
+            std::reverse(polygon.begin(), polygon.end());
+        aFaces.push_back(&AddFace(polygon));
+    }
+    return aFaces;
+}
+
+Body& PolygonModel::AddBody(const std::vector<std::vector<Face*>>& aShells)
+{
+    Body& body = m_pHistory->Create<Body>();
+    Lump& lump = body.AddLump();
+    for (const std::vector<Face*>& aFaces : aShells)
+    {
+        Shell& shell = m_pHistory->Create<Shell>();
+        shell.AddFaces(aFaces);
+        lump.AddShell(&shell, false);
+    }
+    return body;
+}
+
+Body& PolygonModel::AddBlock(const Frame& frame, const Point3d& lower, const Point3d& upper)
+{
+    return AddBody({AddBlockFaces(frame, lower, upper)});
+}
+
+Step::Step(PolygonModel& model, bool bRollback) : m_history(model.GetHistory()), m_bRollback(bRollback)
+{
+    EXPECT_TRUE(m_history.StartDelta());
+}
+
+Step::~Step()
+{
+    if (m_bRollback)
+        m_history.Rollback();
+    else
+        m_history.Commit("Test");
+}
+
+void ExpectSound(History& history)
+{
+    std::vector<Result> aResults;
+    history.CheckAllValidity(aResults);
+    for (const Result& result : aResults)
+        ADD_FAILURE() << result.GetErrorString();
+}
+
+std::string Describe(const History& history)
+{
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::hexfloat;
+    for (std::uint64_t nID = 0; nID < history.GetObjectTable().Size(); ++nID)
+        if (const Object* pObject = history.GetObject(nID))
+        {
+            text << nID << ' ' << pObject->GetName();
+            WriteContents(text, *pObject);
+            text << '\n';
+        }
+    return text.str();
+}
+
+void ExpectUndoRedoRestores(History& history)
+{
+    std::vector<std::string> aStates;
+    while (history.CanUndo())
+    {
+        aStates.push_back(Describe(history));
+        Result result;
+        history.Undo(result, false, INVALID_ID, false);
+        ASSERT_TRUE(result.IsGood());
+        ExpectSound(history);
+    }
+    EXPECT_EQ(Describe(history), "");
+    EXPECT_EQ(CountTreeEntries(history), 0u);
+    for (auto itState = aStates.rbegin(); itState != aStates.rend(); ++itState)
+    {
+        ASSERT_TRUE(history.Redo(INVALID_ID));
+        EXPECT_EQ(Describe(history), *itState);
+        ExpectSound(history);
+    }
+}
+
+std::vector<unsigned> GetFindings(const Object& object)
+{
+    std::vector<Result> aResults;
+    const std::size_t nFindings = object.CheckValidity(aResults);
+    EXPECT_EQ(nFindings, aResults.size());
+    std::vector<unsigned> aCodes;
+    for (const Result& result : aResults)
+        aCodes.push_back(result.GetErrorCode());
+    std::sort(aCodes.begin(), aCodes.end());
+    return aCodes;
+}
+} // namespace QRV
