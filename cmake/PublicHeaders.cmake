@@ -28,5 +28,7 @@ set(QRV_PUBLIC_HEADERS
 set(QRV_FORWARDING_INCLUDE ${CMAKE_CURRENT_BINARY_DIR}/include)
 foreach(header IN LISTS QRV_PUBLIC_HEADERS)
   get_filename_component(name ${header} NAME)
-  file(CONFIGURE OUTPUT include/QRV/${name} CONTENT "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${header}\"\n" @ONLY)
+  # A relative path, so that two checkouts share one compiler cache.
+  file(RELATIVE_PATH path ${QRV_FORWARDING_INCLUDE}/QRV ${CMAKE_CURRENT_SOURCE_DIR}/${header})
+  file(CONFIGURE OUTPUT include/QRV/${name} CONTENT "#include \"${path}\"\n" @ONLY)
 endforeach()

@@ -31,7 +31,6 @@ class Attribute : public Object
 {
 public:
     bool Delete() override;
-    void DeleteSelf() override;
     bool IsNonOwned() const override { return m_aOwnerIDs.empty(); }
     void Changed(unsigned nFlags) override;
     std::size_t GetTopOwners(std::vector<Object*>& aOwners) const override;

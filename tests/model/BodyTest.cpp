@@ -1,6 +1,7 @@
 #include "support/PolygonModel.h"
 
 #include "model/Attribute.h"
+#include "model/ObjectOf.inl"
 
 #include <cmath>
 #include <random>
