@@ -162,9 +162,15 @@ private:
     void LeaveSearch(const Delta& delta) noexcept;
     void ReturnToSearch(const Delta& delta) noexcept;
     void ForgetDerived() noexcept;
+    /// Undoes the active delta, for which room has been reserved, and steps back.
+    void StepBack(Result& result, bool bNotify);
     void UndoActive(Result& result, bool bDeleteRedo, bool bNotify);
     void UndoAwayFrom(Result& result, std::uint64_t nDelta, bool bDeleteRedo, bool bNotify);
     void DropRecord(std::uint64_t nID, const Delta& delta) noexcept;
+    /// The objects whose first record is of the delta at that index or of one behind it.
+    std::set<std::uint64_t> GetIDsMadeFrom(std::uint64_t nIndex) const;
+    /// As DeleteRedo, without asking for memory. Ids of `aFreeable` that this frees leave it.
+    bool DropRedo(std::set<std::uint64_t>& aFreeable);
     void FlushAwaiting();
     std::uint64_t GetActiveDeltaID() const { return GetDeltaIDRelative(0); }
     /// INVALID_ID when there is none.
