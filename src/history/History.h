@@ -73,8 +73,8 @@ public:
     Delta* GetDelta(std::uint64_t nID, Result& result) const;
     /// Id of the delta so many places from the active one; INVALID_ID outside the list.
     std::uint64_t GetDeltaIDRelative(int nOffset) const;
-    /// Appends the ids between two deltas, ends included, in order from `nFrom` to `nTo`. INVALID_ID is the state before
-    /// the first delta and listed as itself. Nothing for an unknown id.
+    /// Appends the ids between two deltas, ends included, in order from `nFrom` to `nTo`. INVALID_ID is the state
+    /// before the first delta and listed as itself. Nothing for an unknown id.
     void GetDeltaIDs(std::uint64_t nFrom, std::uint64_t nTo, std::vector<std::uint64_t>& aDeltas) const;
 
     // --- objects

@@ -123,8 +123,8 @@ void DrawBox(TestModel& model)
 void DrawBoxButForOneEdge(TestModel& model)
 {
     std::vector<Segment> aEdges = GetBoxEdges(GetFrame(), Point3d(0, 0, 0), Point3d(2, 2, 2));
-    std::erase_if(aEdges,
-                  [](const Segment& edge) { return (edge.first + (edge.second - edge.first) * 0.5).dist(At(1, 0, 2)) < 0.1; });
+    std::erase_if(aEdges, [](const Segment& edge)
+                  { return (edge.first + (edge.second - edge.first) * 0.5).dist(At(1, 0, 2)) < 0.1; });
     model.Lines(aEdges);
 }
 
