@@ -47,8 +47,8 @@ std::size_t History::GetObjectsByType(std::vector<Object*>& aObjects, nObjectTyp
             aObjects.push_back(pObject);
     }
     if (bUseMemo)
-        m_mapObjectsByType.emplace(
-            nType, std::vector<Object*>(aObjects.begin() + std::ptrdiff_t(nBefore), aObjects.end()));
+        m_mapObjectsByType.emplace(nType,
+                                   std::vector<Object*>(aObjects.begin() + std::ptrdiff_t(nBefore), aObjects.end()));
     return aObjects.size() - nBefore;
 }
 
@@ -210,7 +210,8 @@ std::size_t History::GetSizeInBytes(bool bActiveOnly) const
     return nSize;
 }
 
-void History::NotifyModelChanged(nModelChangeType nType, const char* pName, std::uint64_t nPrevious, std::uint64_t nCurrent)
+void History::NotifyModelChanged(nModelChangeType nType, const char* pName, std::uint64_t nPrevious,
+                                 std::uint64_t nCurrent)
 {
     HistoryRegistry& registry = HistoryRegistry::Get();
     if (!m_bNonTemporary || !registry.GetModelChangedCallback())

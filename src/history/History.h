@@ -73,8 +73,8 @@ public:
     Delta* GetDelta(std::uint64_t nID, Result& result) const;
     /// Id of the delta so many places from the active one; INVALID_ID outside the list.
     std::uint64_t GetDeltaIDRelative(int nOffset) const;
-    /// Appends the ids between two deltas, ends included, in order from `nFrom` to `nTo`. INVALID_ID is the state before
-    /// the first delta and listed as itself. Nothing for an unknown id.
+    /// Appends the ids between two deltas, ends included, in order from `nFrom` to `nTo`. INVALID_ID is the state
+    /// before the first delta and listed as itself. Nothing for an unknown id.
     void GetDeltaIDs(std::uint64_t nFrom, std::uint64_t nTo, std::vector<std::uint64_t>& aDeltas) const;
 
     // --- objects
@@ -162,9 +162,15 @@ private:
     void LeaveSearch(const Delta& delta) noexcept;
     void ReturnToSearch(const Delta& delta) noexcept;
     void ForgetDerived() noexcept;
+    /// Undoes the active delta, for which room has been reserved, and steps back.
+    void StepBack(Result& result, bool bNotify);
     void UndoActive(Result& result, bool bDeleteRedo, bool bNotify);
     void UndoAwayFrom(Result& result, std::uint64_t nDelta, bool bDeleteRedo, bool bNotify);
     void DropRecord(std::uint64_t nID, const Delta& delta) noexcept;
+    /// The objects whose first record is of the delta at that index or of one behind it.
+    std::set<std::uint64_t> GetIDsMadeFrom(std::uint64_t nIndex) const;
+    /// As DeleteRedo, without asking for memory. Ids of `aFreeable` that this frees leave it.
+    bool DropRedo(std::set<std::uint64_t>& aFreeable);
     void FlushAwaiting();
     std::uint64_t GetActiveDeltaID() const { return GetDeltaIDRelative(0); }
     /// INVALID_ID when there is none.

@@ -4,37 +4,55 @@ namespace QRV
 {
 bool History::DeleteRedo(bool bReuseIDs)
 {
+    std::set<std::uint64_t> aFreeable;
+    if (bReuseIDs)
+        aFreeable = GetIDsMadeFrom(m_nActiveDeltaIdx + 1);
+    return DropRedo(aFreeable);
+}
+
+std::set<std::uint64_t> History::GetIDsMadeFrom(std::uint64_t nIndex) const
+{
+    std::set<std::uint64_t> aIDs;
+    for (std::uint64_t n = nIndex; n < m_aDeltas.size(); ++n)
+        for (const std::uint64_t nID : m_aDeltas[n]->GetObjectIDs())
+        {
+            const ObjectHistory& records = m_objects.At(nID);
+            if (records.GetRecordCount() != 0 && records.GetRecord(0).pDelta->GetID() >= m_aDeltas[nIndex]->GetID())
+                aIDs.insert(nID);
+        }
+    return aIDs;
+}
+
+bool History::DropRedo(std::set<std::uint64_t>& aFreeable)
+{
     if (!CanRedo() || m_objects.Size() == 0)
         return true;
     if (m_pOpenDelta && !m_pOpenDelta->GetObjectIDs().empty())
         return false;
 
-    const std::size_t nFirst = std::size_t(m_nActiveDeltaIdx + 1);
-    // All memory is asked for before anything is given up.
-    std::set<std::uint64_t> aFreed; // objects that only the deltas behind the active one know
-    if (bReuseIDs)
-        for (std::size_t i = nFirst; i < m_aDeltas.size(); ++i)
-            for (const std::uint64_t nID : m_aDeltas[i]->GetObjectIDs())
-                if (nID < m_objects.Size() && m_objects.At(nID).GetActiveCount() == 0)
-                    aFreed.insert(nID);
-
     bool bGood = true;
+    std::set<std::uint64_t> aFreed;
+    const std::size_t nFirst = std::size_t(m_nActiveDeltaIdx + 1);
     while (m_aDeltas.size() > nFirst)
     {
         const Delta& delta = *m_aDeltas.back();
         for (const std::uint64_t nID : delta.GetObjectIDs())
-            if (nID < m_objects.Size() && m_objects.At(nID).GetRecordCount() != 0)
-                bGood = m_objects.At(nID).PopLastRecord(delta) && bGood;
+        {
+            if (nID >= m_objects.Size() || m_objects.At(nID).GetRecordCount() == 0)
+                continue;
+            bGood = m_objects.At(nID).PopLastRecord(delta) && bGood;
+            const auto itFreeable = m_objects.At(nID).GetRecordCount() == 0 ? aFreeable.find(nID) : aFreeable.end();
+            if (itFreeable != aFreeable.end())
+                aFreed.insert(aFreeable.extract(itFreeable));
+        }
         m_aDeltas.pop_back();
     }
-    std::erase_if(aFreed, [&](std::uint64_t nID) { return m_objects.At(nID).GetRecordCount() != 0; });
     while (!aFreed.empty() && *aFreed.rbegin() + 1 == m_objects.Size())
     {
         aFreed.erase(std::prev(aFreed.end()));
         m_objects.Shrink();
     }
     m_reusableIDs.Merge(aFreed);
-    // Ids that earlier runs freed may now stand at the end; they stay in the set, which only knows ids of the table.
     m_mapObjectsByType.clear();
     NotifyModelChanged(nModelRedoDeleted, "", INVALID_ID, INVALID_ID);
     return bGood;

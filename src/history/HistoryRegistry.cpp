@@ -183,7 +183,8 @@ void HistoryRegistry::GetReachable(std::uint64_t nID, bool bUpward, std::vector<
     std::set<std::uint64_t> seen{nID};
     std::size_t nNext = aIDs.size();
     aIDs.push_back(nID);
-    const auto reach = [&](std::uint64_t nReached) {
+    const auto reach = [&](std::uint64_t nReached)
+    {
         if (seen.insert(nReached).second)
             aIDs.push_back(nReached);
     };

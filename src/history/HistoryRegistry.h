@@ -17,9 +17,9 @@ public:
     /// Null when absent.
     History* GetHistory(std::uint64_t nID) const;
     const std::map<std::uint64_t, std::unique_ptr<History>>& GetHistories() const { return m_mapHistories; }
-    /// Makes a History under the wanted id, or a fresh one for INVALID_ID, and gives the id used. A live History of that
-    /// id is replaced, unless a temporary one is asked for and the live one is not. Code 5 for an id from 0xFFFFFFFE
-    /// up, 1 when no id is left, 69 when the one to be replaced is busy.
+    /// Makes a History under the wanted id, or a fresh one for INVALID_ID, and gives the id used. A live History of
+    /// that id is replaced, unless a temporary one is asked for and the live one is not. Code 5 for an id from
+    /// 0xFFFFFFFE up, 1 when no id is left, 69 when the one to be replaced is busy.
     History* CreateHistory(std::uint64_t& nID, bool bNonTemporary, Result& result);
     /// Code 4 for an unknown id, 69 when the History is busy.
     bool DeleteHistory(std::uint64_t nID, Result& result);
@@ -32,7 +32,10 @@ public:
 
     JournalingState& GetJournal() { return m_journal; }
     ProgressHooks& GetProgressHooks() { return m_progressHooks; }
-    const std::function<void(const ModelChangeData&)>& GetModelChangedCallback() const { return m_modelChangedCallback; }
+    const std::function<void(const ModelChangeData&)>& GetModelChangedCallback() const
+    {
+        return m_modelChangedCallback;
+    }
     void SetModelChangedCallback(std::function<void(const ModelChangeData&)> callback);
     /// Straight to the callback, if one is set.
     void Notify(const ModelChangeData& change) const;

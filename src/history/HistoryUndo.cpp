@@ -80,20 +80,28 @@ void History::ReserveReturns(std::uint64_t nFirst, std::uint64_t nLast)
     m_trees.ReserveReturns(std::min(nTouched, m_objects.Size())); // nothing waits twice
 }
 
-void History::UndoActive(Result& result, bool bDeleteRedo, bool bNotify)
+void History::StepBack(Result& result, bool bNotify)
 {
     Delta& delta = *m_aDeltas[m_nActiveDeltaIdx];
-    ClearTemporaryTrees();
-    ReserveReturns(m_nActiveDeltaIdx, m_nActiveDeltaIdx);
     const std::uint64_t nPrevious = delta.GetID();
     if (!UndoDelta(delta, nRecords::nKeep))
         result.SetErrorCode(Result::nUndoDeltaFailed, nPrevious);
-    m_trees.TrimReturns();
     --m_nActiveDeltaIdx;
     if (bNotify)
         NotifyModelChanged(nModelUndone, "", nPrevious, GetActiveDeltaID());
+}
+
+void History::UndoActive(Result& result, bool bDeleteRedo, bool bNotify)
+{
+    ClearTemporaryTrees();
+    ReserveReturns(m_nActiveDeltaIdx, m_nActiveDeltaIdx);
+    std::set<std::uint64_t> aFreeable;
     if (bDeleteRedo)
-        DeleteRedo(true);
+        aFreeable = GetIDsMadeFrom(m_nActiveDeltaIdx);
+    StepBack(result, bNotify);
+    m_trees.TrimReturns();
+    if (bDeleteRedo)
+        DropRedo(aFreeable);
 }
 
 /// Undoes everything down to and including `nDelta`, for good.
@@ -105,24 +113,21 @@ void History::UndoAwayFrom(Result& result, std::uint64_t nDelta, bool bDeleteRed
     if (m_nActiveDeltaIdx == INVALID_ID || nIndex > m_nActiveDeltaIdx)
         return result.SetErrorCode(Result::nBadInput);
 
-    if (CanRedo())
-        DeleteRedo(true);
-    for (std::uint64_t n = m_nActiveDeltaIdx; n > nIndex; --n)
+    ClearTemporaryTrees();
+    ReserveReturns(nIndex, m_nActiveDeltaIdx);
+    std::set<std::uint64_t> aFreeable = GetIDsMadeFrom(nIndex);
+    DropRedo(aFreeable);
+    while (m_nActiveDeltaIdx > nIndex)
     {
-        const std::uint64_t nActive = GetActiveDeltaID();
-        Result step;
-        Undo(step, true, INVALID_ID, false);
-        if (!step.IsGood())
-            result.SetErrorCode(Result::nUndoDeltaFailed, nActive);
+        StepBack(result, false);
+        DropRedo(aFreeable);
     }
     if (!result.IsGood())
         return;
-    if (GetActiveDeltaID() != nDelta)
-        return result.SetErrorCode(Result::nFailure);
-    Result last;
-    Undo(last, bDeleteRedo, nDelta, bNotify);
-    if (!last.IsGood())
-        result.SetErrorCode(Result::nUndoDeltaFailed, nDelta);
+    StepBack(result, bNotify);
+    m_trees.TrimReturns();
+    if (bDeleteRedo)
+        DropRedo(aFreeable);
 }
 
 bool History::Redo(std::uint64_t nDelta)
@@ -165,7 +170,11 @@ void History::UndoToDelta(Result& result, std::uint64_t nDelta, bool bDeleteRedo
     if (!CanUndoToDelta(nDelta))
         return result.SetErrorCode(Result::nFailure);
     ClearTemporaryTrees();
-    ReserveReturns(FindDeltaIndex(nDelta) + 1, m_nActiveDeltaIdx);
+    const std::uint64_t nFirst = FindDeltaIndex(nDelta) + 1; // INVALID_ID wraps to 0
+    ReserveReturns(nFirst, m_nActiveDeltaIdx);
+    std::set<std::uint64_t> aFreeable;
+    if (bDeleteRedo)
+        aFreeable = GetIDsMadeFrom(nFirst);
     const std::uint64_t nPrevious = GetActiveDeltaID();
     do
     {
@@ -177,7 +186,7 @@ void History::UndoToDelta(Result& result, std::uint64_t nDelta, bool bDeleteRedo
     m_trees.TrimReturns();
     NotifyModelChanged(nModelUndone, "", nPrevious, GetActiveDeltaID());
     if (bDeleteRedo)
-        DeleteRedo(true);
+        DropRedo(aFreeable);
 }
 
 void History::RedoToDelta(Result& result, std::uint64_t nDelta)

@@ -5,7 +5,8 @@ namespace QRV
 namespace
 {
 template <class T>
-void InsertInto(BoxTree<T> TopologyTrees::*pTree, TopologyTrees& main, std::optional<TopologyTrees>& temporary, T* pElement)
+void InsertInto(BoxTree<T> TopologyTrees::*pTree, TopologyTrees& main, std::optional<TopologyTrees>& temporary,
+                T* pElement)
 {
     // Room in both before either changes.
     (main.*pTree).ReserveReturns(1);

@@ -2,7 +2,8 @@
 
 namespace QRV
 {
-TemporaryTreesScope::TemporaryTreesScope(History& history, const Object* pFirst, const Object* pSecond) : m_history(history)
+TemporaryTreesScope::TemporaryTreesScope(History& history, const Object* pFirst, const Object* pSecond)
+    : m_history(history)
 {
     history.FlushAwaiting();
     std::vector<Object*> aBelow;

@@ -1,0 +1,202 @@
+#include "history/HistoryRegistry.h"
+#include "support/FailingAllocator.h"
+#include "support/TestModel.h"
+
+#include <stdexcept>
+
+namespace QRV
+{
+namespace
+{
+using IDs = std::vector<std::uint64_t>;
+
+std::uint64_t Create(std::uint64_t nWanted, bool bNonTemporary, unsigned nCode = 0)
+{
+    std::uint64_t nID = nWanted;
+    EXPECT_EQ(APICreateHistory(nID, bNonTemporary).GetErrorCode(), nCode);
+    EXPECT_TRUE(nCode == 0 || nID == nWanted);
+    return nID;
+}
+
+IDs GetAll(bool bTemporaryToo)
+{
+    IDs aIDs;
+    EXPECT_TRUE(APIGetAllHistoriesReadOnly(aIDs, bTemporaryToo).IsGood());
+    return aIDs;
+}
+
+/// Starts with a registry as in a fresh process.
+class HistoryRegistryCalls : public testing::Test
+{
+protected:
+    HistoryRegistryCalls() { EXPECT_TRUE(APIDeleteAllHistories().IsGood()); }
+    ~HistoryRegistryCalls() override
+    {
+        HistoryRegistry::Get().SetModelChangedCallback(nullptr);
+        EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+    }
+};
+} // namespace
+
+TEST_F(HistoryRegistryCalls, GiveIDsInTurn)
+{
+    EXPECT_EQ(Create(INVALID_ID, true), 0u);
+    EXPECT_EQ(Create(INVALID_ID, false), 1u);
+    EXPECT_EQ(Create(42, true), 42u);
+    EXPECT_EQ(Create(INVALID_ID, true), 43u);
+    EXPECT_EQ(Create(7, true), 7u);
+    EXPECT_EQ(GetAll(false), (IDs{0, 7, 42, 43}));
+    EXPECT_EQ(GetAll(true), (IDs{0, 1, 7, 42, 43}));
+    bool bAnswer = true;
+    EXPECT_TRUE(APIIsHistoryNonTemporaryReadOnly(1, bAnswer).IsGood());
+    EXPECT_FALSE(bAnswer);
+    EXPECT_TRUE(APIIsHistoryLiveReadOnly(INVALID_ID, bAnswer).IsGood());
+    EXPECT_FALSE(bAnswer);
+    for (const std::uint64_t nBad : {std::uint64_t(0xFFFFFFFE), std::uint64_t(0xFFFFFFFF), INVALID_ID - 1})
+        Create(nBad, true, Result::nBadInput);
+    EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+    EXPECT_TRUE(GetAll(true).empty());
+    EXPECT_EQ(Create(INVALID_ID, true), 0u);
+    EXPECT_EQ(Create(0xFFFFFFFD, true), 0xFFFFFFFDu);
+    Create(INVALID_ID, true, Result::nFailure);
+    std::uint64_t nZero = 0;
+    EXPECT_EQ(APIChangeHistoryID(nZero).GetErrorCode(), Result::nFailure);
+    EXPECT_EQ(nZero, 0u);
+}
+
+TEST_F(HistoryRegistryCalls, ReplaceButNeverALastingModelByAScratchOne)
+{
+    const auto draw = [](std::uint64_t h)
+    {
+        std::uint64_t nVertex = INVALID_ID;
+        EXPECT_TRUE(APICreateVertex(h, {1, 2, 3}, nVertex).IsGood());
+    };
+    const auto isEmpty = [](std::uint64_t h)
+    {
+        bool bLive = true;
+        EXPECT_TRUE(APIIsObjectLiveReadOnly(h, 0, bLive).IsGood());
+        return !bLive;
+    };
+    const std::uint64_t nLasting = Create(INVALID_ID, true);
+    const std::uint64_t nScratch = Create(INVALID_ID, false);
+    draw(nLasting);
+    draw(nScratch);
+    EXPECT_EQ(Create(nLasting, false), 2u);
+    EXPECT_FALSE(isEmpty(nLasting));
+    EXPECT_EQ(Create(nScratch, false), nScratch);
+    EXPECT_TRUE(isEmpty(nScratch));
+    draw(nScratch);
+    EXPECT_EQ(Create(nScratch, true), nScratch);
+    EXPECT_TRUE(isEmpty(nScratch));
+    EXPECT_EQ(Create(nLasting, true), nLasting);
+    EXPECT_TRUE(isEmpty(nLasting));
+    EXPECT_EQ(GetAll(true), (IDs{0, 1, 2}));
+}
+
+TEST_F(HistoryRegistryCalls, RenameAHistoryWithAllItsStates)
+{
+    const std::uint64_t nOld = Create(5, true);
+    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}).IsGood());
+    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {0, 1, 0}).IsGood());
+    EXPECT_TRUE(APIUndoHistory(nOld).IsGood());
+    std::uint64_t nID = nOld;
+    EXPECT_TRUE(APIChangeHistoryID(nID).IsGood());
+    EXPECT_EQ(nID, 6u);
+    bool bLive = false;
+    EXPECT_EQ(APIIsObjectLiveReadOnly(nOld, 0, bLive).GetErrorCode(), Result::nBadHistoryID);
+    EXPECT_TRUE(APIIsObjectLiveReadOnly(nID, 0, bLive).IsGood());
+    EXPECT_TRUE(bLive);
+    std::uint64_t nUnknown = 77;
+    EXPECT_EQ(APIChangeHistoryID(nUnknown).GetErrorCode(), Result::nBadHistoryID);
+    EXPECT_EQ(nUnknown, 77u);
+    History& history = *HistoryRegistry::Get().GetHistory(6);
+    EXPECT_TRUE(APIRedoHistory(6).IsGood());
+    ExpectSound(history);
+    ExpectUndoRedoRestores(history);
+    IDs aReached{9};
+    EXPECT_TRUE(APIGetAllReachableHistoriesReadOnly(6, true, aReached).IsGood());
+    EXPECT_TRUE(APIGetAllReachableHistoriesReadOnly(6, false, aReached).IsGood());
+    EXPECT_EQ(aReached, (IDs{9, 6, 6}));
+}
+
+TEST_F(HistoryRegistryCalls, EndAllTellingOfEachAndSurviveWhatCallbacksDo)
+{
+    Create(3, true);
+    Create(1, false);
+    std::vector<std::pair<int, std::uint64_t>> aHeard;
+    HistoryRegistry::Get().SetModelChangedCallback(
+        [&](const ModelChangeData& change)
+        {
+            aHeard.emplace_back(int(change.type), change.historyID);
+            if (change.type != nModelAllHistoriesDeleted)
+                return;
+            EXPECT_TRUE(GetAll(true).empty()) << "they are gone for all who ask";
+            EXPECT_EQ(Create(INVALID_ID, true), 4u);
+        });
+    EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+    EXPECT_EQ(aHeard, (std::vector<std::pair<int, std::uint64_t>>{{7, INVALID_ID}, {5, 1}, {5, 3}}));
+    EXPECT_EQ(GetAll(true), IDs{4});
+    HistoryRegistry::Get().SetModelChangedCallback([](const ModelChangeData&) { throw std::runtime_error("host"); });
+    EXPECT_EQ(APIDeleteAllHistories().GetErrorCode(), Result::nCaughtException);
+    HistoryRegistry::Get().SetModelChangedCallback(nullptr);
+    EXPECT_TRUE(GetAll(true).empty());
+    for (std::uint64_t n = 0; n < 3; ++n)
+        EXPECT_EQ(Create(INVALID_ID, true), n);
+}
+
+TEST_F(HistoryRegistryCalls, MakeAHistoryWhollyOrNotAtAll)
+{
+    const std::uint64_t nOld = Create(0, true);
+    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}).IsGood());
+    for (const std::uint64_t nWanted : {INVALID_ID, nOld})
+        for (std::size_t nGranted = 0;; ++nGranted)
+        {
+            std::uint64_t nID = nWanted;
+            Result result;
+            {
+                const FailingAllocator::Scope scope(nGranted);
+                result = APICreateHistory(nID, true);
+            }
+            if (!FailingAllocator::HasFailed())
+            {
+                EXPECT_EQ(nID, nWanted == INVALID_ID ? 1u : nOld);
+                break;
+            }
+            EXPECT_EQ(result.GetErrorCode(), Result::nCaughtException);
+            EXPECT_EQ(nID, nWanted);
+            bool bLive = false;
+            EXPECT_TRUE(APIIsObjectLiveReadOnly(nOld, 0, bLive).IsGood());
+            EXPECT_TRUE(bLive) << "the old one went before the new one stood";
+        }
+}
+
+TEST_F(HistoryRegistryCalls, WeighAHistory)
+{
+    const std::uint64_t h = Create(INVALID_ID, true);
+    std::uint64_t nEmpty = 0;
+    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nEmpty, false).IsGood());
+    EXPECT_GE(nEmpty, 384u);
+    std::uint64_t nBefore = nEmpty;
+    for (int n = 0; n < 300; ++n)
+    {
+        EXPECT_TRUE(APIConnectPoint3ds(h, {double(n), 0, 0}, {double(n + 1), 0, 0}).IsGood());
+        std::uint64_t nAll = 0;
+        std::uint64_t nActive = 0;
+        EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nAll, false).IsGood());
+        EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nActive, true).IsGood());
+        EXPECT_GT(nAll, nBefore);
+        EXPECT_LT(nActive, nAll);
+        nBefore = nAll;
+    }
+    EXPECT_LT(nBefore - nEmpty, 300 * 1000u);
+    // Undone and thrown away, without the ids: nothing may weigh more as it stands than with its past.
+    EXPECT_TRUE(APIUndoHistoryToDelta(h, INVALID_ID).IsGood());
+    EXPECT_TRUE(APIDeleteAllRedoHistory(h, false).IsGood());
+    std::uint64_t nAll = 0;
+    std::uint64_t nActive = 0;
+    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nAll, false).IsGood());
+    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nActive, true).IsGood());
+    EXPECT_LE(nActive, nAll);
+    EXPECT_LT(nAll, nBefore);
+}
+} // namespace QRV

@@ -1,0 +1,222 @@
+// Steps forth and back at random, against a plain list of what the model was at each step.
+
+#include "support/TestModel.h"
+
+#include <map>
+
+namespace QRV
+{
+namespace
+{
+/// What a model is at one step.
+struct Sight
+{
+    std::string strModel;
+    std::map<std::uint64_t, const Object*> mapAddresses;
+
+    bool operator==(const Sight&) const = default;
+};
+
+class Walk
+{
+public:
+    explicit Walk(unsigned nSeed) : m_random(nSeed) {}
+
+    void Run(int nSteps)
+    {
+        for (int n = 0; n < nSteps && !testing::Test::HasFailure(); ++n)
+        {
+            SCOPED_TRACE(n);
+            switch (Pick(16))
+            {
+            case 0:
+            case 1:
+                Undo(false);
+                break;
+            case 2:
+                Redo();
+                break;
+            case 3:
+                Jump();
+                break;
+            case 4:
+                Pick(3) ? Jump() : Merge();
+                break;
+            case 5:
+                Pick(3) ? Redo() : Undo(true);
+                break;
+            case 6:
+                Pick(3) ? Redo() : DeleteRedo();
+                break;
+            case 7:
+                Pick(4) ? Undo(false) : UndoAwayFrom();
+                break;
+            default:
+                Draw();
+            }
+            ExpectAsNoted();
+        }
+        ExpectUndoRedoRestores(m_model);
+    }
+
+private:
+    static constexpr std::size_t kNothing = 0; ///< place of the state before the first step
+
+    std::uint64_t Pick(std::uint64_t n) { return m_random() % n; }
+    Point3d PickPoint()
+    {
+        const double x = double(Pick(4));
+        const double y = double(Pick(4));
+        return {x, y, double(Pick(3))};
+    }
+    std::uint64_t GetID() const { return m_model.GetID(); }
+    std::uint64_t GetDeltaID(std::size_t nPlace) const { return m_aNotes[nPlace].first; }
+    std::size_t PickPlace() { return Pick(m_aNotes.size()); }
+
+    Sight Look() const
+    {
+        Sight sight{m_model.Describe(), {}};
+        const History& history = m_model.GetHistory();
+        for (std::uint64_t nID = 0; nID < history.GetObjectTable().Size(); ++nID)
+            if (const Object* pObject = history.GetObject(nID))
+                sight.mapAddresses.emplace(nID, pObject);
+        return sight;
+    }
+
+    void ExpectAsNoted()
+    {
+        ExpectSound(m_model);
+        EXPECT_TRUE(Look() == m_aNotes[m_nActive].second) << m_model.Describe();
+        std::vector<std::uint64_t> aIDs;
+        EXPECT_TRUE(APIGetAllHistoryDeltasReadOnly(GetID(), aIDs).IsGood());
+        std::vector<std::uint64_t> aExpected;
+        for (std::size_t n = 1; n < m_aNotes.size(); ++n)
+            aExpected.push_back(GetDeltaID(n));
+        EXPECT_EQ(aIDs, aExpected);
+        std::uint64_t nActive = 0;
+        EXPECT_TRUE(APIGetIdOfActiveDeltaReadOnly(GetID(), nActive).IsGood());
+        EXPECT_EQ(nActive, GetDeltaID(m_nActive));
+        bool bCanUndo = false;
+        bool bCanRedo = false;
+        EXPECT_TRUE(APICanUndoHistoryReadOnly(GetID(), bCanUndo).IsGood());
+        EXPECT_TRUE(APICanRedoHistoryReadOnly(GetID(), bCanRedo).IsGood());
+        EXPECT_EQ(bCanUndo, m_nActive > kNothing);
+        EXPECT_EQ(bCanRedo, m_nActive + 1 < m_aNotes.size());
+    }
+
+    void Draw()
+    {
+        const Sight before = Look();
+        std::uint64_t nID = INVALID_ID;
+        std::vector<Point3d> aPoints;
+        const Point3d p = PickPoint();
+        const Point3d q = PickPoint();
+        switch (Pick(5))
+        {
+        case 0:
+            EXPECT_TRUE(APICreateVertex(GetID(), p, nID).IsGood());
+            break;
+        case 1:
+            EXPECT_TRUE(APICreatePolyline(GetID(), {p, q, PickPoint()}, nID, Pick(2) == 0).GetErrorCode() !=
+                        Result::nCaughtException);
+            break;
+        case 2:
+            EXPECT_NE(APICreateRectangle(GetID(), p, q, PickPoint(), aPoints, false).GetErrorCode(),
+                      Result::nCaughtException);
+            break;
+        default:
+            EXPECT_TRUE(APIConnectPoint3ds(GetID(), p, q).IsGood());
+        }
+        m_aNotes.resize(m_nActive + 1); // whatever was drawn, or not
+        std::uint64_t nActive = INVALID_ID;
+        EXPECT_TRUE(APIGetIdOfActiveDeltaReadOnly(GetID(), nActive).IsGood());
+        const Sight after = Look();
+        if (nActive == GetDeltaID(m_nActive))
+        {
+            EXPECT_TRUE(after == before);
+            return;
+        }
+        EXPECT_GT(nActive, m_nNewestDelta) << "a delta's id came twice";
+        m_nNewestDelta = nActive;
+        m_aNotes.emplace_back(nActive, after);
+        ++m_nActive;
+    }
+
+    void Undo(bool bDeleteRedo)
+    {
+        EXPECT_TRUE(APIUndoHistory(GetID(), bDeleteRedo).IsGood());
+        if (m_nActive == kNothing)
+            return;
+        --m_nActive;
+        if (bDeleteRedo)
+            m_aNotes.resize(m_nActive + 1);
+    }
+
+    void Redo()
+    {
+        const bool bCan = m_nActive + 1 < m_aNotes.size();
+        EXPECT_EQ(APIRedoHistory(GetID()).GetErrorCode(), bCan ? Result::nOK : Result::nFailure);
+        m_nActive += bCan;
+    }
+
+    void Jump()
+    {
+        const std::size_t nPlace = PickPlace();
+        EXPECT_TRUE(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace)).IsGood());
+        m_nActive = nPlace;
+    }
+
+    void DeleteRedo()
+    {
+        EXPECT_TRUE(APIDeleteAllRedoHistory(GetID(), Pick(2) == 0).IsGood());
+        m_aNotes.resize(m_nActive + 1);
+    }
+
+    void UndoAwayFrom()
+    {
+        const std::size_t nPlace = PickPlace();
+        const bool bDeleteRedo = Pick(2) == 0;
+        if (nPlace == kNothing || nPlace > m_nActive)
+            return;
+        EXPECT_TRUE(APIUndoHistory(GetID(), bDeleteRedo, GetDeltaID(nPlace)).IsGood());
+        const bool bWasActive = nPlace == m_nActive;
+        m_nActive = nPlace - 1;
+        if (bDeleteRedo)
+            m_aNotes.resize(nPlace);
+        else if (!bWasActive)
+            m_aNotes.resize(nPlace + 1);
+    }
+
+    void Merge()
+    {
+        const std::size_t nFirst = PickPlace();
+        const std::size_t nLast = PickPlace();
+        if (nFirst == kNothing || nFirst >= nLast || nLast > m_nActive)
+            return;
+        EXPECT_TRUE(APIMergeDeltas(GetID(), GetDeltaID(nFirst), GetDeltaID(nLast), Pick(2) == 0).IsGood());
+        std::vector<std::uint64_t> aIDs;
+        APIGetAllHistoryDeltasReadOnly(GetID(), aIDs);
+        const bool bLeftNothing = std::find(aIDs.begin(), aIDs.end(), GetDeltaID(nLast)) == aIDs.end();
+        EXPECT_TRUE(!bLeftNothing || m_aNotes[nLast].second == m_aNotes[nFirst - 1].second);
+        const std::size_t nEnd = bLeftNothing ? nLast + 1 : nLast;
+        m_aNotes.erase(m_aNotes.begin() + std::ptrdiff_t(nFirst), m_aNotes.begin() + std::ptrdiff_t(nEnd));
+        m_nActive -= nEnd - nFirst;
+    }
+
+    std::mt19937_64 m_random;
+    TestModel m_model;
+    std::vector<std::pair<std::uint64_t, Sight>> m_aNotes{{INVALID_ID, {}}}; ///< delta id and what it led to
+    std::size_t m_nActive = kNothing;
+    std::uint64_t m_nNewestDelta = 0;
+};
+} // namespace
+
+TEST(UndoWalk, FindsEveryStateAsItWasLeft)
+{
+    for (unsigned nSeed = 1; nSeed <= 40 && !testing::Test::HasFailure(); ++nSeed)
+    {
+        SCOPED_TRACE(nSeed);
+        Walk(nSeed).Run(120);
+    }
+}
+} // namespace QRV

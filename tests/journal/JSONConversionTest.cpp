@@ -1,0 +1,213 @@
+#include <QRV/JSONConversion.h>
+#include <QRV/ObjectTypes.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace QRV
+{
+namespace
+{
+using nlohmann::json;
+
+template <class T>
+bool Read(const json& source, T& out, const std::string& strKey = {}, bool bOptional = false)
+{
+    return from_json_impl<T>::f(source, strKey, out, bOptional);
+}
+
+/// The value has this JSON, and the JSON reads as the value.
+template <class T>
+void ExpectBothWays(const T& value, const char* pText)
+{
+    SCOPED_TRACE(pText);
+    EXPECT_EQ(to_json_impl<T>::f(value).dump(), json::parse(pText).dump());
+    T read{};
+    EXPECT_TRUE(Read(json::parse(pText), read));
+    EXPECT_EQ(to_json_impl<T>::f(read).dump(), json::parse(pText).dump());
+    const json within{{"key", json::parse(pText)}};
+    T readWithin{};
+    EXPECT_TRUE(Read(within, readWithin, "key"));
+    EXPECT_EQ(to_json_impl<T>::f(readWithin).dump(), json::parse(pText).dump());
+}
+
+template <class T>
+void ExpectRefused(std::initializer_list<const char*> aTexts)
+{
+    for (const char* pText : aTexts)
+    {
+        T read{};
+        bool bGood = false;
+        try
+        {
+            bGood = Read(json::parse(pText), read);
+        }
+        catch (const json::type_error&)
+        {
+        }
+        EXPECT_FALSE(bGood) << pText;
+    }
+}
+} // namespace
+
+TEST(JSONConversion, GoesToAndFroForEveryValue)
+{
+    ExpectBothWays(true, "true");
+    ExpectBothWays(-5, "-5");
+    ExpectBothWays(std::uint64_t(7), "7");
+    ExpectBothWays(INVALID_ID, "4294967295");
+    ExpectBothWays(0.1, "0.1");
+    ExpectBothWays(0.5f, "0.5");
+    ExpectBothWays(std::string("a\"\xc3\xbc"), "\"a\\\"\xc3\xbc\"");
+    ExpectBothWays(nFaceType, "4");
+    ExpectBothWays(std::vector<bool>{true, false}, "[true,false]");
+    ExpectBothWays(std::vector<std::vector<std::uint64_t>>{{1, INVALID_ID}, {}}, "[[1,4294967295],[]]");
+    ExpectBothWays(std::pair(std::uint64_t(1), std::string("b")), R"({"first":1,"second":"b"})");
+    ExpectBothWays(Point2d(1, 2), R"({"objectName":"Point2d","x":1.0,"y":2.0})");
+    ExpectBothWays(Vector2d(1, 2), R"({"objectName":"Vector2d","x":1.0,"y":2.0})");
+    ExpectBothWays(Point3d(1, 2, 1e300), R"({"objectName":"Point3d","x":1.0,"y":2.0,"z":1e300})");
+    ExpectBothWays(Vector3d(1, -2, 3), R"({"objectName":"Vector3d","x":1.0,"y":-2.0,"z":3.0})");
+    ExpectBothWays(UnitVector3d(Vector3d(0, 0.6, 0.8), false),
+                   R"({"objectName":"UnitVector3d","x":0.0,"y":0.6,"z":0.8})");
+    ExpectBothWays(Line3d({1, 2, 3}, Vector3d(4, 5, 6)),
+                   R"({"objectName":"Line3d","point":{"objectName":"Point3d","x":1.0,"y":2.0,"z":3.0},
+                       "vector":{"objectName":"Vector3d","x":4.0,"y":5.0,"z":6.0}})");
+    ExpectBothWays(Plane(Point3d(7, 8, 2), UnitVector3d(Vector3d(0, 0, 1), false)),
+                   R"({"objectName":"Plane","point":{"objectName":"Point3d","x":0.0,"y":0.0,"z":2.0},
+                       "normal":{"objectName":"UnitVector3d","x":0.0,"y":0.0,"z":1.0}})");
+    ExpectBothWays(Interval3d(Point3d(1, 2, 3), Point3d(4, 5, 6)),
+                   R"({"objectName":"Interval3d","lower":{"objectName":"Point3d","x":1.0,"y":2.0,"z":3.0},
+                       "upper":{"objectName":"Point3d","x":4.0,"y":5.0,"z":6.0}})");
+    ExpectBothWays(Color{1, 2, 3, 255}, R"({"objectName":"Color","r":1,"g":2,"b":3,"a":255})");
+    ExpectBothWays(ObjectHistoryID{1, INVALID_ID},
+                   R"({"objectName":"ObjectHistoryID","History":1,"Object":4294967295})");
+    ExpectBothWays(GroupInstancePath(std::vector<ObjectHistoryID>{{1, 2}, {3, 4}}),
+                   R"({"objectName":"GroupInstancePath","ids":[{"objectName":"ObjectHistoryID","History":1,"Object":2},
+                       {"objectName":"ObjectHistoryID","History":3,"Object":4}]})");
+    ExpectBothWays(Result(Result::nBadInput), R"({"objectName":"QRV::Result","good":false,"error":5})");
+    ExpectBothWays(Transf3d::translation(Vector3d(5, 6, 7)),
+                   to_json_impl<Transf3d>::f(Transf3d::translation(Vector3d(5, 6, 7))).dump().c_str());
+}
+
+TEST(JSONConversion, TakesTheShortAndTheForeignForms)
+{
+    Vector3d vector;
+    EXPECT_TRUE(Read(to_json_impl<UnitVector3d>::f(UnitVector3d(Vector3d(0, 1, 0), false)), vector));
+    EXPECT_EQ(vector[1], 1.0);
+    UnitVector3d unit;
+    EXPECT_TRUE(Read(to_json_impl<Vector3d>::f(Vector3d(0, 0, 1)), unit));
+    ObjectHistoryID id;
+    EXPECT_TRUE(Read(json::parse("[1,-1]"), id));
+    EXPECT_EQ(id, (ObjectHistoryID{1, INVALID_ID}));
+    GroupInstancePath path;
+    EXPECT_TRUE(Read(json::parse("[[1,2],[3,4]]"), path));
+    EXPECT_EQ(path.GetFinalObjectID(), 4u);
+    std::vector<std::uint64_t> aIDs;
+    EXPECT_TRUE(Read(json::parse("7"), aIDs));
+    EXPECT_EQ(aIDs, std::vector<std::uint64_t>{7});
+    std::uint64_t nID = 0;
+    EXPECT_TRUE(Read(json::parse("7.9"), nID));
+    EXPECT_EQ(nID, 7u);
+    EXPECT_TRUE(Read(json::parse("18446744073709551615"), nID));
+    EXPECT_EQ(nID, INVALID_ID);
+
+    // A record in a string, under a key only, and the source stays as it is.
+    const json text{{"p", R"({"objectName":"Point3d","x":1,"y":2,"z":3})"}};
+    const json before = text;
+    Point3d point;
+    EXPECT_TRUE(Read(text, point, "p"));
+    EXPECT_EQ(point[2], 3.0);
+    EXPECT_EQ(text, before);
+    EXPECT_FALSE(Read(text["p"], point));
+    EXPECT_THROW(Read(json{{"p", "{\"objectName\""}}, point, "p"), json::parse_error);
+    EXPECT_FALSE(Read(json{{"p", std::string(100000, '[')}}, point, "p"));
+}
+
+TEST(JSONConversion, RefusesWhatDoesNotFit)
+{
+    ExpectRefused<std::uint64_t>({"-2", "1e300", "-1e300", "18446744073709551616", "\"7\"", "true", "null", "{}"});
+    ExpectRefused<int>({"2147483648", "-2147483649", "1e10", "\"1\"", "null"});
+    ExpectRefused<double>({"\"1\"", "true", "null", "[]"});
+    ExpectRefused<bool>({"1", "\"true\"", "null"});
+    ExpectRefused<std::string>({"1", "null", "[]"});
+    ExpectRefused<std::vector<std::uint64_t>>({"[1,null]", "[\"a\"]", "[-7]", "{}", "\"a\""});
+    ExpectRefused<Point3d>({"{}", "[]", "null", "7", R"({"x":1,"y":2,"z":3})",
+                            R"({"objectName":"Vector3d","x":1,"y":2,"z":3})", R"({"objectName":"Point3d","x":1,"y":2})",
+                            R"({"objectName":"Point3d","x":1,"y":2,"z":"3"})", R"({"objectName":7,"x":1,"y":2,"z":3})",
+                            "[1,2,3]"});
+    ExpectRefused<Vector3d>({R"({"objectName":"Point3d","x":1,"y":2,"z":3})"});
+    ExpectRefused<Color>(
+        {R"({"objectName":"Color","r":256,"g":0,"b":0,"a":0})", R"({"objectName":"Color","r":-1,"g":0,"b":0,"a":0})",
+         R"({"objectName":"Color","r":0,"g":0,"b":0})", R"({"objectName":"Color","r":1e9,"g":0,"b":0,"a":0})"});
+    ExpectRefused<ObjectHistoryID>({R"({"History":1,"Object":2})", "[1]", "[1,2,3]", "[]", "[1,\"2\"]", "[null,2]"});
+    ExpectRefused<GroupInstancePath>({"[7]", "[[1,2],null]", R"({"objectName":"GroupInstancePath"})"});
+    ExpectRefused<Transf3d>({R"({"objectName":"Transf3d","data":[1,2,3]})", R"({"objectName":"Transf3d","data":7})"});
+    ExpectRefused<Result>({R"({"objectName":"Result","error":5})", R"({"objectName":"QRV::Result","error":-1})"});
+}
+
+TEST(JSONConversion, LeavesAMissingOptionalValueAlone)
+{
+    const auto expect = [](const char* pText, const char* pKey, bool bExpected)
+    {
+        Point3d point(1, 2, 3);
+        EXPECT_EQ(Read(json::parse(pText), point, pKey, true), bExpected) << pText;
+        EXPECT_EQ(point[0], 1.0);
+    };
+    expect("null", "", true);
+    expect("null", "p", true);
+    expect("{}", "p", true);
+    expect("7", "p", true);
+    expect(R"({"p":null})", "p", true);
+    expect(R"({"p":{}})", "p", true);
+    expect(R"({"p":[]})", "p", true);
+    expect(R"({"p":{"objectName":"Plane"}})", "p", true);
+    expect(R"({"p":{"x":1}})", "p", false);
+    expect(R"({"p":7})", "p", false);
+    double dValue = 9.0;
+    EXPECT_TRUE(Read(json::parse("{}"), dValue, "d", true));
+    EXPECT_EQ(dValue, 9.0);
+    EXPECT_THROW(Read(json::parse(R"({"d":null})"), dValue, "d", true), json::type_error);
+}
+
+TEST(JSONConversion, CarriesValuesThatOnlyTheHostKnows)
+{
+    struct Door
+    {
+        int nWidth;
+    };
+    const std::map<std::string, utils::any> aKnown{
+        {"b", true}, {"d", 0.5}, {"f", 0.25f}, {"i", -3}, {"n", INVALID_ID}, {"s", std::string("t")}, {"z", {}}};
+    EXPECT_EQ(to_json_impl<decltype(aKnown)>::f(aKnown).dump(),
+              R"({"b":true,"d":0.5,"f":0.25,"i":-3,"n":4294967295,"s":"t","z":null})");
+    EXPECT_TRUE(to_json_impl<utils::any>::f(Door{80}).is_null());
+
+    std::string strTried;
+    RegisterAnyToJSON([&](const utils::any&, json&) { return strTried += "1", false; });
+    RegisterAnyToJSON(
+        [&](const utils::any& value, json& out)
+        {
+            strTried += "2";
+            out = json{{"width", std::any_cast<Door>(value).nWidth}};
+            return true;
+        });
+    RegisterAnyToJSON([&](const utils::any&, json&) { return strTried += "3", true; });
+    RegisterJSONToAny([](const json& source, const std::string& key, utils::any& out)
+                      { return out = Door{(key.empty() ? source : source[key]).value("width", 0)}, true; });
+    EXPECT_EQ(to_json_impl<utils::any>::f(Door{80}).dump(), R"({"width":80})");
+    EXPECT_EQ(strTried, "12");
+
+    std::map<std::string, utils::any> aRead;
+    EXPECT_TRUE(Read(json::parse(R"({"a":[1],"b":true,"d":{"width":70},"f":0.5,"i":-3,"l":-3000000000,"n":3,"s":"t"})"),
+                     aRead));
+    EXPECT_EQ(aRead.size(), 8u);
+    EXPECT_FALSE(aRead["a"].has_value());
+    EXPECT_FALSE(aRead["l"].has_value());
+    EXPECT_EQ(std::any_cast<Door>(aRead["d"]).nWidth, 70);
+    EXPECT_EQ(std::any_cast<int>(aRead["i"]), -3);
+    EXPECT_EQ(std::any_cast<std::uint64_t>(aRead["n"]), 3u);
+    ClearConverters();
+    utils::any value;
+    EXPECT_FALSE(Read(json::parse("{}"), value));
+}
+} // namespace QRV
