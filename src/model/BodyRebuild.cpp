@@ -211,6 +211,8 @@ private:
 
 bool Body::Rebuild(bool bSplitToBodies)
 {
+    if (m_aLumps.empty())
+        return false; // made empty, and to be filled yet
     const bool bMoved = BodyRebuild(*this, bSplitToBodies).Run();
     if (!m_aLumps.empty())
         return bMoved;

@@ -47,13 +47,13 @@ std::size_t CircleAttribute::CheckValidity(std::vector<Result>& aResults) const
 {
     constexpr double kOffCircle = 1e-6;
     std::size_t nFindings = 0;
-    if (m_normal.isExactNull() || m_xAxis.isExactNull() || m_dRadius < kMinRadius || !m_normal.isPerpend(m_xAxis))
+    if (m_normal.isExactNull() || m_xAxis.isExactNull() || !(m_dRadius >= kMinRadius) || !m_normal.isPerpend(m_xAxis))
         nFindings += AddFinding(aResults, Result::nCircleAttributeBadData, this);
     const double dTol = std::max(m_dRadius, 1.0) * kOffCircle;
     const Plane plane(m_center, m_normal);
     // Nearer to the centre than the circle is where a chord was cut.
     const auto isOff = [&](const Vertex* pVertex) {
-        return std::abs(plane.dist(pVertex->GetPosition())) > dTol || m_center.dist(pVertex->GetPosition()) > m_dRadius + dTol;
+        return !pVertex || std::abs(plane.dist(pVertex->GetPosition())) > dTol || m_center.dist(pVertex->GetPosition()) > m_dRadius + dTol;
     };
     for (const std::uint64_t nOwner : m_aOwnerIDs)
     {

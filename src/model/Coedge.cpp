@@ -177,6 +177,20 @@ void Coedge::GetParents(std::vector<Object*>& aParents, ObjectSet& seen) const
         aParents.push_back(m_pLoop);
 }
 
+bool Coedge::IsOnWalkOfLoop() const
+{
+    // Coedges that are linked are on the walk together or not at all. The lowest among its neighbours walks for the
+    // others, so that the audit of a long loop does not go round it once for each coedge.
+    const auto speaksForThis = [this](const Coedge* pNeighbour)
+    { return pNeighbour && pNeighbour->m_pLoop == m_pLoop && pNeighbour->GetID() < GetID(); };
+    if ((speaksForThis(m_pPrevious) && m_pPrevious->m_pNext == this) ||
+        (speaksForThis(m_pNext) && m_pNext->m_pPrevious == this))
+        return true;
+    bool bFound = false;
+    m_pLoop->ForEachCoedge([&](const Coedge& coedge) { bFound = bFound || &coedge == this; });
+    return bFound;
+}
+
 std::size_t Coedge::CheckValidity(std::vector<Result>& aResults) const
 {
     std::size_t nFindings = 0;
@@ -192,6 +206,8 @@ std::size_t Coedge::CheckValidity(std::vector<Result>& aResults) const
         nFindings += AddFinding(aResults, Result::nCoedgeNextLoop, this, m_pNext);
     if (!m_pNext || m_pNext->m_pPrevious != this || m_pNext->GetStartVertex() != GetEndVertex())
         nFindings += AddFinding(aResults, Result::nCoedgeNextMismatch, this, m_pNext);
+    if (m_pLoop && m_pLoop->GetCoedge() && !IsOnWalkOfLoop())
+        nFindings += AddFinding(aResults, Result::nLoopCoedgeMismatch, m_pLoop, this);
     return nFindings + Object::CheckValidity(aResults);
 }
 

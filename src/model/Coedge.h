@@ -65,6 +65,8 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    bool IsOnWalkOfLoop() const;
+
     bool m_bForward;
     Loop* m_pLoop = nullptr;
     Edge* m_pEdge = nullptr;

@@ -22,6 +22,13 @@ std::vector<std::uint64_t> GetEdgeIDs(const Vertex& vertex)
     return aIDs;
 }
 
+void RemoveRedundant(const History& history, const std::vector<std::uint64_t>& aVertexIDs)
+{
+    for (const std::uint64_t nVertex : aVertexIDs)
+        if (auto* pVertex = history.Get<Vertex>(nVertex))
+            pVertex->RemoveIfRedundant();
+}
+
 /// Takes an edge out from between its two coedges, which run against one another.
 class EdgeRemoval
 {
@@ -179,7 +186,7 @@ bool Edge::TryMerge(MergeOutcome& outcome, bool /*bCheckUV*/, bool bMarkSmooth, 
     Face* pOther = pPartner->GetFace();
     if (pPartner->GetLoop() != m_pCoedge->GetLoop())
     {
-        if (!pOther)
+        if (!pOther || pOther == pFace)
             return false;
         const Plane plane = pFace->GetPlane();
         const Plane other = pOther->GetPlane();
@@ -208,17 +215,25 @@ bool Edge::Delete(bool bNoVertexCleanup)
         if (outcome.pRemovedFace)
             outcome.pRemovedFace->Delete(false, true);
         if (!bNoVertexCleanup)
-            for (const std::uint64_t nVertex : {nStart, nEnd})
-                if (auto* pVertex = history.Get<Vertex>(nVertex))
-                    pVertex->RemoveIfRedundant();
+            RemoveRedundant(history, {nStart, nEnd});
         return true;
     }
     std::vector<Face*> aFaces;
     GetFaces(aFaces);
+    std::vector<std::uint64_t> aVertexIDs{nStart, nEnd};
     for (Face* pFace : aFaces)
-        pFace->Delete(!bNoVertexCleanup, true);
+    {
+        std::vector<Vertex*> aVertices;
+        pFace->GetVertices(aVertices);
+        for (const Vertex* pVertex : aVertices)
+            aVertexIDs.push_back(pVertex->GetID());
+        pFace->Delete(false, true);
+    }
     if (auto* pSelf = history.Get<Edge>(nSelf))
         pSelf->DeleteSelf();
+    // Behind the edge's end, which might have been joined to the edge it runs on to.
+    if (!bNoVertexCleanup)
+        RemoveRedundant(history, aVertexIDs);
     return true;
 }
 } // namespace QRV

@@ -173,23 +173,25 @@ void Vertex::SetPosition(const Point3d& position)
 {
     if (m_Position.distSqrd(position) < kPointToleranceSqrd)
         return;
-    Transform(Transf3d::translation(position - m_Position));
-    if (m_Position.distSqrd(position) > 0.0)
-        m_Position = position; // a translation far from the origin rounds; the tree's slack covers the difference
+    MoveTo(position);
     Changed(nMoved);
 }
 
 void Vertex::Transform(const Transf3d& transform)
 {
-    if (transform.isIdentity())
-        return;
+    if (!transform.isIdentity())
+        MoveTo(transform * m_Position);
+}
+
+void Vertex::MoveTo(const Point3d& position)
+{
     RecordChange();
     std::vector<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (Edge* pEdge : aEdges)
         pEdge->Changed(nChangeBox);
-    RemoveFromSearch();
-    m_Position *= transform;
+    RemoveFromSearch(); // by the box that it was entered with
+    m_Position = position;
     AddToSearch();
 }
 
@@ -248,12 +250,13 @@ std::size_t Vertex::CheckValidity(std::vector<Result>& aResults) const
             nFindings += AddFinding(aResults, Result::nVertexBadEdge, this, pEntry);
     for (Edge* pEntry : m_aEdgesPerGroup)
     {
-        if (!pEntry)
+        if (!pEntry || !pEntry->HasVertex(this))
             continue;
         std::vector<Edge*> aGroup;
         GetConnectedEdges(aGroup, pEntry);
-        const auto nEntries = std::count_if(aGroup.begin(), aGroup.end(), [&](const Edge* pEdge) {
-            return std::find(m_aEdgesPerGroup.begin(), m_aEdgesPerGroup.end(), pEdge) != m_aEdgesPerGroup.end();
+        // Counted over the entries, since one edge may stand there twice.
+        const auto nEntries = std::count_if(m_aEdgesPerGroup.begin(), m_aEdgesPerGroup.end(), [&](const Edge* pEdge) {
+            return std::find(aGroup.begin(), aGroup.end(), pEdge) != aGroup.end();
         });
         if (nEntries > 1)
         {

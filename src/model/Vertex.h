@@ -84,6 +84,9 @@ private:
     static constexpr std::uint64_t kUseMask = 0xfffff;
     static constexpr std::uint64_t kSmooth = 0x100000;
 
+    /// Takes the vertex and its edges along in the trees; faces have to be told by Changed.
+    void MoveTo(const Point3d& position);
+
     Point3d m_Position;
     std::vector<Edge*> m_aEdgesPerGroup;
     std::uint64_t m_nUseAndFlags = 0;

@@ -225,6 +225,11 @@ TEST(BodyRebuild, EndsABodyThatHasLostAllItsFaces)
     }
     EXPECT_EQ(Describe(model.GetHistory()), "");
     ExpectUndoRedoRestores(model.GetHistory());
+
+    // One that was made empty waits for faces.
+    Step step(model, true);
+    EXPECT_FALSE(model.GetHistory().Create<Body>().Rebuild(false));
+    EXPECT_NE(Describe(model.GetHistory()), "");
 }
 
 TEST(BodyBox, FollowsWhateverHappensToItsFaces)
@@ -274,92 +279,5 @@ TEST(BodyBox, FollowsWhateverHappensToItsFaces)
         }
         EXPECT_TRUE(pBody->GetCachedBox().isEqual(GetBoxOfVertices(*pBody), 0.0));
     }
-}
-
-TEST(Validity, NamesTheOneThingThatIsWrong)
-{
-    PolygonModel model;
-    const Frame& at = GetFrames()[1];
-    const Polygon square{at(0, 0), at(10, 0), at(10, 10), at(0, 10)};
-    const Polygon hole{at(2, 2), at(2, 4), at(4, 4), at(4, 2)};
-    Face* pFace = nullptr;
-    Face* pOther = nullptr;
-    Body* pBlock = nullptr;
-    Body* pHollow = nullptr;
-    {
-        Step step(model);
-        pFace = &model.AddFace(square, {hole});
-        pOther = &model.AddFace({at(20, 0), at(30, 0), at(30, 20), at(20, 10)});
-        pBlock = &model.AddBlock(at, Point3d(0, 0, 5), Point3d(2, 2, 7));
-        pHollow = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 10), Point3d(9, 9, 19)),
-                                  model.AddBlockFaces(at, Point3d(3, 3, 13), Point3d(6, 6, 16), true)});
-    }
-    ExpectSound(model.GetHistory());
-    Lump& lump = *pHollow->GetLumps()[0];
-    Shell& outer = *lump.GetShells()[0];
-    Shell& inner = *lump.GetShells()[1];
-    Loop& outline = *pFace->GetLoops()[0];
-    Loop& inFace = *pFace->GetLoops()[1];
-    // Moves a vertex behind the back of its faces.
-    const auto shift = [&](const Point3d& from, const Point3d& to)
-    { model.AddVertex(from).Transform(Transf3d(Point3d() + (to - from))); };
-    const auto freshen = [&](unsigned nFlags) { pFace->Changed(nFlags); };
-    // The hole grows to twice its width, and the triangles do not hear of it.
-    const auto widenHole = [&] {
-        inFace.SetCoedge(model.AddLoop({at(2, 2), at(2, 4), at(6, 4), at(6, 2)}).GetCoedge());
-    };
-
-    struct Case
-    {
-        Result::nResultType nExpected;
-        const Object& broken;
-        std::function<void()> damage;
-    };
-    const Case aCases[] = {
-        {Result::nFaceNoLoops, *pOther, [&] { pOther->RemoveLoop(pOther->GetOuterLoop()); }},
-        {Result::nFaceBadBox, *pFace, [&] { shift(at(10, 10), at(11, 11)); }},
-        {Result::nFaceLoopOwner, *pFace, [&] { inFace.SetFace(pOther); }},
-        {Result::nLoopBadArea, *pFace, [&] { inFace.Reverse(), freshen(nChangeFacets); }},
-        {Result::nVertexFarFromFace, *pFace, [&] { shift(at(10, 10), at(10, 10, 0.001)), freshen(nChangeBox); }},
-        {Result::nFaceBadFacets, *pFace, [&] { widenHole(); }},
-        {Result::nLoopNoCoedge, outline, [&] { outline.SetCoedge(nullptr); }},
-        {Result::nLoopBadCoedges, outline, [&] { outline.GetCoedge()->SetNext(nullptr); }},
-        {Result::nLoopBadCoedges, outline,
-         [&] { outline.GetCoedge()->GetNext()->SetNext(outline.GetCoedge()->GetNext()); }},
-        {Result::nShellFaceOwner, outer, [&] { (*outer.GetFaces().begin())->SetShell(&inner); }},
-        {Result::nLumpShellOwner, lump, [&] { outer.SetLump(pBlock->GetLumps()[0]); }},
-        {Result::nBodyLumpOwner, *pHollow, [&] { lump.SetBody(pBlock); }},
-        {Result::nBodyBadBox, *pHollow, [&] { shift(at(9, 9, 19), at(12, 12, 22)); }},
-    };
-    for (const Case& test : aCases)
-    {
-        Step step(model, true);
-        test.damage();
-        EXPECT_EQ(GetFindings(test.broken), (std::vector<unsigned>{test.nExpected}));
-    }
-    ExpectSound(model.GetHistory());
-}
-
-TEST(Validity, TellsWhatIsNoVoidAndNoHole)
-{
-    PolygonModel model;
-    const Frame& at = GetFrames()[1];
-    const Point3d aBlocks[][2] = {{Point3d(3, 3, 3), Point3d(4, 4, 4)},    // a void within
-                                  {Point3d(30, 3, 3), Point3d(34, 4, 4)}}; // one beside it
-    Step step(model);
-    const Body& sound = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(9, 9, 9)),
-                                       model.AddBlockFaces(at, aBlocks[0][0], aBlocks[0][1], true)});
-    EXPECT_EQ(GetFindings(*sound.GetLumps()[0]), std::vector<unsigned>{});
-    const Body& solidWithin = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 100), Point3d(9, 9, 109)),
-                                             model.AddBlockFaces(at, Point3d(3, 3, 103), Point3d(4, 4, 104))});
-    EXPECT_EQ(GetFindings(*solidWithin.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
-    const Body& voidBeside = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 200), Point3d(9, 9, 209)),
-                                            model.AddBlockFaces(at, aBlocks[1][0], aBlocks[1][1], true)});
-    EXPECT_EQ(GetFindings(*voidBeside.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
-
-    const Face& face = model.AddFace({at(0, 0, -1), at(5, 0, -1), at(5, 5, -1), at(0, 5, -1)},
-                                     {{at(7, 1, -1), at(7, 2, -1), at(8, 2, -1), at(8, 1, -1)}});
-    const std::vector<unsigned> aFindings = GetFindings(face);
-    EXPECT_TRUE(std::find(aFindings.begin(), aFindings.end(), unsigned(Result::nBadInnerLoop)) != aFindings.end());
 }
 } // namespace QRV

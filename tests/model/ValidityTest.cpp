@@ -1,0 +1,197 @@
+#include "support/PolygonModel.h"
+
+#include "model/CircleAttribute.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+namespace QRV
+{
+TEST(Validity, NamesTheOneThingThatIsWrong)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Polygon square{at(0, 0), at(10, 0), at(10, 10), at(0, 10)};
+    const Polygon hole{at(2, 2), at(2, 4), at(4, 4), at(4, 2)};
+    Face* pFace = nullptr;
+    Face* pOther = nullptr;
+    Body* pBlock = nullptr;
+    Body* pHollow = nullptr;
+    Edge* pFinned = nullptr;
+    {
+        Step step(model);
+        pFace = &model.AddFace(square, {hole});
+        pOther = &model.AddFace({at(20, 0), at(30, 0), at(30, 20), at(20, 10)});
+        pBlock = &model.AddBlock(at, Point3d(0, 0, 5), Point3d(2, 2, 7));
+        pHollow = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 10), Point3d(9, 9, 19)),
+                                  model.AddBlockFaces(at, Point3d(3, 3, 13), Point3d(6, 6, 16), true)});
+        for (const double w : {-1.0, 0.0, 1.0})
+            model.AddFace({at(50, 0), at(60, 0), at(60, 5, w), at(50, 5, w)});
+        pFinned = &model.AddEdge(at(50, 0), at(60, 0));
+    }
+    ExpectSound(model.GetHistory());
+    Lump& lump = *pHollow->GetLumps()[0];
+    Shell& outer = *lump.GetShells()[0];
+    Shell& inner = *lump.GetShells()[1];
+    Loop& outline = *pFace->GetLoops()[0];
+    Loop& inFace = *pFace->GetLoops()[1];
+    // Moves a vertex behind the back of its faces.
+    const auto shift = [&](const Point3d& from, const Point3d& to)
+    { model.AddVertex(from).Transform(Transf3d(Point3d() + (to - from))); };
+    const auto freshen = [&](unsigned nFlags) { pFace->Changed(nFlags); };
+    // The hole grows to twice its width, and the triangles do not hear of it.
+    const auto widenHole = [&] {
+        inFace.SetCoedge(model.AddLoop({at(2, 2), at(2, 4), at(6, 4), at(6, 2)}).GetCoedge());
+    };
+
+    Coedge& coedge = *outline.GetCoedge();
+    Coedge& inOther = *pOther->GetOuterLoop()->GetCoedge();
+    Edge& edge = *coedge.GetEdge();
+    Vertex& vertex = *edge.GetStartVertex();
+    std::vector<Coedge*> aOfThree;
+    pFinned->GetCoedges(aOfThree);
+
+    struct Case
+    {
+        std::vector<unsigned> aExpected; // ascending
+        const Object& broken;
+        std::function<void()> damage;
+    };
+    const Case aCases[] = {
+        {{Result::nFaceNoLoops}, *pOther, [&] { pOther->RemoveLoop(pOther->GetOuterLoop()); }},
+        {{Result::nFaceBadBox}, *pFace, [&] { shift(at(10, 10), at(11, 11)); }},
+        {{Result::nFaceLoopOwner}, *pFace, [&] { inFace.SetFace(pOther); }},
+        {{Result::nLoopBadArea}, *pFace, [&] { inFace.Reverse(), freshen(nChangeFacets); }},
+        {{Result::nVertexFarFromFace}, *pFace, [&] { shift(at(10, 10), at(10, 10, 0.001)), freshen(nChangeBox); }},
+        {{Result::nFaceBadFacets}, *pFace, [&] { widenHole(); }},
+        {{Result::nLoopNoCoedge}, outline, [&] { outline.SetCoedge(nullptr); }},
+        {{Result::nLoopBadCoedges}, outline, [&] { outline.GetCoedge()->SetNext(nullptr); }},
+        {{Result::nLoopBadCoedges},
+         outline,
+         [&] { outline.GetCoedge()->GetNext()->SetNext(outline.GetCoedge()->GetNext()); }},
+        {{Result::nShellFaceOwner}, outer, [&] { (*outer.GetFaces().begin())->SetShell(&inner); }},
+        {{Result::nLumpShellOwner}, lump, [&] { outer.SetLump(pBlock->GetLumps()[0]); }},
+        {{Result::nBodyLumpOwner}, *pHollow, [&] { lump.SetBody(pBlock); }},
+        {{Result::nBodyBadBox}, *pHollow, [&] { shift(at(9, 9, 19), at(12, 12, 22)); }},
+        // Without its edge a coedge has no ends, so that its neighbours do not meet it.
+        {{Result::nCoedgeNextMismatch, Result::nCoedgePreviousMismatch, Result::nCoedgeNoEdge},
+         coedge,
+         [&] { coedge.SetEdge(nullptr); }},
+        {{Result::nCoedgePartnerEdge}, coedge, [&] { coedge.SetPartner(&inOther); }},
+        {{Result::nCoedgePreviousLoop}, coedge, [&] { coedge.GetPrevious()->SetLoop(&inFace); }},
+        {{Result::nCoedgePreviousMismatch}, coedge, [&] { coedge.SetPrevious(coedge.GetNext()); }},
+        {{Result::nCoedgeNextLoop}, coedge, [&] { coedge.GetNext()->SetLoop(&inFace); }},
+        {{Result::nCoedgeNextMismatch}, coedge, [&] { coedge.SetNext(coedge.GetPrevious()); }},
+        {{Result::nLoopCoedgeMismatch}, coedge, [&] { outline.SetCoedge(&inOther); }},
+        {{Result::nEdgeIncomplete}, edge, [&] { edge.SetEndVertex(nullptr, false); }},
+        {{Result::nEdgeBrokenPartnerChain}, *pFinned, [&] { aOfThree.back()->SetPartner(nullptr); }},
+        {{Result::nEdgeBrokenPartnerChain, Result::nEdgeBadUseCount}, edge, [&] { coedge.SetPartner(&inOther); }},
+        {{Result::nEdgeBadUseCount}, edge, [&] { edge.IncrementUse(); }},
+        {{Result::nVertexBadEdge}, vertex, [&] { vertex.AddEdgeToGroups(pFinned, false); }},
+        {{Result::nVertexOverlappingGroups},
+         vertex,
+         [&] { vertex.AddEdgeToGroups(coedge.GetPrevious()->GetEdge(), false), vertex.AddEdgeToGroups(&edge, false); }},
+        {{Result::nVertexBadUseCount}, vertex, [&] { vertex.IncrementUse(); }},
+    };
+    for (const Case& test : aCases)
+    {
+        Step step(model, true);
+        test.damage();
+        EXPECT_EQ(GetFindings(test.broken), test.aExpected);
+    }
+    ExpectSound(model.GetHistory());
+}
+
+TEST(Validity, TellsWhatIsNoVoidAndNoHole)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Point3d aBlocks[][2] = {{Point3d(3, 3, 3), Point3d(4, 4, 4)},    // a void within
+                                  {Point3d(30, 3, 3), Point3d(34, 4, 4)}}; // one beside it
+    Step step(model);
+    const Body& sound = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(9, 9, 9)),
+                                       model.AddBlockFaces(at, aBlocks[0][0], aBlocks[0][1], true)});
+    EXPECT_EQ(GetFindings(*sound.GetLumps()[0]), std::vector<unsigned>{});
+    const Body& solidWithin = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 100), Point3d(9, 9, 109)),
+                                             model.AddBlockFaces(at, Point3d(3, 3, 103), Point3d(4, 4, 104))});
+    EXPECT_EQ(GetFindings(*solidWithin.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
+    const Body& voidBeside = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 200), Point3d(9, 9, 209)),
+                                            model.AddBlockFaces(at, aBlocks[1][0], aBlocks[1][1], true)});
+    EXPECT_EQ(GetFindings(*voidBeside.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
+
+    const Face& face = model.AddFace({at(0, 0, -1), at(5, 0, -1), at(5, 5, -1), at(0, 5, -1)},
+                                     {{at(7, 1, -1), at(7, 2, -1), at(8, 2, -1), at(8, 1, -1)}});
+    const std::vector<unsigned> aFindings = GetFindings(face);
+    EXPECT_TRUE(std::find(aFindings.begin(), aFindings.end(), unsigned(Result::nBadInnerLoop)) != aFindings.end());
+}
+TEST(Validity, OfACircleAllowsCutChordsOnly)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Polygon corners{at(5, 0), at(0, 5), at(-5, 0), at(0, -5)};
+    CircleAttribute* pCircle = nullptr;
+    {
+        Step step(model);
+        pCircle = &model.GetHistory().Create<CircleAttribute>(5.0, at.origin, at.z, at.x);
+        for (int n = 0; n < 3; ++n)
+            model.AddEdge(corners[n], corners[n + 1]).AddAttribute(pCircle, true);
+        model.AddEdge(corners[3], corners[0]);
+    }
+    ExpectSound(model.GetHistory());
+    Edge& closing = model.AddEdge(corners[3], corners[0]);
+    Vertex& corner = model.AddVertex(corners[1]);
+    const auto moveCorner = [&](const Point3d& to)
+    { corner.Transform(Transf3d(Point3d() + (to - corner.GetPosition()))); };
+
+    struct Case
+    {
+        std::vector<unsigned> aExpected;
+        const Object& broken;
+        std::function<void()> damage;
+    };
+    const Case aCases[] = {
+        {{}, *pCircle, [&] { moveCorner(at(1, 2)); }}, // where a chord was cut
+        {{Result::nCircleAttributeBadEdge, Result::nCircleAttributeBadEdge},
+         *pCircle,
+         [&] { moveCorner(at(0, 5.001)); }},
+        {{Result::nCircleAttributeBadEdge, Result::nCircleAttributeBadEdge},
+         *pCircle,
+         [&] { moveCorner(at(0, 4, 0.001)); }},
+        {{Result::nCircleAttributeBadEdge}, *pCircle, [&] { corner.AddAttribute(pCircle, true); }},
+        {{Result::nCircleAttributeBadEdge},
+         *pCircle,
+         [&] { closing.AddAttribute(pCircle, true), closing.SetEndVertex(nullptr, false); }},
+        {{Result::nAttributeOwnerMismatch}, *pCircle, [&] { pCircle->AddOwner(closing); }},
+        {{Result::nAttributeOwnerMismatch},
+         closing,
+         [&] { closing.RecordChange(), closing.AddAttribute(pCircle, false); }},
+        {{Result::nAttributeBadOwner},
+         *pCircle,
+         [&]
+         {
+             Vertex& gone = model.GetHistory().Create<Vertex>(at(9, 9));
+             gone.AddToSearch();
+             pCircle->AddOwner(gone);
+             gone.DeleteSelf();
+         }},
+    };
+    for (const Case& test : aCases)
+    {
+        Step step(model, true);
+        test.damage();
+        EXPECT_EQ(GetFindings(test.broken), test.aExpected);
+    }
+    ExpectSound(model.GetHistory());
+
+    const double dNone = std::numeric_limits<double>::quiet_NaN();
+    const CircleAttribute aBad[] = {{0.0, Point3d(), at.z, at.x},           {-1.0, Point3d(), at.z, at.x},
+                                    {dNone, Point3d(), at.z, at.x},         {1.0, Point3d(), UnitVector3d(), at.x},
+                                    {1.0, Point3d(), at.z, UnitVector3d()}, {1.0, Point3d(), at.z, at.z}};
+    Step step(model, true);
+    for (const CircleAttribute& bad : aBad)
+        EXPECT_EQ(GetFindings(model.GetHistory().Create<CircleAttribute>(bad.GetRadius(), bad.GetCenter(),
+                                                                         bad.GetNormal(), bad.GetXAxis())),
+                  std::vector<unsigned>{Result::nCircleAttributeBadData});
+}
+} // namespace QRV
