@@ -16,7 +16,8 @@ namespace
 using QRV::BenchModel;
 using QRV::Point3d;
 
-/// A unit cube, its sides ruled into m by m cells.
+/// A unit cube, its sides ruled into m by m cells. The lines of neighbouring sides do not meet: a ring of lines around
+/// the cube would close into a face across it.
 std::unique_ptr<BenchModel> DrawRuledCube(int m)
 {
     auto pModel = std::make_unique<BenchModel>();
@@ -34,7 +35,7 @@ std::unique_ptr<BenchModel> DrawRuledCube(int m)
         for (const double dSide : {0.0, 1.0})
             for (int n = 1; n < m; ++n)
             {
-                const double d = double(n) / m;
+                const double d = (n + 0.25 * nAxis) / m;
                 pModel->Draw({place(nAxis, dSide, d, 0.0), place(nAxis, dSide, d, 1.0)});
                 pModel->Draw({place(nAxis, dSide, 0.0, d), place(nAxis, dSide, 1.0, d)});
             }
@@ -59,8 +60,8 @@ class SplitCell
 public:
     explicit SplitCell(int m) : m_model(GetRuledCube(m))
     {
-        const double dLow = double(m / 2) / m;
-        const double dHigh = double(m / 2 + 1) / m;
+        const double dLow = (m / 2 + 0.5) / m;
+        const double dHigh = (m / 2 + 1.5) / m;
         m_diagonal = {{dLow, dLow, 1.0}, {dHigh, dHigh, 1.0}};
     }
 
