@@ -47,4 +47,9 @@ inline double ScaledTolerance(const Point3d& p, double dTol = kLinearTolerance)
 {
     return std::max(p.length(), 1.0) * dTol;
 }
+
+inline bool IsOnPlane(const Point3d& p, const Plane& plane)
+{
+    return std::abs(plane.dist(p)) <= ScaledTolerance(p);
+}
 } // namespace QRV

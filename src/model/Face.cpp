@@ -1,6 +1,7 @@
 #include "model/Face.h"
 
 #include "model/ObjectOf.inl"
+#include "geometry/Finite.h"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Shell.h"
@@ -16,6 +17,9 @@ template class ObjectOf<Face, Object>;
 
 namespace
 {
+/// Planes that open wider than this are not taken for one, however small the face.
+constexpr double kRoughlyParallelCosine = 0.5;
+
 /// What the exact fit says when it found a plane that not all points lie on.
 constexpr int kNotAllOnPlane = -2;
 
@@ -254,6 +258,18 @@ void Face::Transform(const Transf3d& transform)
 {
     if (!transform.isIdentity())
         Changed(nMovedInBulk); // plane, box and facets follow from the vertices
+}
+
+int Face::GetSideIn(const Plane& plane)
+{
+    const int nSide = ComparePlanes(plane, GetPlane());
+    const double dCosine = plane.normal % GetPlane().normal;
+    if (nSide != 0 || std::abs(dCosine) < kRoughlyParallelCosine || !m_Plane.isValid())
+        return nSide;
+    bool bIn = true;
+    GetOuterLoop()->ForEachCoedge([&](const Coedge& coedge)
+                                  { bIn = bIn && IsOnPlane(coedge.GetStartVertex()->GetPosition(), plane); });
+    return !bIn ? 0 : dCosine > 0.0 ? 1 : -1;
 }
 
 int ComparePlanes(const Plane& a, const Plane& b)

@@ -91,6 +91,9 @@ public:
     bool IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, double dTol, bool bWhole);
     /// Every vertex within max(1, |p|) * dTol of the plane.
     bool IsFlat(double dTol);
+    /// Whether the face lies in a plane: +1 with the plane's normal, -1 with the opposite one, 0 when it does not. A
+    /// plane through few and near corners has a direction known only roughly, so the places of the corners count too.
+    int GetSideIn(const Plane& plane);
     bool HasEdge(const Edge& edge) const;
 
     /// What the oriented sheet around a face turned out to be.

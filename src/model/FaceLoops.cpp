@@ -211,9 +211,9 @@ bool Face::ChooseOuterLoop()
 bool Face::AddInnerFace(Face* pInner)
 {
     const Loop* pOutline = pInner ? pInner->GetOuterLoop() : nullptr;
-    if (pInner == this || m_aLoops.empty() || !pOutline)
+    if (!pOutline || pInner == this || m_aLoops.empty())
         return false;
-    const int nDirection = ComparePlanes(GetPlane(), pInner->GetPlane());
+    const int nDirection = pInner->GetSideIn(GetPlane());
     if (nDirection == 0 || !(pInner->GetBox() <= GetBox()) || !IsComplete(*pOutline))
         return false;
     const Ring outline = FindOutline(*pOutline, pInner->GetPlane());

@@ -1,5 +1,6 @@
 #include "operations/FaceBuilding.h"
 
+#include "geometry/Finite.h"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
@@ -89,12 +90,25 @@ private:
                 if (!pFace)
                     continue;
                 NoteShell(*pFace);
-                const int nSide = ComparePlanes(m_plane, pFace->GetPlane());
+                const int nSide = CompareWith(*pFace);
                 if (nSide != 0 && (pCoedge->IsForward() != (nSide < 0)) == (bForward != m_bClockwise))
                     return true;
             }
         }
         return false;
+    }
+
+    /// As Face::GetSideIn; here the path may also lie in the plane of the face.
+    int CompareWith(Face& face) const
+    {
+        const int nSide = face.GetSideIn(m_plane);
+        if (nSide != 0)
+            return nSide;
+        const Plane& other = face.GetPlane();
+        const auto isOnIt = [&](const auto& step) { return IsOnPlane(GetStart(step)->GetPosition(), other); };
+        if (!std::all_of(m_path.begin(), m_path.end(), isOnIt))
+            return 0;
+        return m_plane.normal % other.normal > 0.0 ? 1 : -1;
     }
 
     void NoteShellsAtVertices()
@@ -200,7 +214,7 @@ Face* FindFaceHolding(History& history, const std::vector<Vertex*>& aVertices, c
     history.GetFaceTree().FindHolding(box, aFaces);
     std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
     const auto holdsAll = [&](Face* pFace) {
-        return ComparePlanes(plane, pFace->GetPlane()) != 0 &&
+        return pFace->GetSideIn(plane) != 0 &&
                std::all_of(aVertices.begin(), aVertices.end(),
                            [&](const Vertex* pVertex) { return pFace->ContainsPoint(pVertex->GetPosition(), false); });
     };

@@ -13,11 +13,6 @@ namespace QRV
 {
 namespace
 {
-bool IsOffPlane(const Point3d& p, const Plane& plane)
-{
-    return std::abs(plane.dist(p)) > ScaledTolerance(p);
-}
-
 /// `w` continues the line from `u` to `v`, too near to it to tell a plane.
 bool AreCollinear(const Point3d& u, const Point3d& v, const Point3d& w)
 {
@@ -35,7 +30,7 @@ bool IsFilledInPlane(const Edge& edge, const Plane& plane)
     edge.GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
         if (Face* pFace = pCoedge->GetFace())
-            nInPlane += ComparePlanes(plane, pFace->GetPlane()) != 0;
+            nInPlane += pFace->GetSideIn(plane) != 0;
     return nInPlane >= 2;
 }
 
@@ -144,7 +139,7 @@ private:
             Vertex* pFar = pEdge->GetOtherVertex(pAt);
             if (pEdge == pLast || m_visited.contains(pFar))
                 continue;
-            if (m_plane && (IsOffPlane(pFar->GetPosition(), *m_plane) || IsFilledInPlane(*pEdge, *m_plane)))
+            if (m_plane && (!IsOnPlane(pFar->GetPosition(), *m_plane) || IsFilledInPlane(*pEdge, *m_plane)))
                 continue;
             if (m_options.pBoundingPlanes &&
                 !PointIntersectsNegativeSideOfPlanes(pFar->GetPosition(), *m_options.pBoundingPlanes, kLinearTolerance))
@@ -177,7 +172,7 @@ private:
         const bool bFindsPlane = !m_plane && !AreCollinear(u, v, w);
         if (bFindsPlane)
         {
-            const Plane plane(v, UnitVector3d((v - u) * (w - v), true));
+            const Plane plane = FindPlane(u, v, w, *candidate.pEdge);
             if (IsFilledInPlane(*candidate.pEdge, plane) || IsSideOpen(plane))
                 return;
             m_plane = plane;
@@ -189,6 +184,23 @@ private:
             Close();
         else if (!m_options.bInsideFacesOnly || !m_plane || FindFaceHolding(m_history, GetPathVertices(), *m_plane))
             PushLevel();
+    }
+
+    /// The plane in which the bend u, v, w turns left: that of a face at it where one fits, since three near points tell
+    /// a direction only roughly.
+    Plane FindPlane(const Point3d& u, const Point3d& v, const Point3d& w, const Edge& onward) const
+    {
+        const Plane bend(v, UnitVector3d((v - u) * (w - v), true));
+        std::vector<Face*> aFaces;
+        m_path.back().first->GetFaces(aFaces);
+        onward.GetFaces(aFaces);
+        for (Face* pFace : aFaces)
+        {
+            const Plane& plane = pFace->GetPlane();
+            if (IsOnPlane(u, plane) && IsOnPlane(v, plane) && IsOnPlane(w, plane))
+                return bend.normal % plane.normal < 0.0 ? -plane : plane;
+        }
+        return bend;
     }
 
     /// Whether the region on this walk's side of the first edge reaches to infinity, so that no face can fill it: a

@@ -97,7 +97,7 @@ bool TakeInnerFaces(History& history, Face& face)
     std::erase(aInside, &face);
     std::vector<std::pair<double, Face*>> aByArea;
     for (Face* pInside : aInside)
-        if (ComparePlanes(face.GetPlane(), pInside->GetPlane()) != 0 && pInside->GetOuterLoop())
+        if (pInside->GetOuterLoop() && pInside->GetSideIn(face.GetPlane()) != 0)
             aByArea.emplace_back(pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside);
     std::sort(aByArea.begin(), aByArea.end(), [](const auto& a, const auto& b) {
         return a.first != b.first ? a.first > b.first : a.second->GetID() < b.second->GetID();

@@ -1,0 +1,126 @@
+#include "support/Arrangement.h"
+#include "support/SharedData.h"
+#include "support/TestModel.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <sstream>
+
+namespace QRV
+{
+namespace
+{
+enum class nSketchKind
+{
+    nLoose,    ///< anywhere, so that segments only cross
+    nGridded,  ///< between points of a small grid: ends meet, lines run on one another, many cross in one point
+    nTriangles ///< closed outlines, some inside others
+};
+
+std::vector<PlanarSegment> MakeSketch(std::mt19937_64& random, nSketchKind nKind)
+{
+    const auto nSegments = 3 + random() % 25;
+    const auto place = [&]
+    {
+        const auto number = [&] {
+            return nKind == nSketchKind::nGridded ? double(random() % 6)
+                                                  : std::uniform_real_distribution<double>(0, 10)(random);
+        };
+        const double x = number();
+        return Point2d(x, number());
+    };
+    std::vector<PlanarSegment> aSketch;
+    while (aSketch.size() < nSegments)
+    {
+        const Point2d a = place();
+        const Point2d b = place();
+        if (nKind == nSketchKind::nTriangles)
+        {
+            const Point2d c = place();
+            aSketch.insert(aSketch.end(), {{a, b}, {b, c}, {c, a}});
+        }
+        else
+            aSketch.emplace_back(a, b);
+    }
+    if (nKind == nSketchKind::nTriangles)
+        std::shuffle(aSketch.begin(), aSketch.end(), random);
+    return aSketch;
+}
+
+void Draw(TestModel& model, const Frame& at, const std::vector<PlanarSegment>& aSketch)
+{
+    for (const auto& [a, b] : aSketch)
+        model.Line(at(a.x, a.y), at(b.x, b.y));
+}
+
+/// What is wrong with the model of a sketch; empty for nothing.
+std::string FindFault(const std::vector<PlanarSegment>& aSketch, const Frame& at)
+{
+    const Arrangement expected = ComputeArrangement(aSketch, 1e-7);
+    TestModel model;
+    Draw(model, at, aSketch);
+    std::ostringstream text;
+    const ModelCounts counts = model.GetCounts();
+    const ModelCounts expectedCounts{0, 0, 0, expected.nFaces, expected.nEdges, expected.nVertices};
+    if (counts != expectedCounts)
+        text << "has " << counts << " instead of " << expectedCounts << '\n';
+    if (std::abs(model.GetArea() - expected.dArea) > 1e-7)
+        text << "area " << model.GetArea() << " instead of " << expected.dArea << '\n';
+    std::vector<Result> aFindings;
+    APICheckHistoryValidityReadOnly(model.GetID(), aFindings);
+    for (const Result& finding : aFindings)
+        text << finding.GetErrorString() << '\n';
+    return text.str();
+}
+
+/// Leaves out what does not matter to the fault, and tells what is left.
+std::string Shrink(std::vector<PlanarSegment> aSketch, const Frame& at)
+{
+    for (std::size_t n = 0; n < aSketch.size();)
+    {
+        std::vector<PlanarSegment> aFewer = aSketch;
+        aFewer.erase(aFewer.begin() + std::ptrdiff_t(n));
+        if (FindFault(aFewer, at).empty())
+            ++n;
+        else
+        {
+            aSketch = aFewer;
+            n = 0;
+        }
+    }
+    std::ostringstream text;
+    text.precision(17);
+    text << FindFault(aSketch, at);
+    for (const auto& [a, b] : aSketch)
+        text << a.x << ' ' << a.y << "  " << b.x << ' ' << b.y << '\n';
+    return text.str();
+}
+} // namespace
+
+TEST(PlanarSketch, MakesTheFacesOfItsArrangement)
+{
+    for (std::uint64_t nSeed = 0; nSeed < 1500; ++nSeed)
+    {
+        std::mt19937_64 random(nSeed);
+        const Frame at = nSeed % 3 == 0 ? GetFrames()[0] : MakeRandomFrame(random, nSeed % 3 == 1 ? 3.0 : 1e4);
+        const std::vector<PlanarSegment> aSketch = MakeSketch(random, nSketchKind(nSeed / 3 % 3));
+        const std::string strFault = FindFault(aSketch, at);
+        ASSERT_EQ(strFault, "") << "seed " << nSeed << ", at least:\n" << Shrink(aSketch, at);
+    }
+}
+
+TEST(PlanarSketch, UndoesAndRedoes)
+{
+    for (std::uint64_t nSeed = 0; nSeed < 45 && !::testing::Test::HasFailure(); ++nSeed)
+    {
+        SCOPED_TRACE(nSeed);
+        std::mt19937_64 random(nSeed);
+        TestModel model;
+        Draw(model, MakeRandomFrame(random, 10.0), MakeSketch(random, nSketchKind(nSeed % 3)));
+        ExpectUndoRedoRestores(model);
+    }
+}
+} // namespace QRV
