@@ -7,7 +7,7 @@ endif()
 
 function(qrv_compile_options target)
   # Contracted multiply-adds would make results differ between compilers.
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Werror -ffp-contract=off)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${QRV_WERROR}>:-Werror> -ffp-contract=off)
   if(QRV_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   endif()
@@ -19,4 +19,10 @@ function(qrv_link_options target)
   else()
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
   endif()
+endfunction()
+
+# Instantiations of the standard library's templates are visible whatever the compiler is told; the map keeps them in.
+function(qrv_export_only target map)
+  target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
 endfunction()

@@ -202,15 +202,19 @@ QRV_API Result APICheckHistoryValidityReadOnly(std::uint64_t nHistoryID, std::ve
 
 /// Writes objects to a file, which is replaced.
 ///
-/// STL is binary, in triangles of the facets of all faces below the objects.
+/// STL is ASCII, in the triangles of all faces of the objects; a closed body gives a closed surface. Numbers have 16
+/// digits; programs that hold them in single precision see the model the better, the nearer it is to the origin.
 /// @param objects          ids in this History, at least one, all live; else `nBadInput`
 /// @param path             `nBadInput` for null
 /// @param type             `nFileTypeSTL`; `nBadInput` for a format that is not written
 /// @param saveDerivable    not used by STL
-/// @param scale            coordinates are multiplied by it
-/// @param extraObjects     further objects, of any History; what does not live is passed over
-/// @param excludedObjects  left out together with what is below them
-/// @return `nFailure` when the file cannot be written
+/// @param scale            coordinates are multiplied by it; a negative one mirrors; `nBadInput` when not finite or of
+///                         size 1e-12 or less
+/// @param extraObjects     not used by STL
+/// @param excludedObjects  of any History; left out together with what is part of them; what does not live is passed
+///                         over
+/// @return `nFailure` when the file cannot be written, or when a face has no triangulation: the file then holds all
+///         others
 QRV_API Result APISaveToFileReadOnly(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& objects,
                                      const char* path, nFileType type, bool saveDerivable, double scale,
                                      const std::vector<ObjectHistoryID>& extraObjects,

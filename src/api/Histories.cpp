@@ -25,7 +25,7 @@ Result APIDeleteAllHistories()
 
 Result APIChangeHistoryID(std::uint64_t& nHistoryID)
 {
-    return ReadOnlyCall("APIChangeHistoryID", nHistoryID)
+    return HistoryCall(CallName("APIChangeHistoryID").JournaledUnder(kJournalQuery), nHistoryID)
         .Run([&](History&, Result& result) { return HistoryRegistry::Get().ChangeHistoryID(nHistoryID, result); });
 }
 

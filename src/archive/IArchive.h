@@ -13,7 +13,8 @@ namespace QRV
 class Object;
 
 /// Decides what a value becomes: bytes, or text for people. Writes take a field name, which may be null. All give
-/// false on failure unless told otherwise; a read that fails leaves the read position where it was.
+/// false on failure unless told otherwise. A read that fails leaves its target and the read position where they were;
+/// only strings and lists are emptied first, and a list stops at the element that failed.
 class IArchive
 {
 public:
@@ -47,7 +48,8 @@ public:
     /// A History that a saved object refers to, to be saved behind this one.
     virtual void AddReferencedHistory(std::uint64_t nHistoryID) = 0;
 
-    /// Lists are resized to their count, the tail behind a failed element staying zero.
+    /// Lists are resized to their count, the tail behind a failed element staying zero. A count of more elements than
+    /// the data can hold fails too, and leaves the list empty when it is above 65,536.
     virtual bool ReadColors(std::vector<Color>& aColors) = 0;
     virtual bool ReadUInts(std::vector<std::uint32_t>& aNumbers) = 0;
     virtual bool ReadFloats(std::vector<float>& aNumbers) = 0;
@@ -76,10 +78,12 @@ public:
     virtual bool HasDerivable() const = 0;
     /// The id under which a referenced History is known after a load.
     virtual std::uint64_t MapHistoryID(std::uint64_t nHistoryID) = 0;
-    /// The object to save in place of a vertex or a face, or null.
+    /// The object to save in place of a vertex or a face, or null. These and the look-ups below serve saves of a part
+    /// of a model and loads into one that has content; they know nothing until told.
     virtual Object* GetVertexSubstitute(const Object* pObject) const = 0;
     virtual Object* GetFaceSubstitute(const Object* pObject) const = 0;
     virtual bool IsInIDList(std::uint64_t nID) const = 0;
+    /// False, with `nMapped` left alone, for an id without an entry.
     virtual bool GetMappedID(std::uint64_t nID, std::uint64_t& nMapped) const = 0;
     virtual void SetMappedID(std::uint64_t nID, std::uint64_t nMapped) = 0;
     /// False when the id has another pair already.

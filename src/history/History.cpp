@@ -47,7 +47,8 @@ std::size_t History::GetObjectsByType(std::vector<Object*>& aObjects, nObjectTyp
             aObjects.push_back(pObject);
     }
     if (bUseMemo)
-        m_mapObjectsByType[nType].assign(aObjects.begin() + std::ptrdiff_t(nBefore), aObjects.end());
+        m_mapObjectsByType.emplace(
+            nType, std::vector<Object*>(aObjects.begin() + std::ptrdiff_t(nBefore), aObjects.end()));
     return aObjects.size() - nBefore;
 }
 
@@ -55,6 +56,7 @@ void History::AddObject(Object& object)
 {
     if (!m_pOpenDelta)
         throw std::logic_error("an object is made while no Delta is open");
+    ReserveReturnOfOneMore();
     m_mapObjectsByType.clear();
     std::uint64_t nID = m_objects.Size();
     if (!m_reusableIDs.IsEmpty())
@@ -81,6 +83,11 @@ void History::AddObject(Object& object)
         m_reusableIDs.TakeSmallest();
 }
 
+void History::ReserveReturnOfOneMore()
+{
+    m_trees.ReserveReturns(m_pOpenDelta->GetObjectIDs().size() + 1);
+}
+
 bool History::RecordChange(Object& object)
 {
     if (!m_pOpenDelta || object.GetID() >= m_objects.Size())
@@ -88,7 +95,7 @@ bool History::RecordChange(Object& object)
     ObjectHistory& records = m_objects.At(object.GetID());
     if (records.GetLastDelta() == m_pOpenDelta.get())
         return false;
-    m_trees.ReserveReturns(m_pOpenDelta->GetObjectIDs().size() + 1);
+    ReserveReturnOfOneMore();
     return records.RecordChange(*m_pOpenDelta);
 }
 
@@ -98,8 +105,8 @@ bool History::RecordDeletion(Object& object)
         throw std::logic_error("an object dies while no Delta is open");
     if (object.GetID() >= m_objects.Size())
         return false;
+    ReserveReturnOfOneMore();
     m_mapObjectsByType.clear();
-    m_trees.ReserveReturns(m_pOpenDelta->GetObjectIDs().size() + 1);
     return m_objects.At(object.GetID()).RecordDeletion(*m_pOpenDelta);
 }
 
@@ -173,21 +180,24 @@ Interval3d History::GetBox(const Transf3d& transform)
 
 std::size_t History::GetSizeInBytes(bool bActiveOnly) const
 {
-    constexpr std::size_t kRecordSize = 384;
+    constexpr std::size_t kHistorySize = 384;
     constexpr std::size_t kDeltaSize = 40;
+    constexpr std::size_t kRecordSize = 16;
     const TopologyTrees& trees = m_trees.GetMain();
-    std::size_t nSize = kRecordSize + 3 * sizeof(void*) + trees.m_vertices.GetSizeInBytes() + trees.m_edges.GetSizeInBytes() +
-                        trees.m_faces.GetSizeInBytes() + m_objects.GetSizeInBytes();
+    std::size_t nSize = kHistorySize + 3 * sizeof(void*) + trees.m_vertices.GetSizeInBytes() +
+                        trees.m_edges.GetSizeInBytes() + trees.m_faces.GetSizeInBytes() +
+                        m_objects.GetCapacity() * sizeof(void*);
     for (std::size_t i = 0; i < m_objects.Size(); ++i)
     {
         const ObjectHistory& records = m_objects.At(i);
         if (bActiveOnly)
         {
             const Object* pObject = records.GetObject();
-            nSize += pObject ? pObject->GetSizeInBytes(true, true) : 0;
+            nSize += (2 + std::min<std::size_t>(records.GetRecordCount(), 1)) * kRecordSize +
+                     (pObject ? pObject->GetSizeInBytes(true, true) : 0);
             continue;
         }
-        nSize += records.GetHeapSize();
+        nSize += (2 + records.GetRecordCount()) * kRecordSize;
         for (std::size_t n = 0; n < records.GetRecordCount(); ++n)
             if (const Object* pState = records.GetRecord(n).pObject)
                 nSize += pState->GetSizeInBytes(true, true);

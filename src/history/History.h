@@ -112,7 +112,7 @@ public:
     template <class T>
     void AddToTree(T* pElement)
     {
-        m_trees.Insert(pElement, m_bReturning);
+        m_trees.Insert(pElement);
     }
     template <class T>
     bool RemoveFromTree(T* pElement)
@@ -145,6 +145,10 @@ private:
 
     /// Registers a new object under its id; when it throws nothing has changed and the object stays the caller's.
     void AddObject(Object& object);
+    /// Whatever the open Delta touches can leave the trees and come back without asking for memory.
+    void ReserveReturnOfOneMore();
+    /// The same for all that the deltas of a run touch.
+    void ReserveReturns(std::uint64_t nFirst, std::uint64_t nLast);
     /// Fills the caches of all that the open Delta touched and drops from it what was made and deleted in it.
     void CompleteOpenDelta();
     void DropUnmadeObjects(std::set<std::uint64_t>& aUnmade) noexcept;
@@ -173,7 +177,6 @@ private:
     std::uint64_t m_nID;
     bool m_bNonTemporary;
     bool m_bBusy = false;
-    bool m_bReturning = false; ///< undo or rollback puts objects back into the trees: that must not fail
     std::unique_ptr<Delta> m_pOpenDelta;
     std::uint64_t m_nNextDeltaID = 1;
     std::uint64_t m_nActiveDeltaIdx = INVALID_ID;

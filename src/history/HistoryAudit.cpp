@@ -118,15 +118,19 @@ private:
             }
             for (const std::uint64_t nID : pDelta->GetObjectIDs())
                 if (nID < m_history.m_objects.Size())
-                    CheckListedOnce(m_history.m_objects.At(nID), *pDelta);
+                    CheckListedOnce(nID, *pDelta);
         }
     }
 
-    void CheckListedOnce(const ObjectHistory& records, const Delta& delta)
+    void CheckListedOnce(std::uint64_t nID, const Delta& delta)
     {
+        const ObjectHistory& records = m_history.m_objects.At(nID);
         if (records.GetRecordCount() == 0)
         {
-            ReportHistory(Result::nNullObjectHistory);
+            Result result;
+            result.SetErrorCode(Result::nNullObjectHistory, std::vector{ObjectHistoryID{m_history.GetID(), nID}});
+            m_aResults.push_back(result);
+            ++m_nFindings;
             return;
         }
         std::size_t nFound = 0;

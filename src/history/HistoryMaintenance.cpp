@@ -50,8 +50,9 @@ bool History::MergeDeltas(std::uint64_t nFrom, std::uint64_t nTo, bool bReuseIDs
     const std::uint64_t nLast = nTo == INVALID_ID ? m_nActiveDeltaIdx : FindDeltaIndex(nTo);
     if (nFirst == INVALID_ID || nLast == INVALID_ID || nFirst > m_nActiveDeltaIdx || nLast > m_nActiveDeltaIdx)
         return false;
+    // The end of the run is sought behind its start; only as the active delta, not by name, may both be one.
     if (nFirst >= nLast)
-        return nFirst == nLast;
+        return nFirst == nLast && nTo == INVALID_ID;
 
     Delta& first = *m_aDeltas[nFirst];
     Delta& last = *m_aDeltas[nLast];

@@ -8,6 +8,19 @@ namespace
 {
 /// Ids are 32 bits wide in stored data; the last two values mean none and invalid there.
 constexpr std::uint64_t kIDLimit = 0xFFFFFFFE;
+
+/// While it lives, changes of a History are refused.
+class BusyScope
+{
+public:
+    explicit BusyScope(History& history) : m_history(history) { m_history.SetBusy(true); }
+    ~BusyScope() { m_history.SetBusy(false); }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+
+private:
+    History& m_history;
+};
 } // namespace
 
 HistoryRegistry& HistoryRegistry::Get()
@@ -20,6 +33,7 @@ HistoryRegistry::~HistoryRegistry()
 {
     m_modelChangedCallback = nullptr;
     m_progressHooks = {};
+    m_pLastFound = nullptr;
     m_mapHistories.clear();
     m_journal.Close();
 }
@@ -47,22 +61,23 @@ void HistoryRegistry::Notify(const ModelChangeData& change) const
         callback(change);
 }
 
-bool HistoryRegistry::FindFreeID(std::uint64_t& nID)
+/// From kIDLimit up when no id is left.
+std::uint64_t HistoryRegistry::FindFreeID() const
 {
     std::uint64_t nFree = m_nNextHistoryID;
     while (m_mapHistories.contains(nFree))
         ++nFree;
-    if (nFree >= kIDLimit)
-        return false;
-    nID = nFree;
-    m_nNextHistoryID = nFree + 1;
-    return true;
+    return nFree;
 }
 
-void HistoryRegistry::Remove(std::uint64_t nID)
+/// Tells the host that the History goes. No callback may touch it meanwhile.
+void HistoryRegistry::AnnounceEnd(History& history) const
 {
-    m_pLastFound = nullptr;
-    m_mapHistories.erase(nID);
+    const BusyScope busy(history);
+    ModelChangeData change;
+    change.historyID = history.GetID();
+    change.type = nModelHistoryDeleted;
+    Notify(change);
 }
 
 History* HistoryRegistry::CreateHistory(std::uint64_t& nID, bool bNonTemporary, Result& result)
@@ -73,47 +88,47 @@ History* HistoryRegistry::CreateHistory(std::uint64_t& nID, bool bNonTemporary, 
         return nullptr;
     }
     History* pOld = nID == INVALID_ID ? nullptr : GetHistory(nID);
-    const bool bKeepOld = pOld && !bNonTemporary && pOld->IsNonTemporary();
-    std::uint64_t nNewID = nID;
-    if ((nID == INVALID_ID || bKeepOld) && !FindFreeID(nNewID))
+    if (pOld && !bNonTemporary && pOld->IsNonTemporary())
+        pOld = nullptr; // stays, and the new one goes elsewhere
+    const std::uint64_t nNewID = nID != INVALID_ID && (pOld || !GetHistory(nID)) ? nID : FindFreeID();
+    if (nNewID >= kIDLimit)
     {
         result.SetErrorCode(Result::nFailure);
         return nullptr;
     }
-    auto pNew = std::make_unique<History>(nNewID, bNonTemporary);
-    if (pOld && !bKeepOld)
+    if (pOld && pOld->IsBusy())
     {
-        if (pOld->IsBusy())
-        {
-            result.SetErrorCode(Result::nHistoryOperationFailed, nID);
-            return nullptr;
-        }
-        ModelChangeData change;
-        change.historyID = nID;
-        change.type = nModelHistoryDeleted;
-        Notify(change);
-        if (History* pStill = GetHistory(nID))
-            pNew->TakeReferencingGroupsFrom(*pStill);
-        Remove(nID);
+        result.SetErrorCode(Result::nHistoryOperationFailed, nID);
+        return nullptr;
     }
+    // All memory is asked for, and the host told, before anything changes.
+    std::map<std::uint64_t, std::unique_ptr<History>> mapNew;
+    History* pNew = mapNew.emplace(nNewID, std::make_unique<History>(nNewID, bNonTemporary)).first->second.get();
+    if (pOld)
+    {
+        AnnounceEnd(*pOld);
+        pNew->TakeReferencingGroupsFrom(*pOld);
+        m_pLastFound = nullptr;
+        m_mapHistories.erase(nNewID);
+    }
+    m_mapHistories.merge(mapNew);
     m_nNextHistoryID = std::max(m_nNextHistoryID, nNewID + 1);
     nID = nNewID;
-    return (m_mapHistories[nNewID] = std::move(pNew)).get();
+    return pNew;
 }
 
 bool HistoryRegistry::DeleteHistory(std::uint64_t nID, Result& result)
 {
     History* pHistory = GetHistory(nID);
     if (!pHistory)
-    {
         result.SetErrorCode(Result::nBadHistoryID);
+    else if (pHistory->IsBusy())
+        result.SetErrorCode(Result::nHistoryOperationFailed, nID);
+    if (!result.IsGood())
         return false;
-    }
-    ModelChangeData change;
-    change.historyID = nID;
-    change.type = nModelHistoryDeleted;
-    Notify(change);
-    Remove(nID);
+    AnnounceEnd(*pHistory);
+    m_pLastFound = nullptr;
+    m_mapHistories.erase(nID);
     return true;
 }
 
@@ -125,15 +140,20 @@ void HistoryRegistry::DeleteAllHistories(Result& result)
     m_pLastFound = nullptr;
     auto mapDying = std::move(m_mapHistories);
     m_mapHistories.clear();
-    m_nNextHistoryID = 0;
+    // Also when a callback throws. Ids that callbacks gave to Histories of their own are passed over then.
+    struct StartOver
+    {
+        ~StartOver() { nNextID = 0; }
+        std::uint64_t& nNextID;
+    } const startOver{m_nNextHistoryID};
 
     ModelChangeData change;
     change.type = nModelAllHistoriesDeleted;
     Notify(change);
+    change.type = nModelHistoryDeleted;
     while (!mapDying.empty())
     {
         change.historyID = mapDying.begin()->first;
-        change.type = nModelHistoryDeleted;
         Notify(change);
         mapDying.erase(mapDying.begin());
     }
@@ -142,13 +162,14 @@ void HistoryRegistry::DeleteAllHistories(Result& result)
 bool HistoryRegistry::ChangeHistoryID(std::uint64_t& nID, Result& result)
 {
     const auto it = m_mapHistories.find(nID);
-    std::uint64_t nNewID = INVALID_ID;
-    if (it == m_mapHistories.end() || !FindFreeID(nNewID))
+    const std::uint64_t nNewID = FindFreeID();
+    if (it == m_mapHistories.end() || nNewID >= kIDLimit)
     {
         result.SetErrorCode(Result::nFailure);
         return false;
     }
     m_pLastFound = nullptr;
+    m_nNextHistoryID = nNewID + 1;
     auto node = m_mapHistories.extract(it);
     node.key() = nNewID;
     node.mapped()->SetID(nNewID);

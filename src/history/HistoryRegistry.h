@@ -21,7 +21,9 @@ public:
     /// id is replaced, unless a temporary one is asked for and the live one is not. Code 5 for an id from 0xFFFFFFFE
     /// up, 1 when no id is left, 69 when the one to be replaced is busy.
     History* CreateHistory(std::uint64_t& nID, bool bNonTemporary, Result& result);
+    /// Code 4 for an unknown id, 69 when the History is busy.
     bool DeleteHistory(std::uint64_t nID, Result& result);
+    /// 69, with nothing changed, when any is busy.
     void DeleteAllHistories(Result& result);
     /// Gives the History a fresh id.
     bool ChangeHistoryID(std::uint64_t& nID, Result& result);
@@ -39,8 +41,8 @@ private:
     HistoryRegistry() = default;
     ~HistoryRegistry();
 
-    bool FindFreeID(std::uint64_t& nID);
-    void Remove(std::uint64_t nID);
+    std::uint64_t FindFreeID() const;
+    void AnnounceEnd(History& history) const;
 
     std::map<std::uint64_t, std::unique_ptr<History>> m_mapHistories;
     std::uint64_t m_nNextHistoryID = 0;

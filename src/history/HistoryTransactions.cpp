@@ -70,6 +70,7 @@ bool History::Commit(const char* pName, bool bSilent)
     }
     DropUnmadeObjects(aUnmade);
     ForgetDerived();
+    m_trees.TrimReturns();
     m_reusableIDs.ForgetTaken();
     if (m_pOpenDelta->m_aObjectIDs.empty())
     {
@@ -125,6 +126,7 @@ bool History::Rollback() noexcept
         return false;
     ForgetDerived();
     UndoDelta(*m_pOpenDelta, nRecords::nDrop);
+    m_trees.TrimReturns();
     m_reusableIDs.ForgetTaken();
     m_pOpenDelta.reset();
     return true;
@@ -139,11 +141,9 @@ void History::LeaveSearch(const Delta& delta) noexcept
 
 void History::ReturnToSearch(const Delta& delta) noexcept
 {
-    m_bReturning = true;
     for (const std::uint64_t nID : delta.m_aObjectIDs)
         if (Object* pObject = GetObject(nID))
             pObject->AddToSearch();
-    m_bReturning = false;
     m_mapObjectsByType.clear();
 }
 

@@ -71,14 +71,24 @@ void History::Undo(Result& result, bool bDeleteRedo, std::uint64_t nDelta, bool 
         UndoAwayFrom(result, nDelta, bDeleteRedo, bNotify);
 }
 
+/// A jump must not break off between two steps.
+void History::ReserveReturns(std::uint64_t nFirst, std::uint64_t nLast)
+{
+    std::size_t nTouched = 0;
+    for (std::uint64_t n = nFirst; n <= nLast; ++n)
+        nTouched += m_aDeltas[n]->GetObjectIDs().size();
+    m_trees.ReserveReturns(std::min(nTouched, m_objects.Size())); // nothing waits twice
+}
+
 void History::UndoActive(Result& result, bool bDeleteRedo, bool bNotify)
 {
     Delta& delta = *m_aDeltas[m_nActiveDeltaIdx];
-    m_trees.ReserveReturns(delta.GetObjectIDs().size());
     ClearTemporaryTrees();
+    ReserveReturns(m_nActiveDeltaIdx, m_nActiveDeltaIdx);
     const std::uint64_t nPrevious = delta.GetID();
     if (!UndoDelta(delta, nRecords::nKeep))
         result.SetErrorCode(Result::nUndoDeltaFailed, nPrevious);
+    m_trees.TrimReturns();
     --m_nActiveDeltaIdx;
     if (bNotify)
         NotifyModelChanged(nModelUndone, "", nPrevious, GetActiveDeltaID());
@@ -122,11 +132,12 @@ bool History::Redo(std::uint64_t nDelta)
     if (!CanRedo())
         return false;
     Delta& delta = *m_aDeltas[m_nActiveDeltaIdx + 1];
-    m_trees.ReserveReturns(delta.GetObjectIDs().size());
     ClearTemporaryTrees();
+    ReserveReturns(m_nActiveDeltaIdx + 1, m_nActiveDeltaIdx + 1);
     const std::uint64_t nPrevious = GetActiveDeltaID();
     ++m_nActiveDeltaIdx;
     RedoDelta(delta);
+    m_trees.TrimReturns();
     NotifyModelChanged(nModelRedone, "", nPrevious, GetActiveDeltaID());
     return true;
 }
@@ -154,15 +165,16 @@ void History::UndoToDelta(Result& result, std::uint64_t nDelta, bool bDeleteRedo
     if (!CanUndoToDelta(nDelta))
         return result.SetErrorCode(Result::nFailure);
     ClearTemporaryTrees();
+    ReserveReturns(FindDeltaIndex(nDelta) + 1, m_nActiveDeltaIdx);
     const std::uint64_t nPrevious = GetActiveDeltaID();
     do
     {
         Delta& delta = *m_aDeltas[m_nActiveDeltaIdx];
-        m_trees.ReserveReturns(delta.GetObjectIDs().size());
         if (!UndoDelta(delta, nRecords::nKeep))
             return result.SetErrorCode(Result::nUndoDeltaFailed, delta.GetID());
         --m_nActiveDeltaIdx;
     } while (m_nActiveDeltaIdx != INVALID_ID && GetActiveDeltaID() != nDelta);
+    m_trees.TrimReturns();
     NotifyModelChanged(nModelUndone, "", nPrevious, GetActiveDeltaID());
     if (bDeleteRedo)
         DeleteRedo(true);
@@ -173,14 +185,14 @@ void History::RedoToDelta(Result& result, std::uint64_t nDelta)
     if (!CanRedoToDelta(nDelta))
         return result.SetErrorCode(Result::nFailure);
     ClearTemporaryTrees();
+    ReserveReturns(m_nActiveDeltaIdx + 1, FindDeltaIndex(nDelta));
     const std::uint64_t nPrevious = GetActiveDeltaID();
     do
     {
-        Delta& delta = *m_aDeltas[m_nActiveDeltaIdx + 1];
-        m_trees.ReserveReturns(delta.GetObjectIDs().size());
         ++m_nActiveDeltaIdx;
-        RedoDelta(delta);
+        RedoDelta(*m_aDeltas[m_nActiveDeltaIdx]);
     } while (CanRedo() && GetActiveDeltaID() != nDelta);
+    m_trees.TrimReturns();
     NotifyModelChanged(nModelRedone, "", nPrevious, GetActiveDeltaID());
 }
 

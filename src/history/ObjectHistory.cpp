@@ -247,11 +247,6 @@ void ObjectHistory::SetHistoryID(std::uint64_t nHistoryID)
             Records()[i].pObject->m_nHistoryID = nHistoryID;
 }
 
-std::size_t ObjectHistory::GetHeapSize() const
-{
-    return m_nCapacity * sizeof(Record);
-}
-
 ObjectHistory& ObjectTable::Grow()
 {
     if (m_nSize == m_aChunks.size() * kChunk)
@@ -265,10 +260,5 @@ void ObjectTable::Shrink() noexcept
     // One empty chunk is kept, so that an object drawn and taken back at a chunk's end costs no memory each time.
     if (m_aChunks.size() * kChunk >= m_nSize + 2 * kChunk)
         m_aChunks.pop_back();
-}
-
-std::size_t ObjectTable::GetSizeInBytes() const
-{
-    return m_aChunks.size() * kChunk * sizeof(ObjectHistory) + m_aChunks.capacity() * sizeof(m_aChunks[0]);
 }
 } // namespace QRV

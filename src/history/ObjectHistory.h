@@ -65,8 +65,6 @@ public:
     void SetHistoryID(std::uint64_t nHistoryID);
     /// Makes the list ready for so many more records without failing; may throw.
     void ReserveRecords(std::size_t nMore);
-    /// Heap bytes beyond the object itself.
-    std::size_t GetHeapSize() const;
 
 private:
     Record* Records() { return m_nCapacity ? m_pRecords : &m_record; }
@@ -92,7 +90,7 @@ public:
     /// A new entry at the end, without records; may throw, then nothing has changed.
     ObjectHistory& Grow();
     void Shrink() noexcept;
-    std::size_t GetSizeInBytes() const;
+    std::size_t GetCapacity() const { return m_aChunks.size() * kChunk; }
 
 private:
     static constexpr std::size_t kChunk = 256;

@@ -2,6 +2,12 @@
 
 namespace QRV
 {
+void ReusableIDs::PrepareToTake()
+{
+    if (m_aSpare.size() == m_aSpare.capacity())
+        m_aSpare.reserve(2 * m_aSpare.size() + 4);
+}
+
 std::uint64_t ReusableIDs::TakeSmallest() noexcept
 {
     m_aSpare.push_back(m_aIDs.extract(m_aIDs.begin()));

@@ -21,7 +21,7 @@ public:
     void Merge(std::set<std::uint64_t>& aIDs) noexcept { m_aIDs.merge(aIDs); }
     void Erase(std::uint64_t nID) noexcept { m_aIDs.erase(nID); }
     /// Makes room to take the smallest id; may throw.
-    void PrepareToTake() { m_aSpare.reserve(m_aSpare.size() + 1); }
+    void PrepareToTake();
     /// Takes the smallest id, after PrepareToTake.
     std::uint64_t TakeSmallest() noexcept;
     /// Puts back an id taken in this Delta.

@@ -5,19 +5,16 @@ namespace QRV
 namespace
 {
 template <class T>
-void InsertInto(BoxTree<T> TopologyTrees::*pTree, TopologyTrees& main, std::optional<TopologyTrees>& temporary, T* pElement,
-                bool bCannotFail)
+void InsertInto(BoxTree<T> TopologyTrees::*pTree, TopologyTrees& main, std::optional<TopologyTrees>& temporary, T* pElement)
 {
-    if (bCannotFail)
-        (main.*pTree).InsertNoThrow(pElement);
-    else
-        (main.*pTree).Insert(pElement);
-    if (!temporary)
-        return;
-    if (bCannotFail)
+    // Room in both before either changes.
+    (main.*pTree).ReserveReturns(1);
+    if (temporary)
+    {
+        ((*temporary).*pTree).ReserveReturns(1);
         ((*temporary).*pTree).InsertNoThrow(pElement);
-    else
-        ((*temporary).*pTree).Insert(pElement);
+    }
+    (main.*pTree).InsertNoThrow(pElement);
 }
 
 template <class T>
@@ -25,24 +22,24 @@ bool RemoveFrom(BoxTree<T> TopologyTrees::*pTree, TopologyTrees& main, std::opti
                 T* pElement) noexcept
 {
     if (temporary)
-        ((*temporary).*pTree).Remove(pElement);
+        ((*temporary).*pTree).RemoveIfThere(pElement);
     return (main.*pTree).Remove(pElement);
 }
 } // namespace
 
-void SearchTrees::Insert(Vertex* pVertex, bool bCannotFail)
+void SearchTrees::Insert(Vertex* pVertex)
 {
-    InsertInto(&TopologyTrees::m_vertices, m_main, m_temporary, pVertex, bCannotFail);
+    InsertInto(&TopologyTrees::m_vertices, m_main, m_temporary, pVertex);
 }
 
-void SearchTrees::Insert(Edge* pEdge, bool bCannotFail)
+void SearchTrees::Insert(Edge* pEdge)
 {
-    InsertInto(&TopologyTrees::m_edges, m_main, m_temporary, pEdge, bCannotFail);
+    InsertInto(&TopologyTrees::m_edges, m_main, m_temporary, pEdge);
 }
 
-void SearchTrees::Insert(Face* pFace, bool bCannotFail)
+void SearchTrees::Insert(Face* pFace)
 {
-    InsertInto(&TopologyTrees::m_faces, m_main, m_temporary, pFace, bCannotFail);
+    InsertInto(&TopologyTrees::m_faces, m_main, m_temporary, pFace);
 }
 
 bool SearchTrees::Remove(Vertex* pVertex) noexcept
@@ -62,8 +59,15 @@ bool SearchTrees::Remove(Face* pFace) noexcept
 
 void SearchTrees::ReserveReturns(std::size_t nCount)
 {
-    m_main.m_vertices.ReserveReturns(nCount);
-    m_main.m_edges.ReserveReturns(nCount);
-    m_main.m_faces.ReserveReturns(nCount);
+    m_main.ReserveReturns(nCount);
+    if (m_temporary)
+        m_temporary->ReserveReturns(nCount);
+}
+
+void SearchTrees::TrimReturns() noexcept
+{
+    m_main.m_vertices.TrimReturns();
+    m_main.m_edges.TrimReturns();
+    m_main.m_faces.TrimReturns();
 }
 } // namespace QRV

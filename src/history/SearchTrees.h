@@ -34,6 +34,13 @@ struct TopologyTrees
     BoxTree<Vertex> m_vertices;
     BoxTree<Edge> m_edges;
     BoxTree<Face> m_faces;
+
+    void ReserveReturns(std::size_t nCount)
+    {
+        m_vertices.ReserveReturns(nCount);
+        m_edges.ReserveReturns(nCount);
+        m_faces.ReserveReturns(nCount);
+    }
 };
 
 /// The trees over all live vertices, edges and faces, owned or not, and while an operation asks for it the temporary
@@ -46,15 +53,16 @@ public:
     const TopologyTrees& GetMain() const { return m_main; }
     bool HasTemporary() const { return m_temporary.has_value(); }
 
-    /// `bCannotFail`: for undo and rollback, which have reserved room before.
-    void Insert(Vertex* pVertex, bool bCannotFail);
-    void Insert(Edge* pEdge, bool bCannotFail);
-    void Insert(Face* pFace, bool bCannotFail);
+    /// Cannot fail for want of memory where ReserveReturns has made room.
+    void Insert(Vertex* pVertex);
+    void Insert(Edge* pEdge);
+    void Insert(Face* pFace);
     bool Remove(Vertex* pVertex) noexcept;
     bool Remove(Edge* pEdge) noexcept;
     bool Remove(Face* pFace) noexcept;
     /// Room to put back so many elements of each kind without failing; may throw.
     void ReserveReturns(std::size_t nCount);
+    void TrimReturns() noexcept;
 
     void ClearTemporary() noexcept { m_temporary.reset(); }
     void SwapTemporary(std::optional<TopologyTrees>& other) noexcept { m_temporary.swap(other); }

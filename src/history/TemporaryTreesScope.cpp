@@ -21,6 +21,8 @@ TemporaryTreesScope::TemporaryTreesScope(History& history, const Object* pFirst,
         else if (auto* pFace = dynamic_cast<Face*>(pObject))
             trees->m_faces.Insert(pFace);
     }
+    if (history.m_pOpenDelta)
+        trees->ReserveReturns(history.m_pOpenDelta->GetObjectIDs().size());
     m_previous.swap(trees);
     m_history.m_trees.SwapTemporary(m_previous);
 }

@@ -36,11 +36,10 @@ void WriteJournalArgument(JournalFile& file, bool& bWritten, const T& argument)
 {
     if constexpr (!ResultArgument<T>)
     {
-        const std::string strText = JournalText(argument);
         if (bWritten)
             file.Write(", ");
-        file.Write(strText);
         bWritten = true;
+        file.Write(JournalText(argument));
     }
 }
 

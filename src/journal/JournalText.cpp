@@ -1,9 +1,9 @@
 #include "journal/JournalText.h"
 
+#include "geometry/NumberText.h"
+
 #include <QRV/JSONConversion.h>
 
-#include <array>
-#include <charconv>
 #include <initializer_list>
 
 namespace QRV
@@ -13,15 +13,6 @@ namespace
 std::string Dump(const nlohmann::json& json)
 {
     return json.dump(-1, ' ', false);
-}
-
-/// As a stream in the classic locale prints with a precision of 16.
-void AppendNumber(std::string& strText, double dValue)
-{
-    std::array<char, 32> digits;
-    const auto end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), dValue, std::chars_format::general, 16);
-    strText.append(digits.data(), end.ptr);
 }
 
 std::string CallText(const char* pName, std::initializer_list<double> aNumbers)

@@ -180,10 +180,10 @@ void Edge::Changed(unsigned nFlags)
 {
     if ((nFlags & nChangeBox) && IsInSearch())
     {
-        RemoveFromSearch();
         RecordChange();
-        m_nFlagsAndUse &= ~kInSearch;
         GetHistory()->AwaitSearch(*this);
+        RemoveFromSearch(); // behind all that may fail: the flag says that the edge stands in the tree
+        m_nFlagsAndUse &= ~kInSearch;
     }
     if ((nFlags & nChangeAnalytic) && (nFlags & nChangePlane))
     {

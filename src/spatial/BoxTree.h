@@ -43,8 +43,12 @@ public:
     /// Searches with the element's present box, which must be that of its insertion. False for a null box and for an
     /// element that isn't there; the latter is a defect of the caller and stops a debug build.
     bool Remove(T* pElement) noexcept;
+    /// The same for an element that may not be there.
+    bool RemoveIfThere(T* pElement) noexcept;
     /// Makes room in the waiting list for this many more elements. Throws std::bad_alloc with nothing changed.
     void ReserveReturns(std::size_t nCount);
+    /// Gives back room that a large change has left.
+    void TrimReturns() noexcept;
     /// Takes the place of whatever the tree held: packs the elements at once, faster and tighter than by insertion.
     /// Elements with a null box are left out. Throws std::bad_alloc with nothing changed.
     void BulkLoad(const std::vector<T*>& aElements);

@@ -75,7 +75,17 @@ void BoxTree<T>::InsertNoThrow(T* pElement) noexcept
 template <class T>
 void BoxTree<T>::ReserveReturns(std::size_t nCount)
 {
-    m_aWaiting.reserve(m_aWaiting.size() + nCount);
+    const std::size_t nNeeded = m_aWaiting.size() + nCount;
+    if (nNeeded > m_aWaiting.capacity())
+        m_aWaiting.reserve(std::max(nNeeded, 2 * m_aWaiting.capacity())); // room is often asked for one by one
+}
+
+template <class T>
+void BoxTree<T>::TrimReturns() noexcept
+{
+    constexpr std::size_t kKept = 1024;
+    if (m_aWaiting.empty() && m_aWaiting.capacity() > kKept)
+        std::vector<T*>().swap(m_aWaiting);
 }
 
 template <class T>

@@ -8,6 +8,15 @@ namespace QRV
 template <class T>
 bool BoxTree<T>::Remove(T* pElement) noexcept
 {
+    const bool bRemoved = RemoveIfThere(pElement);
+    assert((bRemoved || BoxOfElement(*pElement).isNull()) &&
+           "an element leaves a tree that it isn't in, or its box changed while it was there");
+    return bRemoved;
+}
+
+template <class T>
+bool BoxTree<T>::RemoveIfThere(T* pElement) noexcept
+{
     const Interval3d box = BoxOfElement(*pElement);
     if (box.isNull())
         return false;
@@ -16,7 +25,6 @@ bool BoxTree<T>::Remove(T* pElement) noexcept
     if (!m_pRoot)
         return false;
     Leaf* pLeaf = FindLeafWith(pElement, box);
-    assert(pLeaf && "an element leaves a tree that it isn't in, or its box changed while it was there");
     if (!pLeaf)
         return false;
     pLeaf->RemoveAt(pLeaf->FindElement(pElement));

@@ -58,6 +58,17 @@ private:
     std::unordered_map<const Vertex*, std::uint32_t> m_mapNumbers;
 };
 
+/// As PointIntersectsNegativeSideOfPlanes, for a point made to lie on planes `i` and `j`: far from the origin rounding
+/// puts it on either side of them.
+bool IsOnNegativeSideOfOthers(const Point3d& p, const std::vector<Plane>& aPlanes, std::size_t i, std::size_t j,
+                              double dTol)
+{
+    for (std::size_t n = 0; n < aPlanes.size(); ++n)
+        if (n != i && n != j && !aPlanes[n].pointIntersectsNegativeSide(p, dTol))
+            return false;
+    return true;
+}
+
 std::array<Point3d, 3> GetPoints(const Facet& facet, const Transf3d* pTransform)
 {
     std::array<Point3d, 3> aPoints{facet.GetPoint(0), facet.GetPoint(1), facet.GetPoint(2)};
@@ -228,13 +239,21 @@ bool FaceFacets::ContainsPoint(const Point3d& p, const Plane& plane, bool bWide)
 
 void FaceFacets::HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax) const
 {
+    const auto nFirst = std::ptrdiff_t(aParameters.size());
+    // Where the ray passes between two triangles, both are hit and the face is crossed but once.
+    const auto isKnown = [&](double t)
+    {
+        const double dSpot = std::max(std::abs(t), 1.0) * kLinearTolerance;
+        return std::any_of(aParameters.begin() + nFirst, aParameters.end(),
+                           [&](double tKnown) { return std::abs(t - tKnown) < dSpot; });
+    };
     ForEachCandidate([&](const Interval3d& box) { return box.intersectsRay(ray, dTol, dMax); },
                      [&](const Facet& facet) {
                          const Plane plane = GetFacetPlane(facet);
                          Point3d p;
                          double t = 0.0;
-                         if (plane.isValid() && plane.intersectsInPoint(ray, p, t) && t > kRayStart && t <= dMax + kLinearTolerance &&
-                             facet.ContainsPoint(p, &plane, false))
+                         if (plane.isValid() && plane.intersectsInPoint(ray, p, t) && t > kRayStart &&
+                             t <= dMax + kLinearTolerance && facet.ContainsPoint(p, &plane, false) && !isKnown(t))
                              aParameters.push_back(t);
                          return true;
                      });
@@ -269,8 +288,8 @@ bool FaceFacets::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlane
             Point3d p;
             double t = 0.0;
             if (aPlanes[i].intersectsInLine(aPlanes[j], line) && plane.intersectsInPoint(line, p, t) &&
-                PointIntersectsNegativeSideOfPlanes(p, aPlanes, dTol))
-                return ContainsPoint(p, plane, false);
+                IsOnNegativeSideOfOthers(p, aPlanes, i, j, dTol))
+                return ContainsPoint(plane.project(p), plane, false);
         }
     return false;
 }

@@ -50,7 +50,7 @@ public:
     /// Signed volume of the tetrahedra between the triangles and `origin`.
     double GetVolumeContribution(const Transf3d* pTransform, const Point3d& origin) const;
     bool ContainsPoint(const Point3d& p, const Plane& plane, bool bWide) const;
-    /// Appends the parameter of each triangle hit.
+    /// Appends the parameter of each crossing, once also where two triangles meet.
     void HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax) const;
     bool IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, const Plane& plane, double dTol,
                                         bool bWhole) const;

@@ -1,0 +1,133 @@
+// What one small step costs in a solid of many faces.
+
+#include "history/History.h"
+#include "model/Edge.h"
+#include "support/BenchModel.h"
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <chrono>
+#include <map>
+#include <memory>
+
+namespace
+{
+using QRV::BenchModel;
+using QRV::Point3d;
+
+/// A unit cube, its sides ruled into m by m cells.
+std::unique_ptr<BenchModel> DrawRuledCube(int m)
+{
+    auto pModel = std::make_unique<BenchModel>();
+    const auto place = [](int nAxis, double dAlong, double u, double v) {
+        Point3d p;
+        p[nAxis] = dAlong;
+        p[(nAxis + 1) % 3] = u;
+        p[(nAxis + 2) % 3] = v;
+        return p;
+    };
+    for (int nAxis = 0; nAxis < 3; ++nAxis)
+        for (const auto& [u, v] : {std::pair{0.0, 0.0}, {0.0, 1.0}, {1.0, 0.0}, {1.0, 1.0}})
+            pModel->Draw({place(nAxis, 0.0, u, v), place(nAxis, 1.0, u, v)});
+    for (int nAxis = 0; nAxis < 3; ++nAxis)
+        for (const double dSide : {0.0, 1.0})
+            for (int n = 1; n < m; ++n)
+            {
+                const double d = double(n) / m;
+                pModel->Draw({place(nAxis, dSide, d, 0.0), place(nAxis, dSide, d, 1.0)});
+                pModel->Draw({place(nAxis, dSide, 0.0, d), place(nAxis, dSide, 1.0, d)});
+            }
+    QRV::Expect(pModel->Get(QRV::nFaceType).size() == std::size_t(6 * m * m), "all cells of the cube");
+    QRV::Expect(pModel->Get(QRV::nBodyType).size() == 1, "one body");
+    return pModel;
+}
+
+const BenchModel& GetRuledCube(int m)
+{
+    static std::map<int, std::unique_ptr<BenchModel>> mapCubes;
+    auto& pModel = mapCubes[m];
+    if (!pModel)
+        pModel = DrawRuledCube(m);
+    return *pModel;
+}
+
+/// Splits a cell in the middle of a side by its diagonal, takes that back and does it again; gives the time of each.
+/// The memory of the step goes to the counters.
+class SplitCell
+{
+public:
+    explicit SplitCell(int m) : m_model(GetRuledCube(m))
+    {
+        const double dLow = double(m / 2) / m;
+        const double dHigh = double(m / 2 + 1) / m;
+        m_diagonal = {{dLow, dLow, 1.0}, {dHigh, dHigh, 1.0}};
+    }
+
+    enum nPhase
+    {
+        nCall,
+        nUndo,
+        nRedo
+    };
+
+    std::array<double, 3> Run()
+    {
+        const std::size_t nHeap = QRV::GetHeapSize();
+        const double dCall = Time([&] { m_model.Draw(m_diagonal); });
+        m_nHeapAdded = QRV::GetHeapSize() - nHeap;
+        const double dUndo = Time([&] { QRV::APIUndoHistory(m_model.GetID()); });
+        const double dRedo = Time([&] { QRV::APIRedoHistory(m_model.GetID()); });
+        QRV::APIUndoHistory(m_model.GetID(), true);
+        return {dCall, dUndo, dRedo};
+    }
+
+    std::size_t GetHeapAdded() const { return m_nHeapAdded; }
+
+private:
+    template <class Work>
+    static double Time(Work work)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+
+    const BenchModel& m_model;
+    QRV::Segment m_diagonal;
+    std::size_t m_nHeapAdded = 0;
+};
+
+void RunPhase(benchmark::State& state, SplitCell::nPhase nPhase)
+{
+    SplitCell split(int(state.range(0)));
+    split.Run();
+    for (auto _ : state)
+        state.SetIterationTime(split.Run()[nPhase]);
+    state.counters["bytes"] = double(split.GetHeapAdded());
+}
+
+void SplitFaceOfSolid(benchmark::State& state)
+{
+    RunPhase(state, SplitCell::nCall);
+}
+
+void UndoSplitFaceOfSolid(benchmark::State& state)
+{
+    RunPhase(state, SplitCell::nUndo);
+}
+
+void RedoSplitFaceOfSolid(benchmark::State& state)
+{
+    RunPhase(state, SplitCell::nRedo);
+}
+
+void ForCubes(benchmark::internal::Benchmark* pBenchmark)
+{
+    pBenchmark->ArgName("m")->Arg(13)->Arg(130)->UseManualTime()->Iterations(2'000)->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(SplitFaceOfSolid)->Apply(ForCubes);
+BENCHMARK(UndoSplitFaceOfSolid)->Apply(ForCubes);
+BENCHMARK(RedoSplitFaceOfSolid)->Apply(ForCubes);
+} // namespace

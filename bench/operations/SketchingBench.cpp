@@ -1,0 +1,72 @@
+// Drawing line by line: crossing segments, beside CGAL's arrangements, and grids of cells.
+
+#include "operations/SketchingYardstick.h"
+#include "support/BenchModel.h"
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+using QRV::Point3d;
+using QRV::Segment;
+
+/// The sides of n unit squares side by side, each side once.
+std::vector<Segment> MakeCells(std::size_t n)
+{
+    const auto nSide = std::size_t(std::lround(std::sqrt(double(n))));
+    std::vector<Segment> aLines;
+    for (std::size_t y = 0; y <= nSide; ++y)
+        for (std::size_t x = 0; x <= nSide; ++x)
+        {
+            const Point3d corner(double(x), double(y), 0.0);
+            if (x < nSide)
+                aLines.emplace_back(corner, Point3d(double(x + 1), double(y), 0.0));
+            if (y < nSide)
+                aLines.emplace_back(corner, Point3d(double(x), double(y + 1), 0.0));
+        }
+    return aLines;
+}
+
+void Draw(benchmark::State& state, const std::vector<Segment>& aSegments)
+{
+    std::size_t nEdges = 0;
+    std::size_t nFaces = 0;
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        const auto pModel = std::make_unique<QRV::BenchModel>();
+        state.ResumeTiming();
+        pModel->Draw(aSegments);
+        state.PauseTiming();
+        nEdges = pModel->Get(QRV::nEdgeType).size();
+        nFaces = pModel->Get(QRV::nFaceType).size();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(std::int64_t(aSegments.size()) * state.iterations());
+    state.counters["edges"] = double(nEdges);
+    state.counters["faces"] = double(nFaces);
+}
+
+void DrawRandomSegments(benchmark::State& state)
+{
+    Draw(state, QRV::MakeRandomSegments(std::size_t(state.range(0))));
+}
+
+void DrawCells(benchmark::State& state)
+{
+    Draw(state, MakeCells(std::size_t(state.range(0))));
+}
+
+void DrawRandomSegmentsByYardstick(benchmark::State& state)
+{
+    const std::vector<Segment> aSegments = QRV::MakeRandomSegments(std::size_t(state.range(0)));
+    std::size_t nEdges = 0;
+    for (auto _ : state)
+        nEdges = ArrangeByYardstick(aSegments);
+    state.counters["edges"] = double(nEdges);
+}
+
+BENCHMARK(DrawRandomSegments)->Arg(1'000)->Arg(3'000)->Arg(10'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawRandomSegmentsByYardstick)->Arg(3'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawCells)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+} // namespace

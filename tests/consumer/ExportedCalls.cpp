@@ -1,0 +1,168 @@
+/// Hosts are compiled against these types: each exported call is taken by its address under its exact type, so that a
+/// changed parameter fails to compile and a call that the library does not export fails to link.
+#include <QRV/API.h>
+#include <QRV/JSONConversion.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+using namespace QRV;
+
+namespace
+{
+using ID = std::uint64_t;
+using IDs = std::vector<ID>;
+using Points = std::vector<Point3d>;
+using AnyCall = void (*)();
+
+template <class Type, Type* pCall>
+AnyCall Linked()
+{
+    return reinterpret_cast<AnyCall>(pCall);
+}
+
+AnyCall g_aCalls[] = {
+    Linked<Result(ID&, ID&), &APIGetVersionReadOnly>(),
+    Linked<Result(ID, const std::string&), &APIEnableJournaling>(),
+    Linked<Result(const std::vector<std::string>&, bool), &APIEnableJournalingTypes>(),
+    Linked<Result(), &APIDisableJournaling>(),
+    Linked<Result(bool&), &APIIsJournalingReadOnly>(),
+    Linked<Result(std::set<std::string>&), &APIGetEnabledJournalingTypesReadOnly>(),
+    Linked<Result(ID&, bool), &APICreateHistory>(),
+    Linked<Result(ID), &APIDeleteHistory>(),
+    Linked<Result(), &APIDeleteAllHistories>(),
+    Linked<Result(ID&), &APIChangeHistoryID>(),
+    Linked<Result(ID, bool&), &APIIsHistoryLiveReadOnly>(),
+    Linked<Result(ID, bool&), &APIIsHistoryNonTemporaryReadOnly>(),
+    Linked<Result(IDs&, bool), &APIGetAllHistoriesReadOnly>(),
+    Linked<Result(ID, bool, IDs&), &APIGetAllReachableHistoriesReadOnly>(),
+    Linked<Result(ID, std::vector<ObjectHistoryID>&), &APIGetHistoryReferencingGroupsReadOnly>(),
+    Linked<Result(ID, ID&, bool), &APIGetMemorySizeReadOnly>(),
+    Linked<Result(ID, bool, ID), &APIUndoHistory>(),
+    Linked<Result(ID, ID), &APIRedoHistory>(),
+    Linked<Result(ID, ID), &APIUndoHistoryToDelta>(),
+    Linked<Result(ID, ID), &APIRedoHistoryToDelta>(),
+    Linked<Result(ID, ID, bool), &APIUndoOrRedoHistoryToDelta>(),
+    Linked<Result(ID, bool&), &APICanUndoHistoryReadOnly>(),
+    Linked<Result(ID, bool&), &APICanRedoHistoryReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APICanUndoHistoryToDeltaReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APICanRedoHistoryToDeltaReadOnly>(),
+    Linked<Result(ID, bool), &APIDeleteAllRedoHistory>(),
+    Linked<Result(ID, ID, ID, bool), &APIMergeDeltas>(),
+    Linked<Result(ID, ID&, int), &APIGetIdOfActiveDeltaReadOnly>(),
+    Linked<Result(ID, ID&, ID), &APIGetLastDeltaIDReadOnly>(),
+    Linked<Result(ID, IDs&), &APIGetAllHistoryDeltasReadOnly>(),
+    Linked<Result(ID, ID, ID, IDs&), &APIGetHistoryDeltasReadOnly>(),
+    Linked<Result(ID, ID, ID&), &APIGetDeltaFlagsReadOnly>(),
+    Linked<Result(ID, ID, ID), &APISetDeltaFlags>(),
+    Linked<Result(ID, ID, ID, bool), &APISetAllDeltaFlags>(),
+    Linked<Result(ID, ID, std::vector<Result>&), &APICheckValidityReadOnly>(),
+    Linked<Result(ID, std::vector<Result>&), &APICheckHistoryValidityReadOnly>(),
+    Linked<Result(ID, ID, nObjectType&), &APIGetObjectTypeReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIIsObjectLiveReadOnly>(),
+    Linked<Result(ID, ID, nObjectType, IDs&, bool), &APIGetObjectsByTypeReadOnly>(),
+    Linked<Result(ID, nObjectType, IDs&), &APIGetAllObjectsByTypeReadOnly>(),
+    Linked<Result(ID, IDs&), &APIGetAllNonOwnedReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIIsNonOwnedReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIGetAllConnectedNonOwnedReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIGetTopLevelOwnersReadOnly>(),
+    Linked<Result(ID, ID, nObjectType, IDs&), &APIGetObjectAttributesReadOnly>(),
+    Linked<Result(ID, ID, const char*&), &APIGetObjectNameReadOnly>(),
+    Linked<Result(ID, ID, Interval3d&, const Transf3d&), &APIGetBoxReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIGetBodyFacesReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIGetBodyEdgesReadOnly>(),
+    Linked<Result(ID, ID, IDs&, bool), &APIGetConnectedEdgesReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIGetCoedgeDirectionReadOnly>(),
+    Linked<Result(ID, ID, nConvexity&), &APIGetConvexityReadOnly>(),
+    Linked<Result(ID, ID, ID, IDs&), &APIGetConvexityConnectedComponentReadOnly>(),
+    Linked<Result(ID, ID, nEdgeFaceClass&), &APIGetEdgeFaceClassificationReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIGetEdgeOrVertexMarkedSmoothReadOnly>(),
+    Linked<Result(ID, ID, Point3d&, Point3d&), &APIGetEdgePointsReadOnly>(),
+    Linked<Result(ID, ID, Point3d&), &APIGetFaceCentroidPoint3dReadOnly>(),
+    Linked<Result(ID, ID, bool, bool, IDs&), &APIGetFaceConnectedComponentReadOnly>(),
+    Linked<Result(ID, ID, Points&), &APIGetFaceFacetsReadOnly>(),
+    Linked<Result(ID, ID, Plane&), &APIGetFacePlaneReadOnly>(),
+    Linked<Result(ID, ID, double&), &APIGetFaceVariantReadOnly>(),
+    Linked<Result(ID, ID, std::vector<std::pair<ID, UnitVector3d>>&), &APIGetFaceVertexNormalsReadOnly>(),
+    Linked<Result(ID, ID, Points&, std::vector<UnitVector3d>&, std::vector<Point2d>&, bool, bool),
+           &APIGetRenderableFaceReadOnly>(),
+    Linked<Result(ID, ID, Point3d&), &APIGetVertexPoint3dReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIIsEdgeManifoldReadOnly>(),
+    Linked<Result(ID, ID, bool, bool&), &APIIsEdgeMergeableReadOnly>(),
+    Linked<Result(ID, ID, double&, Point3d&, UnitVector3d&, UnitVector3d&, IDs&, bool&), &APIIsEdgeOnCircleReadOnly>(),
+    Linked<Result(ID, ID, const Point3d&, const Vector3d&, bool, bool&), &APIIsEdgeSilhouetteReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIDetectFreeEdgesReadOnly>(),
+    Linked<Result(ID, ID, const Point3d&, const Vector3d&, bool, IDs&), &APIDetectSilhouettesReadOnly>(),
+    Linked<Result(ID, const Line3d&, IDs&, double, bool, bool, bool, double, std::vector<GroupInstancePath>*,
+                  std::vector<Transf3d>*, SortedHits*),
+           &APIRayFireReadOnly>(),
+    Linked<Result(ID, const std::vector<Plane>&, IDs&, bool, bool, bool, bool, double, const Line3d*,
+                  std::vector<GroupInstancePath>*, std::vector<Transf3d>*, SortedHits*, bool),
+           &APIIntersectsNegativeSideOfPlanesReadOnly>(),
+    Linked<Result(ID, ID, const Point3d&, bool&), &APIFaceContainsPointReadOnly>(),
+    Linked<Result(ID, ID, double&, const Transf3d*), &APIComputeAreaReadOnly>(),
+    Linked<Result(ID, ID, double&, const Transf3d*), &APIComputeVolumeReadOnly>(),
+    Linked<Result(ID, const Point3d&, ID&), &APICreateVertex>(),
+    Linked<Result(ID, const Point3d&, const Point3d&), &APIConnectPoint3ds>(),
+    Linked<Result(ID, ID, const Point3d&), &APIConnectVertexAndPoint3d>(),
+    Linked<Result(ID, ID, ID), &APIConnectVertices>(),
+    Linked<Result(ID, const Points&, ID&, bool), &APICreatePolyline>(),
+    Linked<Result(ID, const Point3d&, const Point3d&, const Point3d&, Points&, bool), &APICreateRectangle>(),
+    Linked<Result(ID, double, const Point3d&, Points&, const UnitVector3d&, const UnitVector3d&, double, double, double,
+                  bool, const Transf3d&, ID),
+           &APICreateCircleOrArc>(),
+    Linked<Result(ID, const Point3d&, const Point3d&, const Point3d&, Points&, double, bool, const Transf3d&, ID, bool),
+           &APICreateCircleOrArcFromPoints>(),
+    Linked<Result(ID, ID&), &APICreateEmptyBody>(),
+    Linked<Result(ID, ID, ID), &APIAddFaceComponentToBody>(),
+};
+
+bool AreDistinct()
+{
+    std::sort(std::begin(g_aCalls), std::end(g_aCalls));
+    return std::adjacent_find(std::begin(g_aCalls), std::end(g_aCalls)) == std::end(g_aCalls);
+}
+
+/// The arguments that a host may leave out, left out.
+bool TakesDefaults(ID nHistory)
+{
+    ID nID = 0;
+    IDs aIDs;
+    double dSize = 0;
+    APIGetAllHistoriesReadOnly(aIDs);
+    APIGetIdOfActiveDeltaReadOnly(nHistory, nID);
+    APIGetLastDeltaIDReadOnly(nHistory, nID);
+    APIUndoHistory(nHistory);
+    APIRedoHistory(nHistory);
+    APIUndoOrRedoHistoryToDelta(nHistory, nID);
+    APIDeleteAllRedoHistory(nHistory);
+    APIMergeDeltas(nHistory);
+    APIRayFireReadOnly(nHistory, Line3d(), aIDs, 0.0, true, true, true, 1.0);
+    APIComputeAreaReadOnly(nHistory, nID, dSize);
+    return !APIComputeVolumeReadOnly(nHistory, nID, dSize).IsGood();
+}
+
+/// An exception that the library's hidden code throws is known to its host by class.
+bool CatchesLibraryException()
+{
+    Point3d point;
+    try
+    {
+        FromJSON(nlohmann::json{{"place", "{"}}, "place", point, false);
+    }
+    catch (const nlohmann::json::parse_error&)
+    {
+        return true;
+    }
+    return false;
+}
+} // namespace
+
+int main()
+{
+    std::printf("%zu calls\n", std::size(g_aCalls));
+    ID nHistory = INVALID_ID;
+    APICreateHistory(nHistory, true);
+    return AreDistinct() && TakesDefaults(nHistory) && CatchesLibraryException() ? 0 : 1;
+}
