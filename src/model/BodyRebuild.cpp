@@ -53,6 +53,8 @@ public:
     bool Run()
     {
         GatherComponents();
+        SplitIncoherent();
+        RecordShells();
         RemoveEmpty();
         FillTree();
         PlaceSolids();
@@ -62,7 +64,7 @@ public:
     }
 
 private:
-    /// One shell for each sheet of faces that hang together, and a record of it.
+    /// One shell for each sheet of faces that hang together.
     void GatherComponents()
     {
         std::vector<Face*> aFaces;
@@ -75,25 +77,44 @@ private:
                 continue;
             std::vector<Face*> aComponent;
             Face::Sheet sheet;
+            sheet.pWithin = &m_body;
             pSeed->GetConnectedComponent(aComponent, seen, sheet);
             Shell* pShell = pSeed->GetShell();
             if (!taken.insert(pShell).second)
                 pShell = &m_history.Create<Shell>();
             taken.insert(pShell);
-            const double dVolume = sheet.bClosed ? GetSignedVolume(aComponent) : 0.0;
             MoveFaces(aComponent, *pShell);
-            m_aRecords.push_back({pShell, Interval3d(), dVolume});
+            m_aShells.push_back(pShell);
         }
-        for (ShellRecord& record : m_aRecords)
-            record.pShell->AddToBox(record.box);
     }
 
-    /// Faces of the component that belong to other bodies stay there.
+    /// Where many faces meet at an edge a sheet can depend on faces that went to another shell; without them it falls
+    /// apart.
+    void SplitIncoherent()
+    {
+        for (std::size_t i = 0; i < m_aShells.size(); ++i)
+            while (m_aShells[i]->Split(m_aShells))
+                m_bMoved = true;
+    }
+
+    void RecordShells()
+    {
+        for (Shell* pShell : m_aShells)
+        {
+            ShellRecord record{pShell, Interval3d(), 0.0};
+            pShell->AddToBox(record.box);
+            const SharedObjectSet<Face>& faces = pShell->GetFaces();
+            if (pShell->IsClosed())
+                record.dVolume = GetSignedVolume({faces.begin(), faces.end()});
+            m_aRecords.push_back(record);
+        }
+    }
+
     void MoveFaces(const std::vector<Face*>& aComponent, Shell& shell)
     {
         std::vector<Face*> aMoving;
         for (Face* pFace : aComponent)
-            if (pFace->GetShell() != &shell && pFace->GetBody() == &m_body)
+            if (pFace->GetShell() != &shell)
                 aMoving.push_back(pFace);
         for (Face* pFace : aMoving)
             pFace->GetShell()->RemoveFace(pFace);
@@ -204,6 +225,7 @@ private:
     History& m_history;
     bool m_bSplitToBodies;
     bool m_bMoved = false;
+    std::vector<Shell*> m_aShells;
     std::vector<ShellRecord> m_aRecords;
     BoxTree<ShellRecord> m_tree;
 };

@@ -100,6 +100,8 @@ public:
     struct Sheet
     {
         bool bStopWhenOpen = false; ///< asked by the caller: the first open edge ends the walk
+        /// Asked by the caller: the shell or body whose faces alone count, as if there were no others at their edges.
+        const Object* pWithin = nullptr;
         bool bClosed = false;       ///< no open edge, consistent orientation
         bool bNoOpenEdge = false;   ///< closed but for the orientation
     };

@@ -1,4 +1,5 @@
 #include "geometry/Trigonometry.h"
+#include "model/Body.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Shell.h"
@@ -75,15 +76,47 @@ private:
         m_sheet.bNoOpenEdge = m_sheet.bNoOpenEdge && !m_bOpen;
     }
 
+    /// Whether the face is one of those that the caller asked to keep to.
+    bool Counts(const Face* pFace) const
+    {
+        const Object* pWithin = m_sheet.pWithin;
+        return !pWithin || (pFace && (pFace->GetShell() == pWithin || static_cast<const Object*>(pFace->GetBody()) == pWithin));
+    }
+
+    /// The coedges of the edge, in the order of their ring, without those of faces that do not count.
+    std::vector<Coedge*> GetChain(const Edge& edge) const
+    {
+        std::vector<Coedge*> aChain;
+        edge.GetCoedges(aChain);
+        std::erase_if(aChain, [this](const Coedge* pCoedge) { return !Counts(pCoedge->GetFace()); });
+        return aChain;
+    }
+
+    /// The one other coedge of the edge, null at an open edge; the coedge itself where there are several.
+    const Coedge* FindPartner(const Coedge& coedge) const
+    {
+        const Coedge* pPartner = coedge.GetPartner();
+        if (!pPartner)
+            return nullptr;
+        if (pPartner->GetPartner() == &coedge)
+            return Counts(pPartner->GetFace()) ? pPartner : nullptr;
+        if (!m_sheet.pWithin)
+            return &coedge;
+        const std::vector<Coedge*> aChain = GetChain(*coedge.GetEdge());
+        if (aChain.size() == 2)
+            return aChain[aChain[0] == &coedge];
+        return aChain.size() > 2 ? &coedge : nullptr;
+    }
+
     void CrossEdge(const Coedge& coedge)
     {
-        Coedge* pPartner = coedge.GetPartner();
+        const Coedge* pPartner = FindPartner(coedge);
         if (!pPartner)
         {
             m_bOpen = true;
             return;
         }
-        if (pPartner->GetPartner() != &coedge)
+        if (pPartner == &coedge)
         {
             m_aManySided.push_back(coedge.GetEdge());
             return;
@@ -105,9 +138,7 @@ private:
     {
         for (; m_nManySided < m_aManySided.size(); ++m_nManySided)
         {
-            const Edge& edge = *m_aManySided[m_nManySided];
-            std::vector<Coedge*> aChain;
-            edge.GetCoedges(aChain);
+            std::vector<Coedge*> aChain = GetChain(*m_aManySided[m_nManySided]);
             const auto itOwn = std::find_if(aChain.begin(), aChain.end(),
                                             [&](const Coedge* p) { return m_local.contains(p->GetFace()); });
             if (itOwn == aChain.end())
@@ -194,12 +225,8 @@ private:
     void CheckManySidedEdges()
     {
         for (const Edge* pEdge : m_aManySided)
-        {
-            std::vector<Coedge*> aChain;
-            pEdge->GetCoedges(aChain);
-            if (CountLocal(aChain) % 2 != 0)
+            if (CountLocal(GetChain(*pEdge)) % 2 != 0)
                 m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
-        }
     }
 
     std::vector<Face*>& m_aFaces;

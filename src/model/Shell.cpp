@@ -72,10 +72,10 @@ bool Shell::Split(std::vector<Shell*>& aShells)
             continue;
         std::vector<Face*> aComponent;
         Face::Sheet sheet;
+        sheet.pWithin = this;
         pSeed->GetConnectedComponent(aComponent, seen, sheet);
         if (pSeed == aAll.front())
             continue;
-        std::erase_if(aComponent, [this](const Face* pFace) { return pFace->GetShell() != this; });
         for (Face* pFace : aComponent)
             RemoveFace(pFace);
         Shell& shell = GetHistory()->Create<Shell>();
@@ -93,6 +93,7 @@ bool Shell::IsClosed() const
     std::vector<Face*> aComponent;
     ObjectSet seen;
     Face::Sheet sheet;
+    sheet.pWithin = this;
     sheet.bStopWhenOpen = true;
     (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
     return sheet.bClosed && aComponent.size() == m_aFaces.size();
@@ -150,6 +151,7 @@ std::size_t Shell::CheckValidity(std::vector<Result>& aResults) const
         std::vector<Face*> aComponent;
         ObjectSet seen;
         Face::Sheet sheet;
+        sheet.pWithin = this;
         (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
         if (!std::all_of(m_aFaces.begin(), m_aFaces.end(), [&](const Face* pFace) { return seen.contains(pFace); }))
             nFindings += AddFinding(aResults, Result::nShellNotConnected, this);

@@ -130,8 +130,23 @@ bool CoincidesWithAnother(History& history, Face& face)
                        [&](Face* pOther) { return pOther != &face && pOther->IsCoincident(face); });
 }
 
+/// Where three or more faces meet, sheets come apart by the way these are turned: the shells of a body with such an edge
+/// on one of the faces are derived anew.
+void RebuildAroundTurned(const std::vector<Face*>& aTurned)
+{
+    const auto meetsSeveral = [](const Face* pFace) {
+        std::vector<Edge*> aEdges;
+        pFace->GetEdges(aEdges);
+        return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() >= 3; });
+    };
+    Body* pBody = aTurned.empty() ? nullptr : aTurned.front()->GetBody();
+    if (pBody && std::any_of(aTurned.begin(), aTurned.end(), meetsSeveral))
+        pBody->Rebuild(false);
+}
+
 /// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to agree.
-void OrientFaceComponent(const std::vector<Face*>& aFaces)
+/// Appends those turned to `aTurned`.
+void OrientFaceComponent(const std::vector<Face*>& aFaces, std::vector<Face*>& aTurned)
 {
     const ObjectSet component(aFaces.begin(), aFaces.end());
     std::vector<Face*> aQueue{aFaces.front()};
@@ -151,23 +166,28 @@ void OrientFaceComponent(const std::vector<Face*>& aFaces)
                 continue;
             Face* pNeighbour = aOnEdge.front()->GetFace();
             if (aOnEdge.front()->IsForward() == pCoedge->IsForward())
+            {
                 pNeighbour->Reverse();
+                aTurned.push_back(pNeighbour);
+            }
             aQueue.push_back(pNeighbour);
         }
     }
 }
 
-/// The closed sheet around a face, turned consistently where only that was missing; empty for an open one.
-std::vector<Face*> FindClosedComponent(Face& face)
+/// The closed sheet around a face, turned consistently where only that was missing; empty for an open one. A wall of
+/// another solid that would close it does not: it bounds that one alone.
+std::vector<Face*> FindClosedComponent(Face& face, std::vector<Face*>& aTurned)
 {
     std::vector<Face*> aFaces;
     Face::Sheet sheet;
     sheet.bStopWhenOpen = true;
+    sheet.pWithin = face.GetShell();
     ObjectSet seen;
     face.GetConnectedComponent(aFaces, seen, sheet);
     if (!sheet.bClosed && sheet.bNoOpenEdge)
     {
-        OrientFaceComponent(aFaces);
+        OrientFaceComponent(aFaces, aTurned);
         aFaces.clear();
         seen.clear();
         face.GetConnectedComponent(aFaces, seen, sheet);
@@ -175,6 +195,30 @@ std::vector<Face*> FindClosedComponent(Face& face)
     if (!sheet.bClosed)
         aFaces.clear();
     return aFaces;
+}
+
+/// Gives a closed component a body if it has none, and turns its faces so that a solid has them outward.
+void MakeSolid(Face& face, const std::vector<Face*>& aFaces, std::vector<Face*>& aTurned)
+{
+    if (!face.GetBody())
+    {
+        History& history = *face.GetHistory();
+        Body& body = history.Create<Body>();
+        Shell& shell = history.Create<Shell>();
+        body.AddLump().AddShell(&shell, false);
+        shell.AddFaces(aFaces);
+    }
+    OrientFaceComponent(aFaces, aTurned);
+
+    const Shell* pShell = face.GetShell();
+    const bool bOuter = pShell && pShell->GetLump() && pShell->GetLump()->GetShells().front() == pShell;
+    const double dVolume = GetSignedVolume(aFaces);
+    const bool bInsideOut = bOuter ? dVolume < -kLinearTolerance : dVolume > kLinearTolerance;
+    if (!bInsideOut)
+        return;
+    for (Face* pFace : aFaces)
+        pFace->Reverse();
+    aTurned.insert(aTurned.end(), aFaces.begin(), aFaces.end());
 }
 } // namespace
 
@@ -189,7 +233,10 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         DrawInSpurs(history, *pAround);
     const bool bTookHoles = TakeInnerFaces(history, newFace);
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
+    {
         newFace.Reverse();
+        RebuildAroundTurned({&newFace});
+    }
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
@@ -211,25 +258,10 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 
 void CloseFaceComponent(Face& face)
 {
-    const std::vector<Face*> aFaces = FindClosedComponent(face);
-    if (aFaces.empty())
-        return;
-    History& history = *face.GetHistory();
-    if (!face.GetBody())
-    {
-        Body& body = history.Create<Body>();
-        Shell& shell = history.Create<Shell>();
-        body.AddLump().AddShell(&shell, false);
-        shell.AddFaces(aFaces);
-    }
-    OrientFaceComponent(aFaces);
-
-    const Shell* pShell = face.GetShell();
-    const bool bOuter = pShell && pShell->GetLump() && pShell->GetLump()->GetShells().front() == pShell;
-    const double dVolume = GetSignedVolume(aFaces);
-    const bool bInsideOut = bOuter ? dVolume < -kLinearTolerance : dVolume > kLinearTolerance;
-    if (bInsideOut)
-        for (Face* pFace : aFaces)
-            pFace->Reverse();
+    std::vector<Face*> aTurned;
+    const std::vector<Face*> aFaces = FindClosedComponent(face, aTurned);
+    if (!aFaces.empty())
+        MakeSolid(face, aFaces, aTurned);
+    RebuildAroundTurned(aTurned);
 }
 } // namespace QRV
