@@ -12,6 +12,7 @@
 ///
 /// house [DIR]
 #include "Picture.h"
+#include "support/STLFile.h"
 #include "support/Session.h"
 #include "support/UndoCheck.h"
 
@@ -208,6 +209,10 @@ void Run(const std::filesystem::path& out)
     ExpectSound(session);
     std::printf("undo and redo of %zu steps, one by one and in one jump: everything came back\n",
                 ExpectUndoRedo(session));
+    double dVolume = 0.0;
+    for (const std::uint64_t nBody : session.GetAll(nBodyType))
+        dVolume += session.GetVolume(nBody);
+    SaveSTL(session, session.GetAll(nBodyType), dVolume, out / "house.stl");
     std::printf("%zu lines seen in the picture\n", DrawPicture(session, out / "house.svg"));
 }
 } // namespace examples

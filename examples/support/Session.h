@@ -52,8 +52,4 @@ public:
 private:
     std::uint64_t m_nID = QRV::INVALID_ID;
 };
-
-/// Writes the bodies of the model as one STL file and expects the triangles in it to hold the same volume.
-/// @return the volume that the file holds
-double SaveSTL(const Session& session, const std::vector<std::uint64_t>& aBodies, const std::filesystem::path& path);
 } // namespace examples
