@@ -116,6 +116,9 @@ AnyCall g_aCalls[] = {
            &APICreateCircleOrArcFromPoints>(),
     Linked<Result(ID, ID&), &APICreateEmptyBody>(),
     Linked<Result(ID, ID, ID), &APIAddFaceComponentToBody>(),
+    Linked<Result(ID, const IDs&, const char*, nFileType, bool, double, const std::vector<ObjectHistoryID>&,
+                  const std::vector<ObjectHistoryID>&),
+           &APISaveToFileReadOnly>(),
 };
 
 bool AreDistinct()
