@@ -5,6 +5,7 @@
 
 #include <QRV/Journaling.h>
 
+#include <cstdlib>
 #include <locale>
 
 namespace QRV
@@ -227,6 +228,25 @@ TEST(Journal, NeverFailsACall)
         model.Line({0, 0, 0}, {1, 0, 0});
         EXPECT_TRUE(APIDisableJournaling().IsGood());
     }
+}
+
+TEST(Journal, GetsItsTailWhenTheProcessEndsAndTheHostHearsNothing)
+{
+    const std::string strPath = testing::TempDir() + "qrv_exit.js";
+    const auto leave = [&]
+    {
+        std::uint64_t h = INVALID_ID;
+        APICreateHistory(h, true);
+        APIEnableJournaling(h, strPath);
+        APIConnectPoint3ds(h, {0, 0, 0}, {1, 0, 0});
+        HistoryRegistry::Get().SetModelChangedCallback([](const ModelChangeData&) { std::_Exit(3); });
+        std::exit(0);
+    };
+    EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
+    std::ifstream stream(strPath);
+    const std::string strText{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_TRUE(strText.ends_with("QRV.Geom.Point3d(1, 0, 0));\n" + kTail)) << strText;
+    std::remove(strPath.c_str());
 }
 
 TEST(JournalText, IsWhatTheScriptReads)
