@@ -148,7 +148,8 @@ Result APIIsEdgeOnCircleReadOnly(std::uint64_t nHistoryID, std::uint64_t nEdgeID
                     return;
                 const auto* pCircle = dynamic_cast<const CircleAttribute*>(aCircles.front());
                 if (!pCircle || !pCircle->HasOwner(*pEdge))
-                    return result.SetErrorCode(Result::nAttributeBadOwner, aCircles.front()->GetID());
+                    return result.SetErrorCode(Result::nAttributeBadOwner,
+                                               std::vector{ObjectHistoryID{nHistoryID, aCircles.front()->GetID()}});
                 bOn = true;
                 dRadius = pCircle->GetRadius();
                 center = pCircle->GetCenter();

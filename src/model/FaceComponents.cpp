@@ -212,12 +212,12 @@ private:
         return ChooseAmongEqual(aCandidates.rbegin(), aCandidates.rend());
     }
 
-    /// The face of the highest id among the candidates that stand at the first one's angle; null when only wrong sides do.
+    /// The face of the lowest id among the candidates that stand at the first one's angle; null when only wrong sides do.
     template <class Iterator>
     static Face* ChooseAmongEqual(Iterator itChoice, Iterator itEnd)
     {
         for (Iterator it = std::next(itChoice); it != itEnd && std::abs(it->dAngle - itChoice->dAngle) <= kLinearTolerance; ++it)
-            if (it->pFace && (!itChoice->pFace || it->pFace->GetID() > itChoice->pFace->GetID()))
+            if (it->pFace && (!itChoice->pFace || it->pFace->GetID() < itChoice->pFace->GetID()))
                 itChoice = it;
         return itChoice->pFace;
     }
