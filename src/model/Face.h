@@ -147,7 +147,8 @@ public:
 
 private:
     void LeaveSearch();
-    void JoinLoops(Loop& first, Loop& second);
+    bool JoinTouchingLoops(Loop& first, Loop& last);
+    Loop& JoinLoops(Loop& first, Loop& second);
     Face& SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing);
 
     Interval3d m_Box;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <unordered_map>
 
 namespace QRV
 {
@@ -129,6 +130,78 @@ bool IsAtCorner(const Edge& edge, const Coedge& corner)
     return corner.GetEdge() == &edge || corner.GetNext()->GetEdge() == &edge;
 }
 
+/// One step from a loop to another of the same face, over a vertex that both pass.
+struct LoopTouch
+{
+    Loop* pNext;
+    Vertex* pVertex;
+};
+
+/// The way from one loop to another over loops that touch in a vertex; empty when none leads there.
+std::vector<LoopTouch> FindTouchingLoops(const Face& face, Loop& first, const Loop& last)
+{
+    std::unordered_map<const Vertex*, std::vector<Loop*>> mapLoops;
+    for (Loop* pLoop : face.GetLoops())
+        pLoop->ForEachCoedge([&](const Coedge& coedge) { mapLoops[coedge.GetStartVertex()].push_back(pLoop); });
+
+    struct Reached
+    {
+        std::size_t nBefore;
+        LoopTouch touch;
+    };
+    std::vector<Reached> aReached{{0, {&first, nullptr}}};
+    ObjectSet seen{&first};
+    for (std::size_t n = 0; n < aReached.size() && !seen.contains(&last); ++n)
+        aReached[n].touch.pNext->ForEachCoedge(
+            [&](const Coedge& coedge)
+            {
+                for (Loop* pLoop : mapLoops[coedge.GetStartVertex()])
+                    if (seen.insert(pLoop).second)
+                        aReached.push_back({n, {pLoop, coedge.GetStartVertex()}});
+            });
+
+    std::vector<LoopTouch> aWay;
+    const auto itLast = std::find_if(aReached.begin(), aReached.end(),
+                                     [&](const Reached& reached) { return reached.touch.pNext == &last; });
+    if (itLast == aReached.end())
+        return aWay;
+    for (auto n = std::size_t(itLast - aReached.begin()); n > 0; n = aReached[n].nBefore)
+        aWay.push_back(aReached[n].touch);
+    std::reverse(aWay.begin(), aWay.end());
+    return aWay;
+}
+
+std::vector<Coedge*> GetCoedgesTo(const Loop& loop, const Vertex& vertex)
+{
+    std::vector<Coedge*> aCoedges;
+    loop.ForEachCoedge(
+        [&](Coedge& coedge)
+        {
+            if (coedge.GetEndVertex() == &vertex)
+                aCoedges.push_back(&coedge);
+        });
+    return aCoedges;
+}
+
+/// Makes one ring of two loops that pass a vertex: each runs on into the other there. False, with nothing changed, when
+/// they do not lie in each other's corner.
+bool LinkAtVertex(const Loop& first, const Loop& second, const Vertex& vertex, const UnitVector3d& normal)
+{
+    for (Coedge* pFirst : GetCoedgesTo(first, vertex))
+        for (Coedge* pSecond : GetCoedgesTo(second, vertex))
+        {
+            Coedge& firstNext = *pFirst->GetNext();
+            Coedge& secondNext = *pSecond->GetNext();
+            if (!IsInCorner(*pFirst, secondNext.GetVector(), normal) ||
+                !IsInCorner(*pSecond, firstNext.GetVector(), normal))
+                continue;
+            Coedge::Link(*pFirst, secondNext);
+            Coedge::Link(*pSecond, firstNext);
+            return true;
+        }
+    return false;
+}
+
 bool IsOnRing(const Coedge& ring, const Coedge* pSought)
 {
     const Coedge* pCoedge = &ring;
@@ -190,6 +263,13 @@ bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
     if (!pEndCorner || IsAtCorner(edge, *pStartCorner) || IsAtCorner(edge, *pEndCorner))
         return false;
 
+    if (JoinTouchingLoops(*pStartCorner->GetLoop(), *pEndCorner->GetLoop()))
+    {
+        pStartCorner = FindCorner(pStart, way);
+        pEndCorner = pStartCorner ? FindCorner(pEnd, -way) : nullptr;
+        if (!pEndCorner)
+            return false;
+    }
     Loop& startLoop = *pStartCorner->GetLoop();
     Loop& endLoop = *pEndCorner->GetLoop();
     Coedge& startNext = *pStartCorner->GetNext();
@@ -211,8 +291,27 @@ bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
     return true;
 }
 
-/// A bridge has made one ring of two loops.
-void Face::JoinLoops(Loop& first, Loop& second)
+/// Loops that touch enclose a part of the face as soon as an edge joins them elsewhere, which no bridge between two
+/// rings would show. So they become one ring first, and the edge is a chord of it.
+bool Face::JoinTouchingLoops(Loop& first, Loop& last)
+{
+    if (&first == &last)
+        return false;
+    bool bJoined = false;
+    Loop* pRing = &first;
+    for (const LoopTouch& touch : FindTouchingLoops(*this, first, last))
+    {
+        if (!LinkAtVertex(*pRing, *touch.pNext, *touch.pVertex, GetPlane().normal))
+            break;
+        pRing = &JoinLoops(*pRing, *touch.pNext);
+        touch.pVertex->RebuildGroups(false);
+        bJoined = true;
+    }
+    return bJoined;
+}
+
+/// A link has made one ring of two loops. Gives the loop that stays.
+Loop& Face::JoinLoops(Loop& first, Loop& second)
 {
     Loop& kept = &second == GetOuterLoop() ? second : first;
     Loop& gone = &kept == &first ? second : first;
@@ -220,6 +319,7 @@ void Face::JoinLoops(Loop& first, Loop& second)
     RemoveLoop(&gone);
     kept.OwnCoedges();
     gone.DeleteSelf();
+    return kept;
 }
 
 /// A chord has made two rings of the loop's coedges. One stays in the loop, the other becomes a face of its own.

@@ -112,6 +112,41 @@ TEST(PlanarSketch, MakesTheFacesOfItsArrangement)
     }
 }
 
+TEST(PlanarSketch, MakesTheFacesOfDenseSketches)
+{
+    // Many short segments: islands arise, touch what is around them, and are joined to it once more elsewhere.
+    for (std::uint64_t nSeed = 0; nSeed < 40; ++nSeed)
+    {
+        std::mt19937_64 random(nSeed);
+        std::uniform_real_distribution<double> place(0, 100);
+        std::uniform_real_distribution<double> turn(0, 6.28);
+        std::vector<PlanarSegment> aSketch;
+        while (aSketch.size() < 150)
+        {
+            const Point2d a(place(random), place(random));
+            const double dTurn = turn(random);
+            aSketch.emplace_back(a, Point2d(a.x + 25 * std::cos(dTurn), a.y + 25 * std::sin(dTurn)));
+        }
+        const Frame at = nSeed % 2 == 0 ? GetFrames()[0] : MakeRandomFrame(random, 3.0);
+        const std::string strFault = FindFault(aSketch, at);
+        ASSERT_EQ(strFault, "") << "seed " << nSeed << ", at least:\n" << Shrink(aSketch, at);
+    }
+}
+
+TEST(PlanarSketch, ClosesThePocketBesideAFaceThatTouchesItsSurroundings)
+{
+    const std::vector<Point2d> aTriangle{{5, 0}, {7, 4}, {3, 4}};
+    const std::vector<Point2d> aSquare{{0, 0}, {5, 0}, {10, 0}, {10, 10}, {0, 10}};
+    std::vector<PlanarSegment> aSketch;
+    for (const auto& outline : {aTriangle, aSquare})
+        for (std::size_t n = 0; n < outline.size(); ++n)
+            aSketch.emplace_back(outline[n], outline[(n + 1) % outline.size()]);
+    aSketch.emplace_back(Point2d(0, 10), Point2d(3, 4));
+    aSketch.emplace_back(Point2d(10, 10), Point2d(7, 4));
+    for (const Frame& at : GetFrames())
+        EXPECT_EQ(FindFault(aSketch, at), "") << at.pName;
+}
+
 TEST(PlanarSketch, UndoesAndRedoes)
 {
     for (std::uint64_t nSeed = 0; nSeed < 45 && !::testing::Test::HasFailure(); ++nSeed)
