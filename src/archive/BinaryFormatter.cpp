@@ -112,9 +112,8 @@ bool BinaryFormatter::WriteInterval3d(const Interval3d& box, const char* pName)
 // As one number of 32 bits, the first member being the highest byte.
 bool BinaryFormatter::WriteColor(const Color& color, const char* pName)
 {
-    return WriteUInt(std::uint32_t(color.r) << 24 | std::uint32_t(color.g) << 16 | std::uint32_t(color.b) << 8 |
-                         color.a,
-                     pName);
+    return WriteUInt(
+        std::uint32_t(color.r) << 24 | std::uint32_t(color.g) << 16 | std::uint32_t(color.b) << 8 | color.a, pName);
 }
 
 bool BinaryFormatter::WriteString(const std::string& str, const char* pName)

@@ -85,8 +85,9 @@ bool TextFormatter::WriteObject(const Object* pObject, const char* pName)
 
 bool TextFormatter::WriteTransf3d(const Transf3d& t, const char* pName)
 {
-    return PrintNumbers(pName, "Transf", {t(0, 0), t(0, 1), t(0, 2), t(0, 3), t(1, 0), t(1, 1), t(1, 2), t(1, 3),
-                                          t(2, 0), t(2, 1), t(2, 2), t(2, 3), t(3, 0), t(3, 1), t(3, 2), t(3, 3)});
+    return PrintNumbers(pName, "Transf",
+                        {t(0, 0), t(0, 1), t(0, 2), t(0, 3), t(1, 0), t(1, 1), t(1, 2), t(1, 3), t(2, 0), t(2, 1),
+                         t(2, 2), t(2, 3), t(3, 0), t(3, 1), t(3, 2), t(3, 3)});
 }
 
 bool TextFormatter::WriteVector3d(const Vector3d& v, const char* pName)

@@ -163,8 +163,8 @@ private:
 
     std::vector<Facet> m_aFacets;
     const Transf3d& m_transform;
-    Vector3d m_facing; ///< the side on which the transformed triangles run counter-clockwise
-    std::vector<std::size_t> m_aNeedles;                         ///< to be looked at
+    Vector3d m_facing;                   ///< the side on which the transformed triangles run counter-clockwise
+    std::vector<std::size_t> m_aNeedles; ///< to be looked at
     std::unordered_map<Side, std::size_t, SideHash> m_mapSides; ///< to the triangle that runs along it
 };
 } // namespace

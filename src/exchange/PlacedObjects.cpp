@@ -11,7 +11,8 @@ bool HasOwnerAmong(const Object& object, const ObjectSet& objects)
 {
     std::vector<Object*> aAbove;
     object.GetObjectsOfType(aAbove, nUnspecifiedType, true);
-    return std::ranges::any_of(aAbove, [&](const Object* pAbove) { return pAbove != &object && objects.contains(pAbove); });
+    return std::ranges::any_of(aAbove,
+                               [&](const Object* pAbove) { return pAbove != &object && objects.contains(pAbove); });
 }
 
 /// One placement: the objects that one History shows under one transform.

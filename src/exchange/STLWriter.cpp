@@ -1,9 +1,13 @@
 #include "exchange/NeedleFacets.h"
 #include "exchange/PlacedObjects.h"
 #include "exchange/STL.h"
+#include "geometry/Finite.h"
 #include "geometry/NumberText.h"
 #include "model/Face.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <fstream>
 #include <locale>
 #include <string>
@@ -14,6 +18,36 @@ namespace
 {
 constexpr std::uint64_t kMostFacets = 100000000;
 constexpr std::size_t kFlushedSize = 1 << 16;
+constexpr double kNormalAgrees = 1.0 / 2048; ///< in each component; programs that check normals allow about 1 / 1000
+
+using Triangle = std::array<Point3d, 3>;
+
+/// The normal that a program of single precision works out from the corners; zero when it sees no area.
+UnitVector3d GetSinglePrecisionNormal(const Triangle& triangle)
+{
+    std::array<std::array<float, 3>, 2> sides;
+    for (std::size_t i = 0; i < 2; ++i)
+        for (std::size_t n = 0; n < 3; ++n)
+            sides[i][n] = static_cast<float>(triangle[i + 1][n]) - static_cast<float>(triangle[0][n]);
+    const auto& [u, v] = sides;
+    const float x = u[1] * v[2] - u[2] * v[1];
+    const float y = u[2] * v[0] - u[0] * v[2];
+    const float z = u[0] * v[1] - u[1] * v[0];
+    const float largest = std::max({std::abs(x), std::abs(y), std::abs(z)});
+    if (largest == 0.0f)
+        return {};
+    return UnitVector3d(x / largest, y / largest, z / largest, true); // small triangles have normals too
+}
+
+/// The normal of the face, unless the triangle is so narrow, for its distance from the origin, that programs would find
+/// it to contradict the corners that they have read.
+UnitVector3d GetWrittenNormal(const Triangle& triangle, const UnitVector3d& normal)
+{
+    const UnitVector3d seen = GetSinglePrecisionNormal(triangle);
+    const bool bAgrees = std::max({std::abs(seen.x - normal.x), std::abs(seen.y - normal.y),
+                                   std::abs(seen.z - normal.z)}) <= kNormalAgrees;
+    return bAgrees || !IsUsable(seen) ? normal : seen;
+}
 
 class STLWriter
 {
@@ -29,9 +63,9 @@ public:
         if (!m_stream.is_open())
             return false;
         m_strText = "solid model\n";
-        const bool bGood =
-            WalkPlacedObjects(aObjects, excluded, transform, [&](Object& object, const Transf3d& placement)
-                              { return WriteFaces(object, placement, excluded); });
+        const bool bGood = WalkPlacedObjects(aObjects, excluded, transform,
+                                             [&](Object& object, const Transf3d& placement)
+                                             { return WriteFaces(object, placement, excluded); });
         m_strText += "endsolid model\n\n";
         Flush();
         m_stream.close();
@@ -71,13 +105,13 @@ private:
     /// A mirrored triangle is run through the other way round, so that it is counter-clockwise from outside again.
     void WriteFacet(const Facet& facet, const UnitVector3d& normal, const Transf3d& transform, bool bMirror)
     {
-        AppendLine("facet normal", normal.x, normal.y, normal.z);
+        const Triangle triangle{transform * facet.GetPoint(0), transform * facet.GetPoint(bMirror ? 2 : 1),
+                                transform * facet.GetPoint(bMirror ? 1 : 2)};
+        const UnitVector3d written = GetWrittenNormal(triangle, normal);
+        AppendLine("facet normal", written.x, written.y, written.z);
         m_strText += "outer loop\n";
-        for (const std::size_t n : {0, bMirror ? 2 : 1, bMirror ? 1 : 2})
-        {
-            const Point3d p = transform * facet.GetPoint(n);
+        for (const Point3d& p : triangle)
             AppendLine("vertex", p.x, p.y, p.z);
-        }
         m_strText += "endloop\nendfacet\n";
         if (m_strText.size() > kFlushedSize)
             Flush();

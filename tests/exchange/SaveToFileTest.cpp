@@ -1,0 +1,446 @@
+#include "exchange/PlacedObjects.h"
+#include "support/PolygonModel.h"
+
+#include <QRV/API.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <locale>
+#include <sstream>
+
+namespace QRV
+{
+namespace
+{
+using IDs = std::vector<std::uint64_t>;
+using ExcludedIDs = std::vector<ObjectHistoryID>;
+
+/// A file below the directory for temporary files, removed at the end.
+class TemporaryFile
+{
+public:
+    explicit TemporaryFile(const std::string& strName)
+        : m_path(std::filesystem::path(testing::TempDir()) / ("qrv_" + strName))
+    {
+        std::filesystem::remove(m_path);
+    }
+    ~TemporaryFile() { std::filesystem::remove(m_path); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    std::string GetPath() const { return m_path.string(); }
+    bool Exists() const { return std::filesystem::exists(m_path); }
+    std::string Read() const
+    {
+        std::ifstream stream(m_path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+Result Save(History& history, const IDs& aObjects, const TemporaryFile& file, double dScale = 1.0,
+            const ExcludedIDs& aExcluded = {}, nFileType nType = nFileTypeSTL)
+{
+    return APISaveToFileReadOnly(history.GetID(), aObjects, file.GetPath().c_str(), nType, false, dScale, {},
+                                 aExcluded);
+}
+
+struct STLFacet
+{
+    Vector3d normal;
+    std::array<Point3d, 3> aPoints;
+
+    Vector3d GetCross() const { return (aPoints[1] - aPoints[0]) * (aPoints[2] - aPoints[0]); }
+};
+
+/// Reads what was written and nothing else.
+std::vector<STLFacet> ParseSTL(const std::string& strText)
+{
+    std::istringstream stream(strText);
+    stream.imbue(std::locale::classic());
+    const auto expect = [&](const std::string& strWords)
+    {
+        std::istringstream words(strWords);
+        std::string strExpected;
+        std::string strFound;
+        while (words >> strExpected)
+        {
+            stream >> strFound;
+            EXPECT_EQ(strFound, strExpected);
+        }
+    };
+    std::vector<STLFacet> aFacets;
+    expect("solid model");
+    std::string strKeyword;
+    while (stream >> strKeyword && strKeyword == "facet")
+    {
+        STLFacet facet;
+        expect("normal");
+        stream >> facet.normal.x >> facet.normal.y >> facet.normal.z;
+        expect("outer loop");
+        for (Point3d& p : facet.aPoints)
+        {
+            expect("vertex");
+            stream >> p.x >> p.y >> p.z;
+        }
+        expect("endloop endfacet");
+        aFacets.push_back(facet);
+    }
+    EXPECT_EQ(strKeyword, "endsolid");
+    expect("model");
+    EXPECT_FALSE(stream.fail());
+    EXPECT_TRUE(strText.ends_with("\nendsolid model\n\n"));
+    return aFacets;
+}
+
+std::vector<STLFacet> Write(History& history, const IDs& aObjects, double dScale = 1.0,
+                            const ExcludedIDs& aExcluded = {})
+{
+    TemporaryFile file("written.stl");
+    EXPECT_TRUE(Save(history, aObjects, file, dScale, aExcluded).IsGood());
+    return ParseSTL(file.Read());
+}
+
+/// Every side of a triangle is met once in each direction, no triangle is without area, all look outward.
+void ExpectClosedSolid(const std::vector<STLFacet>& aFacets, double dVolume, double dNormalTolerance = 1e-6)
+{
+    using Place = std::array<double, 3>;
+    std::map<std::pair<Place, Place>, int> mapSides;
+    const auto place = [](const Point3d& p) { return Place{p.x, p.y, p.z}; };
+    double dFound = 0.0;
+    for (const STLFacet& facet : aFacets)
+    {
+        for (std::size_t n = 0; n < 3; ++n)
+        {
+            const Place from = place(facet.aPoints[n]);
+            const Place to = place(facet.aPoints[(n + 1) % 3]);
+            EXPECT_EQ(++mapSides[std::pair(from, to)], 1);
+        }
+        const Vector3d cross = facet.GetCross();
+        ASSERT_GT(cross.length(), 1e-9 * std::pow(std::abs(dVolume), 2.0 / 3.0)) << "no area";
+        EXPECT_LT((cross / cross.length()).dist(facet.normal), dNormalTolerance);
+        const Point3d& origin = aFacets.front().aPoints[0];
+        dFound += (facet.aPoints[0] - origin) % ((facet.aPoints[1] - origin) * (facet.aPoints[2] - origin)) / 6.0;
+    }
+    for (const auto& [side, nCount] : mapSides)
+        EXPECT_TRUE(mapSides.contains(std::pair(side.second, side.first))) << "open side";
+    EXPECT_NEAR(dFound, dVolume, 1e-9 * dVolume);
+}
+
+/// A block of 4 x 2 x 1 with vertices on its edges, as a split leaves them: none of its faces shows a new corner there.
+Body& AddBlockWithSplitEdges(PolygonModel& model, const Frame& at, int nSplits)
+{
+    const auto run = [&](const Point3d& from, const Point3d& to, Polygon& outline)
+    {
+        for (int n = 0; n < nSplits; ++n)
+        {
+            // From the lower end always, so that both faces of an edge find the same points.
+            const bool bForward = from.x + from.y + from.z < to.x + to.y + to.z;
+            const double t = double(bForward ? n : nSplits - n) / nSplits;
+            const Point3d& a = bForward ? from : to;
+            const Point3d& b = bForward ? to : from;
+            outline.push_back(at(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, a.z + (b.z - a.z) * t));
+        }
+    };
+    constexpr std::array<std::array<int, 4>, 6> kSides{
+        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
+    const auto corner = [](int n) { return Point3d(n & 1 ? 4 : 0, n & 2 ? 2 : 0, n & 4 ? 1 : 0); };
+    std::vector<Face*> aFaces;
+    for (const auto& side : kSides)
+    {
+        Polygon outline;
+        for (std::size_t n = 0; n < 4; ++n)
+            run(corner(side[n]), corner(side[(n + 1) % 4]), outline);
+        aFaces.push_back(&model.AddFace(outline));
+    }
+    return model.AddBody({aFaces});
+}
+} // namespace
+
+TEST(WriteSTL, WritesTheWholeFileToTheLetter)
+{
+    PolygonModel model;
+    std::uint64_t nFace = INVALID_ID;
+    {
+        Step step(model);
+        nFace = model.AddFace({{0, 0, 0.1}, {1.0 / 3.0, 0, 0.1}, {0, -2e20, 0.1}}).GetID();
+    }
+    TemporaryFile file("triangle.stl");
+    EXPECT_TRUE(Save(model.GetHistory(), {nFace}, file).IsGood());
+    EXPECT_EQ(file.Read(), "solid model\n"
+                           "facet normal 0 0 -1\n"
+                           "outer loop\n"
+                           "vertex 0 0 0.1\n"
+                           "vertex 0.3333333333333333 0 0.1\n"
+                           "vertex 0 -2e+20 0.1\n"
+                           "endloop\n"
+                           "endfacet\n"
+                           "endsolid model\n"
+                           "\n");
+}
+
+TEST(WriteSTL, WritesAClosedSurfaceOfABody)
+{
+    for (const Frame& frame : GetFrames())
+        for (const double dScale : {1.0, 0.3048, 1e-6, -2.0})
+        {
+            SCOPED_TRACE(frame.pName + std::string(" scaled by ") + std::to_string(dScale));
+            PolygonModel model;
+            IDs aObjects;
+            {
+                Step step(model);
+                // A room in a block: the shell of the room looks inward.
+                auto aOuter = model.AddBlockFaces(frame, {0, 0, 0}, {4, 3, 2});
+                auto aVoid = model.AddBlockFaces(frame, {1, 1, 0.5}, {3, 2, 1.5}, true);
+                aObjects.push_back(model.AddBody({aOuter, aVoid}).GetID());
+            }
+            const auto aFacets = Write(model.GetHistory(), aObjects, dScale);
+            EXPECT_EQ(aFacets.size(), 24u);
+            ExpectClosedSolid(aFacets, (24 - 2) * std::pow(std::abs(dScale), 3));
+        }
+}
+
+TEST(WriteSTL, WritesNoTriangleWithoutAreaWhereEdgesAreSplit)
+{
+    for (const Frame& frame : GetFrames())
+        for (const int nSplits : {2, 3, 17})
+        {
+            SCOPED_TRACE(frame.pName + std::string(", parts of an edge ") + std::to_string(nSplits));
+            PolygonModel model;
+            IDs aObjects;
+            {
+                Step step(model);
+                aObjects.push_back(AddBlockWithSplitEdges(model, frame, nSplits).GetID());
+            }
+            ExpectSound(model.GetHistory());
+            const auto aFacets = Write(model.GetHistory(), aObjects);
+            EXPECT_EQ(aFacets.size(), 6u * (4 * nSplits - 2));
+            // Low triangles 10 km away have the normals of their rounded corners.
+            const bool bRounded = frame.origin.toVector3d().length() > 1000.0;
+            ExpectClosedSolid(aFacets, 8.0, bRounded ? 0.05 : 1e-6);
+        }
+}
+
+TEST(WriteSTL, GivesNarrowTrianglesTheNormalThatTheirRoundedCornersShow)
+{
+    // A wall 4 mm wide, 3 km away: single precision moves its corners by up to 0.1 mm.
+    PolygonModel model;
+    std::uint64_t nFace = INVALID_ID;
+    const Point3d a(3000.0001, 2000.0002, 0);
+    const Point3d b(3000.0023, 2000.0036, 0);
+    {
+        Step step(model);
+        nFace = model.AddFace({a, b, {b.x, b.y, 9}, {a.x, a.y, 9}}).GetID();
+    }
+    const auto round = [](const Point3d& p) { return Point3d(float(p.x), float(p.y), float(p.z)); };
+    const auto aFacets = Write(model.GetHistory(), {nFace});
+    EXPECT_EQ(aFacets.size(), 2u);
+    const UnitVector3d real((b - a) * Vector3d(0, 0, 1), true);
+    const UnitVector3d rounded((round(b) - round(a)) * Vector3d(0, 0, 1), true);
+    ASSERT_GT(real.distSqrd(rounded), 1e-6);
+    for (const STLFacet& facet : aFacets)
+        EXPECT_LT(facet.normal.dist(rounded), 1e-6);
+}
+
+TEST(WriteSTL, LeavesOutWhatIsExcludedAndWritesEverythingElseOnce)
+{
+    PolygonModel model;
+    History& history = model.GetHistory();
+    IDs aFaces;
+    std::uint64_t nBody = INVALID_ID;
+    std::uint64_t nFree = INVALID_ID;
+    std::uint64_t nEdge = INVALID_ID;
+    {
+        Step step(model);
+        nBody = model.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1}).GetID();
+        nFree = model.AddFace({{5, 0, 0}, {6, 0, 0}, {5, 1, 0}}).GetID();
+        nEdge = model.AddEdge({7, 0, 0}, {8, 0, 0}).GetID();
+    }
+    APIGetBodyFacesReadOnly(history.GetID(), nBody, aFaces);
+    PolygonModel other; // ids of another History name nothing here
+    {
+        Step step(other);
+        other.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1});
+    }
+    const auto id = [&](std::uint64_t nObject) { return ObjectHistoryID{history.GetID(), nObject}; };
+    struct Row
+    {
+        const char* pName;
+        IDs aObjects;
+        ExcludedIDs aExcluded;
+        std::size_t nFacets;
+    };
+    for (const Row& row :
+         {Row{"all", {nBody, nFree, nEdge}, {}, 13}, Row{"twice", {nFree, nFree}, {}, 1},
+          Row{"a body and a face of it", {nBody, aFaces[2]}, {}, 12},
+          Row{"a face before its body", {aFaces[2], nBody}, {}, 12}, Row{"a face alone", {aFaces[2]}, {}, 2},
+          Row{"nothing with faces", {nEdge}, {}, 0}, Row{"without the body", {nBody, nFree}, {id(nBody)}, 1},
+          Row{"without one face", {nBody, nFree}, {id(aFaces[2])}, 11},
+          Row{"without the body of a face", {aFaces[2], nFree}, {id(nBody)}, 1},
+          Row{"without unknown ones",
+              {nBody},
+              {id(1000000), id(INVALID_ID), {other.GetHistory().GetID(), nBody}, {77777, nBody}},
+              12}})
+        EXPECT_EQ(Write(history, row.aObjects, 1.0, row.aExcluded).size(), row.nFacets) << row.pName;
+}
+
+TEST(WriteSTL, WritesTheSameBytesUnderADecimalComma)
+{
+    class DecimalComma : public std::numpunct<char>
+    {
+    protected:
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    PolygonModel model;
+    std::uint64_t nBody = INVALID_ID;
+    {
+        Step step(model);
+        nBody = model.AddBlock(GetFrames()[2], {0, 0, 0}, {1000.25, 1, 1}).GetID();
+    }
+    TemporaryFile plain("plain.stl");
+    TemporaryFile comma("comma.stl");
+    EXPECT_TRUE(Save(model.GetHistory(), {nBody}, plain).IsGood());
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+    const std::string strNumericBefore = std::setlocale(LC_NUMERIC, nullptr);
+    std::setlocale(LC_NUMERIC, "de_DE.UTF-8"); // has no effect where it is not installed
+    const Result result = Save(model.GetHistory(), {nBody}, comma);
+    std::locale::global(before);
+    std::setlocale(LC_NUMERIC, strNumericBefore.c_str());
+    EXPECT_TRUE(result.IsGood());
+    EXPECT_EQ(comma.Read(), plain.Read());
+    EXPECT_NE(plain.Read().find("8000"), std::string::npos);
+}
+
+TEST(APISaveToFileReadOnly, RefusesWhatItCannotSaveAndTouchesNoFile)
+{
+    PolygonModel model;
+    History& history = model.GetHistory();
+    std::uint64_t nFace = INVALID_ID;
+    std::uint64_t nDead = INVALID_ID;
+    {
+        Step step(model);
+        nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
+        nDead = model.AddEdge({4, 0, 0}, {5, 0, 0}).GetID();
+    }
+    {
+        Step step(model);
+        history.Get<Edge>(nDead)->Delete();
+    }
+    TemporaryFile file("refused.stl");
+    const std::string strPath = file.GetPath();
+    const double dNaN = std::nan("");
+    struct Row
+    {
+        const char* pName;
+        std::uint64_t nHistory;
+        IDs aObjects;
+        const char* pPath;
+        nFileType nType;
+        double dScale;
+        Result::nResultType nExpected;
+    };
+    const std::uint64_t nHistory = history.GetID();
+    const char* pPath = strPath.c_str();
+    constexpr auto kBad = Result::nBadInput;
+    for (const Row& row : {Row{"invalid History", INVALID_ID, {nFace}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"no such History", 77777, {nFace}, pPath, nFileTypeSTL, 1.0, Result::nBadHistoryID},
+                           Row{"no objects", nHistory, {}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"no objects and no History", 77777, {}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"no path", nHistory, {nFace}, nullptr, nFileTypeSTL, 1.0, kBad},
+                           Row{"dead object", nHistory, {nFace, nDead}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"unknown object", nHistory, {nFace, 1000000}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"no object", nHistory, {INVALID_ID}, pPath, nFileTypeSTL, 1.0, kBad},
+                           Row{"scale 0", nHistory, {nFace}, pPath, nFileTypeSTL, 0.0, kBad},
+                           Row{"scale that is no number", nHistory, {nFace}, pPath, nFileTypeSTL, dNaN, kBad},
+                           Row{"endless scale", nHistory, {nFace}, pPath, nFileTypeSTL, INFINITY, kBad},
+                           Row{"JSON mesh", nHistory, {nFace}, pPath, nFileTypeJSONMesh, 1.0, kBad},
+                           Row{"type 5", nHistory, {nFace}, pPath, nFileType(5), 1.0, kBad},
+                           Row{"type out of all range", nHistory, {nFace}, pPath, nFileType(0xffffffff), 1.0, kBad}})
+    {
+        const Result result =
+            APISaveToFileReadOnly(row.nHistory, row.aObjects, row.pPath, row.nType, false, row.dScale, {}, {});
+        EXPECT_EQ(result.GetErrorCode(), row.nExpected) << row.pName;
+        EXPECT_FALSE(file.Exists()) << row.pName;
+    }
+    EXPECT_TRUE(Save(history, {nFace}, file).IsGood());
+    EXPECT_TRUE(file.Exists());
+}
+
+TEST(APISaveToFileReadOnly, FailsWhereTheFileCannotBeWritten)
+{
+    PolygonModel model;
+    std::uint64_t nBody = INVALID_ID;
+    {
+        Step step(model);
+        nBody = AddBlockWithSplitEdges(model, GetFrames()[0], 500).GetID(); // more than the stream holds back
+    }
+    IDs aFaces;
+    APIGetBodyFacesReadOnly(model.GetHistory().GetID(), nBody, aFaces);
+    const std::string strNowhere = testing::TempDir() + "/no such directory/a.stl";
+    const auto save = [&](const IDs& aObjects, const char* pPath)
+    {
+        return APISaveToFileReadOnly(model.GetHistory().GetID(), aObjects, pPath, nFileTypeSTL, false, 1.0, {}, {})
+            .GetErrorCode();
+    };
+    EXPECT_EQ(save({nBody}, strNowhere.c_str()), Result::nFailure);
+    EXPECT_EQ(save({nBody}, ""), Result::nFailure);
+    EXPECT_EQ(save({nBody}, testing::TempDir().c_str()), Result::nFailure);
+    if (std::filesystem::exists("/dev/full"))
+    {
+        EXPECT_EQ(save({nBody}, "/dev/full"), Result::nFailure);
+        EXPECT_EQ(save({aFaces[0]}, "/dev/full"), Result::nFailure);
+    }
+}
+
+TEST(APISaveToFileReadOnly, StandsInTheJournalAsAQuery)
+{
+    PolygonModel model;
+    std::uint64_t nFace = INVALID_ID;
+    {
+        Step step(model);
+        nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
+    }
+    const std::uint64_t nHistory = model.GetHistory().GetID();
+    TemporaryFile journal("journal.txt");
+    TemporaryFile file("journaled.stl");
+    // Journaling starts on no History, so that none is saved beside the journal.
+    EXPECT_TRUE(APIEnableJournaling(INVALID_ID, journal.GetPath()).IsGood());
+    EXPECT_TRUE(APIEnableJournalingTypes({"QRVReadOnly"}, true).IsGood());
+    EXPECT_TRUE(APISaveToFileReadOnly(nHistory, {nFace}, file.GetPath().c_str(), nFileTypeSTL, true, 0.5, {}, {{1, 2}})
+                    .IsGood());
+    EXPECT_FALSE(APISaveToFileReadOnly(nHistory, {}, nullptr, nFileTypeSTL, false, 1.0, {}, {}).IsGood());
+    EXPECT_TRUE(APIEnableJournalingTypes({"QRV"}, false).IsGood());
+    EXPECT_TRUE(APIDisableJournaling().IsGood());
+    const std::string strHistory = std::to_string(nHistory) + "/*Unknown History ID*/";
+    const std::string strText = journal.Read();
+    const std::string strFirst = "    QRV.APISaveToFileReadOnly(" + strHistory + ", [" + std::to_string(nFace) +
+                                 "], \"" + file.GetPath() + "\", 2, true, 0.5, [], [{";
+    EXPECT_NE(strText.find(strFirst), std::string::npos) << strText;
+    EXPECT_NE(
+        strText.find("    QRV.APISaveToFileReadOnly(" + strHistory + ", [], undefined, 2, false, 1.0, [], []);\n"),
+        std::string::npos)
+        << strText;
+}
+
+TEST(WalkPlacedObjects, StopsWhenTheVisitorSaysSo)
+{
+    PolygonModel model;
+    Step step(model);
+    std::vector<Object*> aVertices{&model.AddVertex({0, 0, 0}), &model.AddVertex({1, 0, 0}),
+                                   &model.AddVertex({2, 0, 0})};
+    std::vector<Object*> aVisited;
+    const auto visit = [&](Object& object, const Transf3d&)
+    {
+        aVisited.push_back(&object);
+        return aVisited.size() < 2;
+    };
+    EXPECT_FALSE(WalkPlacedObjects(aVertices, {}, Transf3d(), visit));
+    aVertices.pop_back();
+    EXPECT_EQ(aVisited, aVertices);
+}
+} // namespace QRV
