@@ -69,6 +69,7 @@ private:
         m_body.GetBodyFaces(aFaces);
         ObjectSet seen;
         ObjectSet taken;
+        PassOverForeign(aFaces, [this](const Face& face) { return face.GetBody() != &m_body; }, seen);
         for (Face* pSeed : aFaces)
         {
             if (seen.contains(pSeed))
@@ -88,12 +89,11 @@ private:
             record.pShell->AddToBox(record.box);
     }
 
-    /// Faces of the component that belong to other bodies stay there.
     void MoveFaces(const std::vector<Face*>& aComponent, Shell& shell)
     {
         std::vector<Face*> aMoving;
         for (Face* pFace : aComponent)
-            if (pFace->GetShell() != &shell && pFace->GetBody() == &m_body)
+            if (pFace->GetShell() != &shell)
                 aMoving.push_back(pFace);
         for (Face* pFace : aMoving)
             pFace->GetShell()->RemoveFace(pFace);

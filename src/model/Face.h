@@ -8,6 +8,7 @@ namespace QRV
 class Body;
 class FaceFacets;
 class Shell;
+struct LoopTouch;
 
 /// A face: its first loop is the outline, counter-clockwise seen from the side its normal points to, the others are
 /// holes, clockwise. Box, plane and facets are caches. A face stands in the History's tree exactly while its box is
@@ -145,7 +146,7 @@ public:
 
 private:
     void LeaveSearch();
-    void JoinLoops(Loop& first, Loop& second);
+    Face* JoinLoops(Loop& first, Loop& second, const std::vector<LoopTouch>& aTouches);
     Face& SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing);
 
     Interval3d m_Box;
@@ -155,6 +156,10 @@ private:
     std::shared_ptr<const FaceFacets> m_pFacets; ///< never changed once made, so stored states share it
 };
 extern template class ObjectOf<Face, Object>;
+
+/// Enters in `seen` what shares an edge with one of the faces and is foreign to them, so that a walk from them over
+/// their edges passes it over.
+void PassOverForeign(const std::vector<Face*>& aFaces, const std::function<bool(const Face&)>& isForeign, ObjectSet& seen);
 
 /// How far, squared, a cached box may be from what it was made of.
 inline constexpr double kCachedBoxToleranceSqrd = 1e-12;

@@ -217,6 +217,25 @@ private:
 };
 } // namespace
 
+void PassOverForeign(const std::vector<Face*>& aFaces, const std::function<bool(const Face&)>& isForeign, ObjectSet& seen)
+{
+    std::vector<Edge*> aEdges;
+    std::vector<Face*> aNeighbours;
+    for (const Face* pFace : aFaces)
+    {
+        aEdges.clear();
+        pFace->GetEdges(aEdges);
+        for (const Edge* pEdge : aEdges)
+        {
+            aNeighbours.clear();
+            pEdge->GetFaces(aNeighbours);
+            for (const Face* pNeighbour : aNeighbours)
+                if (isForeign(*pNeighbour))
+                    seen.insert(pNeighbour);
+        }
+    }
+}
+
 std::size_t Face::GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet)
 {
     const std::size_t nBefore = aFaces.size();

@@ -11,6 +11,16 @@
 
 namespace QRV
 {
+/// Two loops of one face that share a vertex.
+struct LoopTouch
+{
+    Vertex* pVertex;
+    Loop* pFrom;
+    Loop* pTo;
+    Vector3d intoTo;                     ///< along a side of `pTo` away from the vertex
+    std::vector<std::uint64_t> aEdgeIDs; ///< all edges at the vertex
+};
+
 namespace
 {
 constexpr double kAngleTolerance = 1e-12;
@@ -140,6 +150,82 @@ bool IsOnRing(const Coedge& ring, const Coedge* pSought)
     } while (pCoedge != &ring);
     return false;
 }
+
+/// The corners at which two loops that touch take each other in.
+struct TouchingCorners
+{
+    Coedge* pFrom;
+    Coedge* pTo;
+};
+
+Coedge* FindCornerOfLoop(Face& face, const Vertex& vertex, const Loop& loop, const Vector3d& direction)
+{
+    const UnitVector3d normal = face.GetPlane().normal;
+    std::vector<Coedge*> aCoedges;
+    vertex.GetCoedges(aCoedges, &face);
+    Coedge* pLast = nullptr;
+    for (Coedge* pCoedge : aCoedges)
+        if (pCoedge->GetLoop() == &loop && pCoedge->GetEndVertex() == &vertex)
+        {
+            pLast = pCoedge;
+            if (IsInCorner(*pCoedge, direction, normal))
+                break;
+        }
+    return pLast;
+}
+
+TouchingCorners FindTouchingCorners(Face& face, const LoopTouch& touch)
+{
+    Coedge* pFrom = FindCornerOfLoop(face, *touch.pVertex, *touch.pFrom, touch.intoTo);
+    return {pFrom, FindCornerOfLoop(face, *touch.pVertex, *touch.pTo, pFrom->GetNext()->GetVector())};
+}
+
+void ExchangeNext(const TouchingCorners& corners)
+{
+    Coedge& behindFrom = *corners.pFrom->GetNext();
+    Coedge::Link(*corners.pFrom, *corners.pTo->GetNext());
+    Coedge::Link(*corners.pTo, behindFrom);
+}
+
+/// Appends where the loop touches other loops of the face.
+void CollectTouches(const Face& face, Loop& loop, std::vector<LoopTouch>& aTouches)
+{
+    loop.ForEachCoedge(
+        [&](const Coedge& own)
+        {
+            Vertex* pVertex = own.GetStartVertex();
+            std::vector<Coedge*> aAtVertex;
+            if (pVertex->GetEdgesPerGroup().size() > 1 || pVertex->GetUse() > 2)
+                pVertex->GetCoedges(aAtVertex, &face);
+            for (const Coedge* pCoedge : aAtVertex)
+                if (pCoedge->GetLoop() != &loop && pCoedge->GetStartVertex() == pVertex)
+                    aTouches.push_back({pVertex, &loop, pCoedge->GetLoop(), pCoedge->GetVector(), pVertex->GetConnectedEdgeIDs()});
+        });
+}
+
+/// The chain of touches that leads from one loop of the face to another; empty when none does. Loops of a face touch in
+/// single vertices and in no ring, so there is one chain at most.
+std::vector<LoopTouch> FindTouches(const Face& face, Loop& from, Loop& to)
+{
+    std::vector<LoopTouch> aChain;
+    if (&from == &to)
+        return aChain;
+    std::vector<LoopTouch> aTouches;
+    std::vector<Loop*> aReached{&from};
+    for (std::size_t n = 0; n < aReached.size() && aReached.back() != &to; ++n)
+    {
+        const std::size_t nFirst = aTouches.size();
+        CollectTouches(face, *aReached[n], aTouches);
+        for (std::size_t i = nFirst; i < aTouches.size() && aReached.back() != &to; ++i)
+            if (std::find(aReached.begin(), aReached.end(), aTouches[i].pTo) == aReached.end())
+                aReached.push_back(aTouches[i].pTo);
+    }
+    if (aReached.back() != &to)
+        return aChain;
+    for (const Loop* pLoop = &to; pLoop != &from; pLoop = aChain.back().pFrom)
+        aChain.push_back(*std::find_if(aTouches.begin(), aTouches.end(), [&](const LoopTouch& touch) { return touch.pTo == pLoop; }));
+    return aChain;
+}
 } // namespace
 
 Coedge* Face::FindCorner(const Vertex* pVertex, const Vector3d& direction)
@@ -192,34 +278,54 @@ bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
 
     Loop& startLoop = *pStartCorner->GetLoop();
     Loop& endLoop = *pEndCorner->GetLoop();
+    const std::vector<LoopTouch> aTouches = FindTouches(*this, startLoop, endLoop);
     Coedge& startNext = *pStartCorner->GetNext();
     Coedge& endNext = *pEndCorner->GetNext();
     Coedge& there = AppendCoedge(edge, true, *pStartCorner);
     Coedge& back = AppendCoedge(edge, false, *pEndCorner);
     Coedge::Link(there, endNext);
     Coedge::Link(back, startNext);
-    if (&startLoop == &endLoop)
-    {
-        Face& part = SplitOff(startLoop, there, back);
-        if (ppNewFace)
-            *ppNewFace = &part;
-    }
-    else
-        JoinLoops(startLoop, endLoop);
+    Face* pPart = &startLoop == &endLoop ? &SplitOff(startLoop, there, back) : JoinLoops(startLoop, endLoop, aTouches);
+    if (pPart && ppNewFace)
+        *ppNewFace = pPart;
     pStart->RebuildGroups(false);
     pEnd->RebuildGroups(false);
     return true;
 }
 
-/// A bridge has made one ring of two loops.
-void Face::JoinLoops(Loop& first, Loop& second)
+/// A bridge has made one ring of two loops. Where a chain of loops that touch one another ties the two together, the
+/// bridge cuts the face in two all the same, and what comes off is given back; else null.
+Face* Face::JoinLoops(Loop& first, Loop& second, const std::vector<LoopTouch>& aTouches)
 {
-    Loop& kept = &second == GetOuterLoop() ? second : first;
-    Loop& gone = &kept == &first ? second : first;
-    MergeAttributesFrom(kept, gone, true);
-    RemoveLoop(&gone);
+    std::vector<Loop*> aJoined{&first, &second};
+    std::vector<TouchingCorners> aCorners;
+    for (const LoopTouch& touch : aTouches)
+    {
+        aCorners.push_back(FindTouchingCorners(*this, touch));
+        if (std::find(aJoined.begin(), aJoined.end(), touch.pTo) == aJoined.end())
+            aJoined.push_back(touch.pTo);
+    }
+    const auto itOuter = std::find(aJoined.begin(), aJoined.end(), GetOuterLoop());
+    Loop& kept = itOuter == aJoined.end() ? first : **itOuter;
+    std::erase(aJoined, &kept);
+    for (Loop* pGone : aJoined)
+    {
+        MergeAttributesFrom(kept, *pGone, true);
+        RemoveLoop(pGone);
+    }
+    // Each touch but the last makes one more loop part of the ring; there the ring falls in two.
+    for (std::size_t n = 0; n + 1 < aCorners.size(); ++n)
+        ExchangeNext(aCorners[n]);
     kept.OwnCoedges();
-    gone.DeleteSelf();
+    for (Loop* pGone : aJoined)
+        pGone->DeleteSelf();
+    if (aCorners.empty())
+        return nullptr;
+    ExchangeNext(aCorners.back());
+    Face& part = SplitOff(kept, *aCorners.back().pFrom, *aCorners.back().pTo);
+    for (const LoopTouch& touch : aTouches)
+        touch.pVertex->Regroup(touch.aEdgeIDs);
+    return &part;
 }
 
 /// A chord has made two rings of the loop's coedges. One stays in the loop, the other becomes a face of its own.

@@ -147,9 +147,11 @@ std::size_t Shell::CheckValidity(std::vector<Result>& aResults) const
             nFindings += AddFinding(aResults, Result::nShellFaceOwner, this, pFace);
     if (m_aFaces.size() > 0)
     {
+        // At an edge of several sheets the walk keeps to this shell's.
         std::vector<Face*> aComponent;
         ObjectSet seen;
         Face::Sheet sheet;
+        PassOverForeign({m_aFaces.begin(), m_aFaces.end()}, [this](const Face& face) { return face.GetShell() != this; }, seen);
         (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
         if (!std::all_of(m_aFaces.begin(), m_aFaces.end(), [&](const Face* pFace) { return seen.contains(pFace); }))
             nFindings += AddFinding(aResults, Result::nShellNotConnected, this);

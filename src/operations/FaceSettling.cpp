@@ -77,20 +77,38 @@ std::vector<std::uint64_t> DrawInEdges(History& history, Face& face)
     return aSplitOff;
 }
 
+/// Some edge has three or more sides: what hangs together across it depends on how the faces there are turned.
+bool HasBranches(const Face& face)
+{
+    std::vector<Edge*> aEdges;
+    face.GetEdges(aEdges);
+    return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() > 2; });
+}
+
+/// Makes `inner` fill a new hole of `outer`. `pTornBody` is set when that may change the sheets of a body.
+bool FillHole(Face& outer, Face& inner, Body*& pTornBody)
+{
+    if (!outer.AddInnerFace(&inner))
+        return false;
+    if (HasBranches(inner))
+        pTornBody = inner.GetBody();
+    return true;
+}
+
 /// The first face around the new one that takes it as a hole, by ascending id; null for none.
-Face* FillHoleAround(History& history, Face& face)
+Face* FillHoleAround(History& history, Face& face, Body*& pTornBody)
 {
     std::vector<Face*> aAround;
     history.GetFaceTree().FindHolding(face.GetBox(), aAround);
     std::sort(aAround.begin(), aAround.end(), ByObjectID());
     for (Face* pAround : aAround)
-        if (pAround != &face && pAround->AddInnerFace(&face))
+        if (FillHole(*pAround, face, pTornBody))
             return pAround;
     return nullptr;
 }
 
 /// Largest first, so that a face inside another candidate does not become a hole beside it.
-bool TakeInnerFaces(History& history, Face& face)
+bool TakeInnerFaces(History& history, Face& face, Body*& pTornBody)
 {
     std::vector<Face*> aInside;
     history.GetFaceTree().FindInside(face.GetBox(), aInside);
@@ -104,7 +122,7 @@ bool TakeInnerFaces(History& history, Face& face)
     });
     bool bTook = false;
     for (const auto& [dArea, pInside] : aByArea)
-        bTook = face.AddInnerFace(pInside) || bTook;
+        bTook = FillHole(face, *pInside, pTornBody) || bTook;
     return bTook;
 }
 
@@ -131,8 +149,10 @@ bool CoincidesWithAnother(History& history, Face& face)
 }
 
 /// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to agree.
-void OrientFaceComponent(const std::vector<Face*>& aFaces)
+/// Gives the faces turned.
+std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
 {
+    std::vector<Face*> aTurned;
     const ObjectSet component(aFaces.begin(), aFaces.end());
     std::vector<Face*> aQueue{aFaces.front()};
     ObjectSet seen{aFaces.front()};
@@ -151,10 +171,35 @@ void OrientFaceComponent(const std::vector<Face*>& aFaces)
                 continue;
             Face* pNeighbour = aOnEdge.front()->GetFace();
             if (aOnEdge.front()->IsForward() == pCoedge->IsForward())
+            {
                 pNeighbour->Reverse();
+                aTurned.push_back(pNeighbour);
+            }
             aQueue.push_back(pNeighbour);
         }
     }
+    return aTurned;
+}
+
+/// The faces reached over edges of two sides. Empty when an edge on the way has one side only.
+std::vector<Face*> FindTwoSidedComponent(Face& face)
+{
+    std::vector<Face*> aFaces{&face};
+    ObjectSet seen{&face};
+    for (std::size_t i = 0; i < aFaces.size(); ++i)
+    {
+        std::vector<Coedge*> aCoedges;
+        aFaces[i]->GetCoedges(aCoedges);
+        for (const Coedge* pCoedge : aCoedges)
+        {
+            const Coedge* pPartner = pCoedge->GetPartner();
+            if (!pPartner)
+                return {};
+            if (pPartner->GetPartner() == pCoedge && pPartner->GetFace() && seen.insert(pPartner->GetFace()).second)
+                aFaces.push_back(pPartner->GetFace());
+        }
+    }
+    return aFaces;
 }
 
 /// The closed sheet around a face, turned consistently where only that was missing; empty for an open one.
@@ -165,12 +210,19 @@ std::vector<Face*> FindClosedComponent(Face& face)
     sheet.bStopWhenOpen = true;
     ObjectSet seen;
     face.GetConnectedComponent(aFaces, seen, sheet);
-    if (!sheet.bClosed && sheet.bNoOpenEdge)
+    if (!sheet.bClosed)
     {
-        OrientFaceComponent(aFaces);
+        // Where others share an edge, a sheet not yet turned consistently may have been left for theirs.
+        const std::vector<Face*> aToOrient = sheet.bNoOpenEdge ? aFaces : FindTwoSidedComponent(face);
         aFaces.clear();
         seen.clear();
+        if (aToOrient.empty())
+            return aFaces;
+        const std::vector<Face*> aTurned = OrientFaceComponent(aToOrient);
         face.GetConnectedComponent(aFaces, seen, sheet);
+        if (!sheet.bClosed)
+            for (Face* pTurned : aTurned)
+                pTurned->Reverse();
     }
     if (!sheet.bClosed)
         aFaces.clear();
@@ -182,14 +234,21 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 {
     History& history = *newFace.GetHistory();
     const std::uint64_t nNewFace = newFace.GetID();
-    Face* pAround = pHolding && pHolding->AddInnerFace(&newFace) ? pHolding : nullptr;
+    Body* pTornBody = nullptr;
+    Face* pAround = pHolding && FillHole(*pHolding, newFace, pTornBody) ? pHolding : nullptr;
     if (!pHolding)
-        pAround = FillHoleAround(history, newFace);
+        pAround = FillHoleAround(history, newFace, pTornBody);
     if (pAround)
         DrawInSpurs(history, *pAround);
-    const bool bTookHoles = TakeInnerFaces(history, newFace);
+    const bool bTookHoles = TakeInnerFaces(history, newFace, pTornBody);
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
+    {
         newFace.Reverse();
+        if (HasBranches(newFace))
+            pTornBody = newFace.GetBody();
+    }
+    if (pTornBody)
+        pTornBody->Rebuild(false);
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
@@ -205,7 +264,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
                 aToDrawIn.push_back(nSplitOff);
         }
         if (i > 0 && CoincidesWithAnother(history, *pFace))
-            pFace->Delete(true, true);
+            pFace->Delete(false, true); // walks of the search still run along its edges
     }
 }
 
@@ -215,7 +274,8 @@ void CloseFaceComponent(Face& face)
     if (aFaces.empty())
         return;
     History& history = *face.GetHistory();
-    if (!face.GetBody())
+    const bool bHadBody = face.GetBody() != nullptr;
+    if (!bHadBody)
     {
         Body& body = history.Create<Body>();
         Shell& shell = history.Create<Shell>();
@@ -231,5 +291,8 @@ void CloseFaceComponent(Face& face)
     if (bInsideOut)
         for (Face* pFace : aFaces)
             pFace->Reverse();
+    // What has closed on to a body shared a shell with its neighbours there until now.
+    if (bHadBody && std::any_of(aFaces.begin(), aFaces.end(), [](const Face* pFace) { return HasBranches(*pFace); }))
+        face.GetBody()->Rebuild(false);
 }
 } // namespace QRV
