@@ -439,7 +439,8 @@ QRV_API Result APICreateVertex(std::uint64_t nHistoryID, const Point3d& pt, std:
 /// Draws a line. It is cut at all that it meets: edges and vertices on it are used, edges across it are split, faces
 /// that it divides are split or get a spur. Where it closes an outline in one plane a face forms, where faces close a
 /// sheet a body. Objects may merge or be split: the host looks ids up again.
-/// @return `nBadInput` for points within 1e-12 of each other
+///
+/// Points so near that they are one vertex give that vertex and no line.
 QRV_API Result APIConnectPoint3ds(std::uint64_t nHistoryID, const Point3d& p0, const Point3d& p1);
 
 /// Draws a line from a vertex, as `APIConnectPoint3ds` does.

@@ -12,16 +12,6 @@ namespace
 constexpr double kCosHalfDegree = 0.9999619230641713;
 constexpr double kCosThirtyDegrees = 0.8660254037844386;
 
-std::vector<std::uint64_t> GetEdgeIDs(const Vertex& vertex)
-{
-    std::vector<Edge*> aEdges;
-    vertex.GetConnectedEdges(aEdges);
-    std::vector<std::uint64_t> aIDs;
-    for (const Edge* pEdge : aEdges)
-        aIDs.push_back(pEdge->GetID());
-    return aIDs;
-}
-
 void RemoveRedundant(const History& history, const std::vector<std::uint64_t>& aVertexIDs)
 {
     for (const std::uint64_t nVertex : aVertexIDs)
@@ -36,7 +26,7 @@ public:
     EdgeRemoval(Edge& edge, Edge::MergeOutcome& outcome)
         : m_history(*edge.GetHistory()), m_edge(edge), m_first(*edge.GetCoedge()), m_second(*edge.GetCoedge()->GetPartner()),
           m_outcome(outcome), m_nStart(edge.GetStartVertex()->GetID()), m_nEnd(edge.GetEndVertex()->GetID()),
-          m_aAtStart(GetEdgeIDs(*edge.GetStartVertex())), m_aAtEnd(GetEdgeIDs(*edge.GetEndVertex()))
+          m_aAtStart(edge.GetStartVertex()->GetConnectedEdgeIDs()), m_aAtEnd(edge.GetEndVertex()->GetConnectedEdgeIDs())
     {
     }
 

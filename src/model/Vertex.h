@@ -40,6 +40,7 @@ public:
 
     /// Appends all edges at the vertex, each once; with `pStart` those of its group only. Gives the number appended.
     std::size_t GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart = nullptr) const;
+    std::vector<std::uint64_t> GetConnectedEdgeIDs() const;
     /// Appends the coedges of the vertex's faces that touch it, breadth first from the group representatives; with
     /// `pOnly` those on loops of that face. Gives the number appended.
     std::size_t GetCoedges(std::vector<Coedge*>& aCoedges, const Face* pOnly = nullptr) const;

@@ -30,6 +30,16 @@ Edge* FindSubstitute(const Vertex& vertex, const Edge& edge)
 }
 } // namespace
 
+std::vector<std::uint64_t> Vertex::GetConnectedEdgeIDs() const
+{
+    std::vector<Edge*> aEdges;
+    GetConnectedEdges(aEdges);
+    std::vector<std::uint64_t> aIDs;
+    for (const Edge* pEdge : aEdges)
+        aIDs.push_back(pEdge->GetID());
+    return aIDs;
+}
+
 void Vertex::AddEdgeToGroups(Edge* pEdge, bool bOnlyIfEmpty)
 {
     if (Holds(m_aEdgesPerGroup, pEdge) || (bOnlyIfEmpty && !m_aEdgesPerGroup.empty()))

@@ -134,8 +134,8 @@ private:
         const std::uint64_t nVertex = vertex.GetID();
         bool bRemovedZeroEdges = false;
         std::vector<std::uint64_t> aMergedEdges;
-        if (MergeDoubleEdges(m_history, {nVertex}, bRemovedZeroEdges, aMergedEdges))
-            HealLoopsAtVertices(m_history, {nVertex}, nullptr, nullptr);
+        MergeDoubleEdges(m_history, {nVertex}, bRemovedZeroEdges, aMergedEdges);
+        HealLoopsAtVertices(m_history, {nVertex}, nullptr, nullptr);
         return m_history.Get<Vertex>(nVertex);
     }
 
@@ -184,11 +184,28 @@ bool Holds(const std::vector<std::uint64_t>& aIDs, std::uint64_t nID)
     return std::find(aIDs.begin(), aIDs.end(), nID) != aIDs.end();
 }
 
+/// What a chord has cut in two may close sheets that the whole did not, on either side of the edge.
+void CloseSheetsAt(History& history, std::uint64_t nEdge)
+{
+    const auto* pEdge = history.Get<Edge>(nEdge);
+    std::vector<Face*> aFaces;
+    if (pEdge)
+        pEdge->GetFaces(aFaces);
+    const bool bBranches = pEdge && pEdge->GetUse() > 2;
+    for (Face* pFace : aFaces)
+        if (bBranches || !pFace->GetBody())
+            CloseFaceComponent(*pFace);
+    for (Face* pFace : aFaces)
+        if (bBranches && pFace->GetBody())
+            pFace->GetBody()->Rebuild(false);
+}
+
 /// Draws the edge into the faces that both or one of its ends stand on.
 void DrawIntoFaces(History& history, std::uint64_t nEdge, const Vertex& first, const Vertex& last)
 {
     const std::vector<std::uint64_t> aAtFirst = GetFaceIDs(first);
     const std::vector<std::uint64_t> aAtLast = GetFaceIDs(last);
+    bool bCut = false;
     for (const std::uint64_t nFace : aAtFirst)
     {
         auto* pEdge = history.Get<Edge>(nEdge);
@@ -196,7 +213,7 @@ void DrawIntoFaces(History& history, std::uint64_t nEdge, const Vertex& first, c
         if (!pEdge || !pFace || pFace->HasEdge(*pEdge))
             continue;
         if (Holds(aAtLast, nFace))
-            pFace->SplitByEdge(*pEdge, nullptr, false);
+            bCut = pFace->SplitByEdge(*pEdge, nullptr, false) || bCut;
         else
         {
             ObjectSet done;
@@ -212,6 +229,8 @@ void DrawIntoFaces(History& history, std::uint64_t nEdge, const Vertex& first, c
         ObjectSet done;
         pFace->AddSpurEdge(*pEdge, pEdge->GetStartVertex() == &last, done);
     }
+    if (bCut)
+        CloseSheetsAt(history, nEdge);
 }
 
 void ConnectAdjacentVertices(History& history, Vertex& first, Vertex& last, const EdgeSketchOptions& options)

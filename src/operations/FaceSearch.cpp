@@ -139,7 +139,7 @@ private:
             Vertex* pFar = pEdge->GetOtherVertex(pAt);
             if (pEdge == pLast || m_visited.contains(pFar))
                 continue;
-            if (m_plane && (!IsOnPlane(pFar->GetPosition(), *m_plane) || IsFilledInPlane(*pEdge, *m_plane)))
+            if (m_plane && (!CanReach(pFar->GetPosition()) || IsFilledInPlane(*pEdge, *m_plane)))
                 continue;
             if (m_options.pBoundingPlanes &&
                 !PointIntersectsNegativeSideOfPlanes(pFar->GetPosition(), *m_options.pBoundingPlanes, kLinearTolerance))
@@ -169,6 +169,8 @@ private:
         const Point3d& u = GetStart(nLast)->GetPosition();
         const Point3d& v = GetEnd(nLast)->GetPosition();
         const Point3d& w = candidate.pFar->GetPosition();
+        if (m_plane && !IsOnPlane(w, *m_plane))
+            m_plane = FindBetterPlane(w);
         const bool bFindsPlane = !m_plane && !AreCollinear(u, v, w);
         if (bFindsPlane)
         {
@@ -184,6 +186,33 @@ private:
             Close();
         else if (!m_options.bInsideFacesOnly || !m_plane || FindFaceHolding(m_history, GetPathVertices(), *m_plane))
             PushLevel();
+    }
+
+    bool CanReach(const Point3d& p) const { return IsOnPlane(p, *m_plane) || FindBetterPlane(p); }
+
+    /// A plane that holds the path and a place slightly off the present plane, which came from a bend of short or nearly
+    /// straight edges and tells a direction only roughly. None for a plane that was given.
+    std::optional<Plane> FindBetterPlane(const Point3d& p) const
+    {
+        constexpr double kSlightly = 1e-3;
+        const Point3d& start = m_pStart->GetPosition();
+        if (m_options.pPlane || std::abs(m_plane->dist(p)) > kSlightly * p.dist(start))
+            return std::nullopt;
+        std::vector<Point3d> aPoints{start, p};
+        for (std::size_t i = 0; i < m_path.size(); ++i)
+            aPoints.push_back(GetEnd(i)->GetPosition());
+        const auto farthest = [&](const auto& getDistance)
+        {
+            return *std::max_element(aPoints.begin(), aPoints.end(),
+                                     [&](const Point3d& a, const Point3d& b) { return getDistance(a) < getDistance(b); });
+        };
+        const Point3d end = farthest([&](const Point3d& q) { return q.distSqrd(start); });
+        const Line3d line(start, end);
+        const Point3d side = farthest([&](const Point3d& q) { return line.dist(q); });
+        const Plane plane(start, UnitVector3d((end - start) * (side - start), true));
+        if (!plane.isValid() || !std::all_of(aPoints.begin(), aPoints.end(), [&](const Point3d& q) { return IsOnPlane(q, plane); }))
+            return std::nullopt;
+        return plane.normal % m_plane->normal < 0.0 ? -plane : plane;
     }
 
     /// The plane in which the bend u, v, w turns left: that of a face at it where one fits, since three near points tell
@@ -328,5 +357,7 @@ void FormFacesFromEdge(Edge& edge, const FaceSearchOptions& options)
     for (const nWalkSide nSide : {nWalkSide::nLeft, nWalkSide::nRight})
         if (auto* pEdge = history.Get<Edge>(nEdge))
             LoopWalk(history, options, nSide, aFormed).Run(*pEdge, true);
+    if (options.bInsideFacesOnly)
+        PullEdgesIntoFaces(history, aFormed);
 }
 } // namespace QRV

@@ -77,20 +77,38 @@ std::vector<std::uint64_t> DrawInEdges(History& history, Face& face)
     return aSplitOff;
 }
 
+/// Some edge has three or more sides: what hangs together across it depends on how the faces there are turned.
+bool HasBranches(const Face& face)
+{
+    std::vector<Edge*> aEdges;
+    face.GetEdges(aEdges);
+    return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() > 2; });
+}
+
+/// Makes `inner` fill a new hole of `outer`. `pTornBody` is set when that may change the sheets of a body.
+bool FillHole(Face& outer, Face& inner, Body*& pTornBody)
+{
+    if (!outer.AddInnerFace(&inner))
+        return false;
+    if (HasBranches(inner))
+        pTornBody = inner.GetBody();
+    return true;
+}
+
 /// The first face around the new one that takes it as a hole, by ascending id; null for none.
-Face* FillHoleAround(History& history, Face& face)
+Face* FillHoleAround(History& history, Face& face, Body*& pTornBody)
 {
     std::vector<Face*> aAround;
     history.GetFaceTree().FindHolding(face.GetBox(), aAround);
     std::sort(aAround.begin(), aAround.end(), ByObjectID());
     for (Face* pAround : aAround)
-        if (pAround != &face && pAround->AddInnerFace(&face))
+        if (FillHole(*pAround, face, pTornBody))
             return pAround;
     return nullptr;
 }
 
 /// Largest first, so that a face inside another candidate does not become a hole beside it.
-bool TakeInnerFaces(History& history, Face& face)
+bool TakeInnerFaces(History& history, Face& face, Body*& pTornBody)
 {
     std::vector<Face*> aInside;
     history.GetFaceTree().FindInside(face.GetBox(), aInside);
@@ -104,7 +122,7 @@ bool TakeInnerFaces(History& history, Face& face)
     });
     bool bTook = false;
     for (const auto& [dArea, pInside] : aByArea)
-        bTook = face.AddInnerFace(pInside) || bTook;
+        bTook = FillHole(face, *pInside, pTornBody) || bTook;
     return bTook;
 }
 
@@ -134,20 +152,16 @@ bool CoincidesWithAnother(History& history, Face& face)
 /// on one of the faces are derived anew.
 void RebuildAroundTurned(const std::vector<Face*>& aTurned)
 {
-    const auto meetsSeveral = [](const Face* pFace) {
-        std::vector<Edge*> aEdges;
-        pFace->GetEdges(aEdges);
-        return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() >= 3; });
-    };
     Body* pBody = aTurned.empty() ? nullptr : aTurned.front()->GetBody();
-    if (pBody && std::any_of(aTurned.begin(), aTurned.end(), meetsSeveral))
+    if (pBody && std::any_of(aTurned.begin(), aTurned.end(), [](const Face* pFace) { return HasBranches(*pFace); }))
         pBody->Rebuild(false);
 }
 
 /// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to agree.
-/// Appends those turned to `aTurned`.
-void OrientFaceComponent(const std::vector<Face*>& aFaces, std::vector<Face*>& aTurned)
+/// Gives the faces turned.
+std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
 {
+    std::vector<Face*> aTurned;
     const ObjectSet component(aFaces.begin(), aFaces.end());
     std::vector<Face*> aQueue{aFaces.front()};
     ObjectSet seen{aFaces.front()};
@@ -173,10 +187,32 @@ void OrientFaceComponent(const std::vector<Face*>& aFaces, std::vector<Face*>& a
             aQueue.push_back(pNeighbour);
         }
     }
+    return aTurned;
+}
+
+/// The faces reached over edges of two sides. Empty when an edge on the way has one side only.
+std::vector<Face*> FindTwoSidedComponent(Face& face)
+{
+    std::vector<Face*> aFaces{&face};
+    ObjectSet seen{&face};
+    for (std::size_t i = 0; i < aFaces.size(); ++i)
+    {
+        std::vector<Coedge*> aCoedges;
+        aFaces[i]->GetCoedges(aCoedges);
+        for (const Coedge* pCoedge : aCoedges)
+        {
+            const Coedge* pPartner = pCoedge->GetPartner();
+            if (!pPartner)
+                return {};
+            if (pPartner->GetPartner() == pCoedge && pPartner->GetFace() && seen.insert(pPartner->GetFace()).second)
+                aFaces.push_back(pPartner->GetFace());
+        }
+    }
+    return aFaces;
 }
 
 /// The closed sheet around a face, turned consistently where only that was missing; empty for an open one. A wall of
-/// another solid that would close it does not: it bounds that one alone.
+/// another solid that would close it does not: it bounds that one alone. `aTurned` gets the faces that were turned.
 std::vector<Face*> FindClosedComponent(Face& face, std::vector<Face*>& aTurned)
 {
     std::vector<Face*> aFaces;
@@ -185,16 +221,23 @@ std::vector<Face*> FindClosedComponent(Face& face, std::vector<Face*>& aTurned)
     sheet.pWithin = face.GetShell();
     ObjectSet seen;
     face.GetConnectedComponent(aFaces, seen, sheet);
-    if (!sheet.bClosed && sheet.bNoOpenEdge)
-    {
-        OrientFaceComponent(aFaces, aTurned);
-        aFaces.clear();
-        seen.clear();
-        face.GetConnectedComponent(aFaces, seen, sheet);
-    }
-    if (!sheet.bClosed)
-        aFaces.clear();
-    return aFaces;
+    if (sheet.bClosed)
+        return aFaces;
+
+    // Where others share an edge, a sheet not yet turned consistently may have been left for theirs.
+    const std::vector<Face*> aToOrient = sheet.bNoOpenEdge ? aFaces : FindTwoSidedComponent(face);
+    aFaces.clear();
+    if (aToOrient.empty())
+        return aFaces;
+    aTurned = OrientFaceComponent(aToOrient);
+    seen.clear();
+    face.GetConnectedComponent(aFaces, seen, sheet);
+    if (sheet.bClosed)
+        return aFaces;
+    for (Face* pTurned : aTurned)
+        pTurned->Reverse();
+    aTurned.clear();
+    return {};
 }
 
 /// Gives a closed component a body if it has none, and turns its faces so that a solid has them outward.
@@ -208,7 +251,8 @@ void MakeSolid(Face& face, const std::vector<Face*>& aFaces, std::vector<Face*>&
         body.AddLump().AddShell(&shell, false);
         shell.AddFaces(aFaces);
     }
-    OrientFaceComponent(aFaces, aTurned);
+    const std::vector<Face*> aAgreed = OrientFaceComponent(aFaces);
+    aTurned.insert(aTurned.end(), aAgreed.begin(), aAgreed.end());
 
     const Shell* pShell = face.GetShell();
     const bool bOuter = pShell && pShell->GetLump() && pShell->GetLump()->GetShells().front() == pShell;
@@ -226,17 +270,21 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 {
     History& history = *newFace.GetHistory();
     const std::uint64_t nNewFace = newFace.GetID();
-    Face* pAround = pHolding && pHolding->AddInnerFace(&newFace) ? pHolding : nullptr;
+    Body* pTornBody = nullptr;
+    Face* pAround = pHolding && FillHole(*pHolding, newFace, pTornBody) ? pHolding : nullptr;
     if (!pHolding)
-        pAround = FillHoleAround(history, newFace);
+        pAround = FillHoleAround(history, newFace, pTornBody);
     if (pAround)
         DrawInSpurs(history, *pAround);
-    const bool bTookHoles = TakeInnerFaces(history, newFace);
+    const bool bTookHoles = TakeInnerFaces(history, newFace, pTornBody);
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
     {
         newFace.Reverse();
-        RebuildAroundTurned({&newFace});
+        if (HasBranches(newFace))
+            pTornBody = newFace.GetBody();
     }
+    if (pTornBody)
+        pTornBody->Rebuild(false);
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
@@ -252,7 +300,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
                 aToDrawIn.push_back(nSplitOff);
         }
         if (i > 0 && CoincidesWithAnother(history, *pFace))
-            pFace->Delete(true, true);
+            pFace->Delete(false, true); // walks of the search still run along its edges
     }
 }
 
@@ -260,8 +308,11 @@ void CloseFaceComponent(Face& face)
 {
     std::vector<Face*> aTurned;
     const std::vector<Face*> aFaces = FindClosedComponent(face, aTurned);
-    if (!aFaces.empty())
-        MakeSolid(face, aFaces, aTurned);
-    RebuildAroundTurned(aTurned);
+    if (aFaces.empty())
+        return;
+    const bool bHadBody = face.GetBody() != nullptr;
+    MakeSolid(face, aFaces, aTurned);
+    // What has closed on to a body shared a shell with its neighbours there until now.
+    RebuildAroundTurned(bHadBody ? aFaces : aTurned);
 }
 } // namespace QRV

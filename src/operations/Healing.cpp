@@ -13,23 +13,13 @@ namespace QRV
 {
 namespace
 {
-std::vector<std::uint64_t> GetEdgeIDs(const Vertex& vertex)
-{
-    std::vector<Edge*> aEdges;
-    vertex.GetConnectedEdges(aEdges);
-    std::vector<std::uint64_t> aIDs;
-    for (const Edge* pEdge : aEdges)
-        aIDs.push_back(pEdge->GetID());
-    return aIDs;
-}
-
 /// Moves everything at `from` to `to`, which stand at one place. `from` dies with its last edge.
 void TakeOverVertex(Vertex& to, Vertex& from)
 {
     History& history = *to.GetHistory();
     MergeAttributesFrom(to, from, false);
-    std::vector<std::uint64_t> aKnown = GetEdgeIDs(to);
-    const std::vector<std::uint64_t> aMoved = GetEdgeIDs(from);
+    std::vector<std::uint64_t> aKnown = to.GetConnectedEdgeIDs();
+    const std::vector<std::uint64_t> aMoved = from.GetConnectedEdgeIDs();
     if (aMoved.empty())
     {
         from.Delete();
@@ -85,8 +75,8 @@ void CutOutSpikes(History& history, std::uint64_t nEdge)
             continue;
         Loop* pLoop = pCoedge->GetLoop();
         Face* pFace = pLoop->GetFace();
-        const std::vector<std::uint64_t> aAtStart = GetEdgeIDs(*pEdge->GetStartVertex());
-        const std::vector<std::uint64_t> aAtEnd = GetEdgeIDs(*pEdge->GetEndVertex());
+        const std::vector<std::uint64_t> aAtStart = pEdge->GetStartVertex()->GetConnectedEdgeIDs();
+        const std::vector<std::uint64_t> aAtEnd = pEdge->GetEndVertex()->GetConnectedEdgeIDs();
         pEdge->Changed(nBoundaryChanged);
         const bool bEmpties = pBack->GetNext() == pCoedge;
         if (bEmpties && pFace && pFace->GetLoops().size() == 1)
@@ -119,8 +109,8 @@ void TakeOverEdge(Edge& kept, Edge& gone)
     gone.Changed(nBoundaryChanged);
     const bool bOpposite = kept.GetStartVertex() != gone.GetStartVertex();
     const bool bSmooth = kept.IsSmooth() || gone.IsSmooth();
-    std::vector<std::uint64_t> aAtStart = GetEdgeIDs(*kept.GetStartVertex());
-    std::vector<std::uint64_t> aAtEnd = GetEdgeIDs(*kept.GetEndVertex());
+    std::vector<std::uint64_t> aAtStart = kept.GetStartVertex()->GetConnectedEdgeIDs();
+    std::vector<std::uint64_t> aAtEnd = kept.GetEndVertex()->GetConnectedEdgeIDs();
     MergeAttributesFrom(kept, gone, true);
 
     std::vector<Coedge*> aCoedges;
@@ -283,7 +273,7 @@ bool HealOnePinch(History& history, const std::vector<std::uint64_t>& aVertexIDs
         {
             if (pOnlyFace && pFace != pOnlyFace)
                 continue;
-            const std::vector<std::uint64_t> aKnown = GetEdgeIDs(*pVertex);
+            const std::vector<std::uint64_t> aKnown = pVertex->GetConnectedEdgeIDs();
             if (LoopPinch(*pVertex, *pFace).Heal(pNewFaces))
             {
                 if ((pVertex = history.Get<Vertex>(nVertex)))
@@ -341,7 +331,7 @@ bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVerte
     for (const std::uint64_t nVertex : aVertexIDs)
     {
         const auto* pVertex = history.Get<Vertex>(nVertex);
-        const std::vector<std::uint64_t> aEdgeIDs = pVertex ? GetEdgeIDs(*pVertex) : std::vector<std::uint64_t>();
+        const std::vector<std::uint64_t> aEdgeIDs = pVertex ? pVertex->GetConnectedEdgeIDs() : std::vector<std::uint64_t>();
         for (std::size_t i = 0; i < aEdgeIDs.size(); ++i)
         {
             auto* pKept = history.Get<Edge>(aEdgeIDs[i]);

@@ -155,7 +155,10 @@ bool ComputeRectangle(const Point3d& p0, const Point3d& p1, const Point3d& p2, s
     if (!IsUsable(p0) || !IsUsable(p1) || !IsUsable(p2) || p0.dist(p1) <= kLinearTolerance)
         return Refuse(result);
     const Point3d q = Plane(p1, UnitVector3d(p1 - p0, true)).project(p2);
-    aCorners = {p0, p1, q, q - (p1 - p0)};
+    const Point3d last = q - (p1 - p0);
+    if (!IsUsable(q) || !IsUsable(last))
+        return Refuse(result);
+    aCorners = {p0, p1, q, last};
     return true;
 }
 
@@ -205,6 +208,7 @@ bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool
 
 bool ComputeArc(const ArcData& arc, std::vector<Point3d>& aPoints, Result& result)
 {
+    aPoints.clear();
     if (!IsArcUsable(arc))
         return Refuse(result);
     const double dSweep = GetSweep(arc);
@@ -216,17 +220,18 @@ bool ComputeArc(const ArcData& arc, std::vector<Point3d>& aPoints, Result& resul
 
     const UnitVector3d y = SquareYAxis(arc);
     const double dStep = dSweep / double(nSegments);
-    const std::size_t nFirst = aPoints.size();
     for (std::uint64_t i = 0; i <= nSegments; ++i)
     {
         if (i == nSegments && IsFullCircle(arc))
         {
-            aPoints.push_back(Point3d(aPoints[nFirst]));
+            aPoints.push_back(Point3d(aPoints.front()));
             break;
         }
         const double dAngle = arc.dStartAngle + double(i) * dStep;
         const Point3d p = arc.center + (arc.xAxis * Cos(dAngle) + y * Sin(dAngle)) * arc.dRadius;
         aPoints.push_back(arc.transform.isIdentity() ? p : arc.transform * p);
+        if (!IsUsable(aPoints.back()))
+            return Refuse(result);
     }
     return true;
 }
@@ -236,13 +241,19 @@ bool CreateArc(History& history, const ArcData& arc, const std::vector<Point3d>&
     MergeObjectsInBox(history, BoxOfPoints(aPoints), &aPoints);
     EdgeSketchOptions options;
     options.bClearSmooth = true;
+    std::uint64_t nCircle = INVALID_ID;
     if (CircleAttribute* pCircle = CreateCircleAttribute(history, arc))
+    {
         options.aEdgeAttributes.push_back(pCircle);
+        nCircle = pCircle->GetID();
+    }
     const bool bFull = IsFullCircle(arc);
     OutlinePen pen(history, options);
     pen.MoveTo(aPoints.front(), bFull);
     for (std::size_t i = 1; i < aPoints.size(); ++i)
         pen.LineTo(aPoints[i], bFull || i + 1 < aPoints.size());
+    if (auto* pCircle = history.Get<CircleAttribute>(nCircle); pCircle && pCircle->IsNonOwned())
+        pCircle->DeleteSelf(); // so small for its place that all points are one
     return true;
 }
 

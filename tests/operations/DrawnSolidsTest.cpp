@@ -1,6 +1,7 @@
 #include "support/TestModel.h"
 
 #include <algorithm>
+#include <array>
 
 namespace QRV
 {
@@ -51,6 +52,191 @@ TEST(DrawnBox, IsOneSolidInEveryOrderOfItsEdges)
                     {.nFaces = 6, .nEdges = 12, .nVertices = 8, .dVolume = 1, .dArea = 6});
         ExpectNormalsLeave(model, GetMiddle(frame, lower, upper));
         ExpectUndoRedoRestores(model);
+    }
+}
+
+TEST(DrawnBox, StandsOnTheGroundDrawnBeforeOrAfter)
+{
+    for (const Frame& at : GetFrames())
+        for (const bool bGroundFirst : {true, false})
+        {
+            SCOPED_TRACE(std::string(at.pName) + (bGroundFirst ? ", ground first" : ", ground last"));
+            const Polygon ground{at(-5, -5), at(5, -5), at(5, 5), at(-5, 5)};
+            TestModel model;
+            if (bGroundFirst)
+                model.Outline(ground);
+            model.Box(at, {0, 0, 0}, {2, 1, 3});
+            if (!bGroundFirst)
+                model.Outline(ground);
+            EXPECT_NEAR(model.GetVolume(), 6.0, 1e-8);
+            EXPECT_NEAR(model.GetArea(), 100.0 + 18 + 2, 1e-7);
+            EXPECT_EQ(model.Count(nFaceType), 7u);
+            EXPECT_EQ(model.Count(nBodyType), 1u);
+            ExpectSound(model);
+            ExpectUndoRedoRestores(model);
+        }
+}
+
+TEST(DrawnBox, KeepsItsVolumeUnderFinsAndSheets)
+{
+    struct Case
+    {
+        const char* pName;
+        std::array<std::array<double, 3>, 4> aCorners;
+        std::size_t nFaces; ///< with the six of the box
+    };
+    const Case aCases[] = {
+        {"fin on an edge", {{{0, 0, 1}, {1, 0, 1}, {1, 0, 2}, {0, 0, 2}}}, 7},
+        {"fin across the top", {{{0, 0.5, 1}, {1, 0.5, 1}, {1, 0.5, 2}, {0, 0.5, 2}}}, 8},
+        {"fin within the top", {{{0.2, 0.5, 1}, {0.8, 0.5, 1}, {0.8, 0.5, 2}, {0.2, 0.5, 2}}}, 7},
+        {"sheet at a corner", {{{1, 1, 1}, {2, 1, 1}, {2, 2, 2}, {1, 2, 2}}}, 7},
+        {"sheet on a corner of the top", {{{1, 1, 1}, {2, 1, 1}, {2, 2, 1}, {1, 2, 1}}}, 7},
+        {"rectangle on the top", {{{0.2, 0.2, 1}, {0.8, 0.2, 1}, {0.8, 0.8, 1}, {0.2, 0.8, 1}}}, 7},
+        {"the same the other way round", {{{0.2, 0.8, 1}, {0.8, 0.8, 1}, {0.8, 0.2, 1}, {0.2, 0.2, 1}}}, 7},
+        {"roof over an edge", {{{0, 1, 1}, {1, 1, 1}, {1, 2, 1}, {0, 2, 1}}}, 7},
+    };
+    for (const Frame& at : GetFrames())
+        for (const Case& test : aCases)
+            for (const bool bBoxFirst : {true, false})
+            {
+                SCOPED_TRACE(std::string(at.pName) + ": " + test.pName + (bBoxFirst ? "" : ", drawn first"));
+                Polygon sheet;
+                for (const auto& [u, v, w] : test.aCorners)
+                    sheet.push_back(at(u, v, w));
+                TestModel model;
+                if (bBoxFirst)
+                    model.Box(at, {0, 0, 0}, {1, 1, 1});
+                model.Outline(sheet);
+                if (!bBoxFirst)
+                    model.Box(at, {0, 0, 0}, {1, 1, 1});
+                EXPECT_EQ(model.Count(nFaceType), test.nFaces);
+                EXPECT_EQ(model.Count(nBodyType), 1u);
+                EXPECT_NEAR(model.GetVolume(), 1.0, 1e-9);
+                ExpectSound(model);
+                ExpectUndoRedoRestores(model);
+            }
+}
+
+namespace
+{
+struct Cell
+{
+    int aLower[3];
+    int aSize[3];
+
+    int GetUpper(int n) const { return aLower[n] + aSize[n]; }
+    int GetVolume() const { return aSize[0] * aSize[1] * aSize[2]; }
+};
+
+Cell MakeCell(std::mt19937_64& random)
+{
+    Cell cell{};
+    for (int n = 0; n < 3; ++n)
+    {
+        cell.aLower[n] = int(random() % 4);
+        cell.aSize[n] = 1 + int(random() % 2);
+    }
+    return cell;
+}
+
+/// In how many directions the two only touch; -1 when they are apart.
+int CountTouching(const Cell& a, const Cell& b)
+{
+    int nTouching = 0;
+    for (int n = 0; n < 3; ++n)
+    {
+        if (a.aLower[n] > b.GetUpper(n) || b.aLower[n] > a.GetUpper(n))
+            return -1;
+        nTouching += a.aLower[n] == b.GetUpper(n) || b.aLower[n] == a.GetUpper(n);
+    }
+    return nTouching;
+}
+
+std::vector<Segment> GetEdgesOf(const Frame& at, const Cell& cell)
+{
+    return GetBoxEdges(at, Point3d(cell.aLower[0], cell.aLower[1], cell.aLower[2]),
+                       Point3d(cell.GetUpper(0), cell.GetUpper(1), cell.GetUpper(2)));
+}
+} // namespace
+
+TEST(DrawnBoxes, KeepTheirVolumesWhereTheyTouchInEdgesAndCorners)
+{
+    int nTouching = 0;
+    for (std::uint64_t nSeed = 0; nSeed < 400 && !::testing::Test::HasFailure(); ++nSeed)
+    {
+        SCOPED_TRACE(nSeed);
+        std::mt19937_64 random(nSeed);
+        const Cell first = MakeCell(random);
+        const Cell second = MakeCell(random);
+        const int nWays = CountTouching(first, second);
+        if (nWays == 0 || nWays == 1)
+            continue; // they overlap or share a part of a face
+        nTouching += nWays > 0;
+        const Frame at = nSeed % 2 ? MakeRandomFrame(random, 10.0) : GetFrames()[0];
+        std::vector<Segment> aEdges = GetEdgesOf(at, first);
+        const std::vector<Segment> aMore = GetEdgesOf(at, second);
+        aEdges.insert(aEdges.end(), aMore.begin(), aMore.end());
+        Scramble(aEdges, random);
+        TestModel model;
+        model.Lines(aEdges);
+        EXPECT_NEAR(model.GetVolume(), first.GetVolume() + second.GetVolume(), 1e-8);
+        EXPECT_EQ(model.Count(nFaceType), 12u);
+        ExpectSound(model);
+        ExpectUndoRedoRestores(model);
+    }
+    EXPECT_GT(nTouching, 50);
+}
+
+TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
+{
+    for (std::uint64_t nSeed = 0; nSeed < 200 && !::testing::Test::HasFailure(); ++nSeed)
+    {
+        SCOPED_TRACE(nSeed);
+        std::mt19937_64 random(nSeed);
+        const Frame at = nSeed % 2 ? MakeRandomFrame(random, nSeed % 4 == 1 ? 10.0 : 1e4) : GetFrames()[0];
+        std::vector<Cell> aCells;
+        std::vector<Segment> aEdges;
+        for (int nTry = 0; nTry < 12 && aCells.size() < 4; ++nTry)
+        {
+            const Cell cell = MakeCell(random);
+            if (std::any_of(aCells.begin(), aCells.end(), [&](const Cell& other) { return CountTouching(cell, other) == 0; }))
+                continue;
+            aCells.push_back(cell);
+            const std::vector<Segment> aMore = GetEdgesOf(at, cell);
+            aEdges.insert(aEdges.end(), aMore.begin(), aMore.end());
+        }
+        if (nSeed % 3 != 0)
+            Scramble(aEdges, random);
+        TestModel model;
+        model.Lines(aEdges);
+        ExpectSound(model);
+        EXPECT_GE(model.Count(nBodyType), 1u);
+        ExpectUndoRedoRestores(model);
+    }
+}
+
+TEST(DrawnBoxes, GetTheSameIDsFromTheSameCalls)
+{
+    std::mt19937_64 random(99);
+    std::vector<Segment> aEdges;
+    for (int n = 0; n < 5; ++n)
+    {
+        const std::vector<Segment> aMore = GetEdgesOf(GetFrames()[1], MakeCell(random));
+        aEdges.insert(aEdges.end(), aMore.begin(), aMore.end());
+    }
+    Scramble(aEdges, random);
+    std::string strFirst;
+    for (int nRun = 0; nRun < 3; ++nRun)
+    {
+        const TestModel elsewhere; // so that addresses differ
+        std::vector<std::vector<char>> aClutter;
+        for (int n = 0; n < 100 * nRun; ++n)
+            aClutter.emplace_back(64 + random() % 200);
+        TestModel model;
+        model.Lines(aEdges);
+        if (nRun == 0)
+            strFirst = model.Describe();
+        EXPECT_EQ(model.Describe(), strFirst);
     }
 }
 } // namespace QRV

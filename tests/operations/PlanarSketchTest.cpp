@@ -98,6 +98,25 @@ std::string Shrink(std::vector<PlanarSegment> aSketch, const Frame& at)
         text << a.x << ' ' << a.y << "  " << b.x << ' ' << b.y << '\n';
     return text.str();
 }
+
+struct Plan
+{
+    const char* pName;
+    std::size_t nVertices;
+    std::size_t nEdges;
+    std::size_t nFaces;
+    std::vector<Frame> aFrames;
+};
+
+std::vector<PlanarSegment> LoadPlan(const std::filesystem::path& path)
+{
+    std::vector<PlanarSegment> aSegments;
+    std::ifstream file(path);
+    const nlohmann::json plan = nlohmann::json::parse(file);
+    for (const auto& segment : plan["segments"])
+        aSegments.emplace_back(Point2d(segment[0], segment[1]), Point2d(segment[2], segment[3]));
+    return aSegments;
+}
 } // namespace
 
 TEST(PlanarSketch, MakesTheFacesOfItsArrangement)
@@ -156,6 +175,35 @@ TEST(PlanarSketch, UndoesAndRedoes)
         TestModel model;
         Draw(model, MakeRandomFrame(random, 10.0), MakeSketch(random, nSketchKind(nSeed % 3)));
         ExpectUndoRedoRestores(model);
+    }
+}
+
+TEST(PlanarSketch, MakesTheRoomsOfRealPlans)
+{
+    std::mt19937_64 random(7);
+    const Frame flat = GetFrames()[0];
+    for (const Plan& plan : {Plan{"plans/house_walls.json", 226, 200, 16, {flat, MakeRandomFrame(random, 100.0)}},
+                             Plan{"plans/house_full.json", 800, 890, 116, {flat}}})
+    {
+        const auto path = FindSharedFile(plan.pName);
+        if (!path)
+            GTEST_SKIP() << plan.pName << " is not here";
+        SCOPED_TRACE(plan.pName);
+        const std::vector<PlanarSegment> aSegments = LoadPlan(*path);
+        const Arrangement arrangement = ComputeArrangement(aSegments, 1e-10);
+        for (const Frame& at : plan.aFrames)
+        {
+            TestModel model;
+            Draw(model, at, aSegments);
+            EXPECT_EQ(model.Count(nFaceType), plan.nFaces);
+            // The figures take places within 1e-6 for one, and leave out the lone vertices that lines of no length make.
+            EXPECT_NEAR(double(arrangement.nEdges), double(plan.nEdges), 2.0);
+            EXPECT_NEAR(double(arrangement.nVertices), double(plan.nVertices), 4.0);
+            EXPECT_EQ(model.Count(nEdgeType), arrangement.nEdges);
+            EXPECT_EQ(model.Count(nVertexType), arrangement.nVertices);
+            EXPECT_NEAR(model.GetArea(), arrangement.dArea, 1e-9);
+            ExpectSound(model);
+        }
     }
 }
 } // namespace QRV
