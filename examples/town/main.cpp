@@ -204,7 +204,8 @@ void ExpectBodies(const Session& session, const std::vector<Footprint>& aFootpri
     Expect(IsNear(dVolume, dWanted), "the volumes do not add up to area times height");
 }
 /// Whether every edge of the body has two faces, one on each side: what other programs take for a solid. A house that
-/// leans on its neighbour's wall is not one.
+/// shares a wall or an edge with its neighbour is not one, nor one with a courtyard: the outlines of the courtyard
+/// above and below fill with faces too, which hang on the body as sheets.
 bool IsManifold(const Session& session, std::uint64_t nBody)
 {
     std::vector<std::uint64_t> aEdges;
@@ -229,6 +230,8 @@ void SaveSolids(const Session& session, const std::filesystem::path& path)
             aSolids.push_back(nBody);
             dVolume += session.GetVolume(nBody);
         }
+    std::printf("%zu bodies share edges with other faces and are left out of the STL file\n",
+                session.Count(nBodyType) - aSolids.size());
     SaveSTL(session, aSolids, dVolume, path);
 }
 } // namespace
