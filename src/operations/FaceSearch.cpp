@@ -177,6 +177,8 @@ private:
             const Plane plane = FindPlane(u, v, w, *candidate.pEdge);
             if (IsFilledInPlane(*candidate.pEdge, plane) || IsSideOpen(plane))
                 return;
+            if (IsFirstEdgeFilled(plane))
+                return ForgetPlane(); // as after a walk for nothing
             m_plane = plane;
             m_nPlaneDepth = m_path.size() + 1;
         }
@@ -230,6 +232,25 @@ private:
                 return bend.normal % plane.normal < 0.0 ? -plane : plane;
         }
         return bend;
+    }
+
+    /// Whether faces in the plane stand on both sides of the first edge, as after it was drawn into a face: then every
+    /// loop through it is filled already. Spares the walk round large faces.
+    bool IsFirstEdgeFilled(const Plane& plane) const
+    {
+        bool bLeft = false;
+        bool bRight = false;
+        std::vector<Coedge*> aCoedges;
+        m_path.front().first->GetCoedges(aCoedges);
+        for (const Coedge* pCoedge : aCoedges)
+        {
+            Face* pFace = pCoedge->GetFace();
+            const int nSide = pFace ? pFace->GetSideIn(plane) : 0;
+            const bool bSame = pCoedge->IsForward() == (nSide > 0);
+            bLeft = bLeft || (nSide != 0 && bSame);
+            bRight = bRight || (nSide != 0 && !bSame);
+        }
+        return bLeft && bRight;
     }
 
     /// Whether the region on this walk's side of the first edge reaches to infinity, so that no face can fill it: a
