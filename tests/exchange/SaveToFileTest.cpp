@@ -1,5 +1,6 @@
 #include "exchange/PlacedObjects.h"
 #include "support/PolygonModel.h"
+#include "support/TemporaryFile.h"
 
 #include <QRV/API.h>
 
@@ -15,31 +16,6 @@ namespace
 {
 using IDs = std::vector<std::uint64_t>;
 using ExcludedIDs = std::vector<ObjectHistoryID>;
-
-/// A file below the directory for temporary files, removed at the end.
-class TemporaryFile
-{
-public:
-    explicit TemporaryFile(const std::string& strName)
-        : m_path(std::filesystem::path(testing::TempDir()) / ("qrv_" + strName))
-    {
-        std::filesystem::remove(m_path);
-    }
-    ~TemporaryFile() { std::filesystem::remove(m_path); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::string GetPath() const { return m_path.string(); }
-    bool Exists() const { return std::filesystem::exists(m_path); }
-    std::string Read() const
-    {
-        std::ifstream stream(m_path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
-private:
-    std::filesystem::path m_path;
-};
 
 Result Save(History& history, const IDs& aObjects, const TemporaryFile& file, double dScale = 1.0,
             const ExcludedIDs& aExcluded = {}, nFileType nType = nFileTypeSTL)

@@ -232,21 +232,19 @@ TEST(Journal, NeverFailsACall)
 
 TEST(Journal, GetsItsTailWhenTheProcessEndsAndTheHostHearsNothing)
 {
-    const std::string strPath = testing::TempDir() + "qrv_exit.js";
+    const TemporaryFile file("exit.js");
     const auto leave = [&]
     {
         std::uint64_t h = INVALID_ID;
         APICreateHistory(h, true);
-        APIEnableJournaling(h, strPath);
+        APIEnableJournaling(h, file.GetPath());
         APIConnectPoint3ds(h, {0, 0, 0}, {1, 0, 0});
         HistoryRegistry::Get().SetModelChangedCallback([](const ModelChangeData&) { std::_Exit(3); });
         std::exit(0);
     };
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
-    std::ifstream stream(strPath);
-    const std::string strText{std::istreambuf_iterator<char>(stream), {}};
+    const std::string strText = file.Read();
     EXPECT_TRUE(strText.ends_with("QRV.Geom.Point3d(1, 0, 0));\n" + kTail)) << strText;
-    std::remove(strPath.c_str());
 }
 
 TEST(JournalText, IsWhatTheScriptReads)

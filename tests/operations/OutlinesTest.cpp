@@ -1,11 +1,9 @@
+#include "support/TemporaryFile.h"
 #include "support/TestModel.h"
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <limits>
 #include <numbers>
-#include <sstream>
 
 namespace QRV
 {
@@ -375,11 +373,11 @@ TEST(DrawnPoints, WriteTheSameJournalAndModelEveryTime)
     std::string aModels[2];
     for (int nRun = 0; nRun < 2; ++nRun)
     {
-        const std::filesystem::path path = std::filesystem::temp_directory_path() / "qrv_sketch_journal.txt";
+        const TemporaryFile file("drawn.js");
         {
             ASSERT_TRUE(APIDeleteAllHistories().IsGood());
             TestModel model;
-            ASSERT_TRUE(APIEnableJournaling(model.GetID(), path.string()).IsGood());
+            ASSERT_TRUE(APIEnableJournaling(model.GetID(), file.GetPath()).IsGood());
             model.Outline({Point3d(0, 0, 0), Point3d(4, 0, 0), Point3d(4, 4, 0), Point3d(0, 4, 0)});
             model.Circle(Point3d(2, 2, 0), 1.0, Direction(1, 0, 0), Direction(0, 1, 0), 3.0);
             model.Line(Point3d(-1, 2, 0), Point3d(5, 2.5, 0));
@@ -387,11 +385,7 @@ TEST(DrawnPoints, WriteTheSameJournalAndModelEveryTime)
             ASSERT_TRUE(APIDisableJournaling().IsGood());
             aModels[nRun] = model.Describe();
         }
-        std::ifstream file(path);
-        std::ostringstream text;
-        text << file.rdbuf();
-        aJournals[nRun] = text.str();
-        std::filesystem::remove(path);
+        aJournals[nRun] = file.Read();
     }
     EXPECT_FALSE(aJournals[0].empty());
     EXPECT_EQ(aJournals[0], aJournals[1]);

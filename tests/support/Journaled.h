@@ -1,13 +1,11 @@
 /// A journal in a file of its own, and what it says.
 #pragma once
 
+#include "support/TemporaryFile.h"
+
 #include <QRV/API.h>
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <fstream>
-#include <iterator>
+#include <algorithm>
 #include <string>
 
 namespace QRV
@@ -17,25 +15,19 @@ class Journaled
 {
 public:
     explicit Journaled(std::uint64_t nMainHistoryID, const char* pName = "session.js")
-        : m_strPath(testing::TempDir() + "qrv_" + testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
-                    pName)
+        : m_file(pName)
     {
-        EXPECT_TRUE(APIEnableJournaling(nMainHistoryID, m_strPath).IsGood());
+        EXPECT_TRUE(APIEnableJournaling(nMainHistoryID, m_file.GetPath()).IsGood());
     }
     ~Journaled()
     {
         APIDisableJournaling();
         APIEnableJournalingTypes({"QRV"}, false);
-        std::remove(m_strPath.c_str());
     }
     Journaled(const Journaled&) = delete;
     Journaled& operator=(const Journaled&) = delete;
 
-    std::string Read() const
-    {
-        std::ifstream stream(m_strPath, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    std::string Read() const { return m_file.Read(); }
     /// What was added since the last look.
     std::string ReadOn()
     {
@@ -46,7 +38,7 @@ public:
     }
 
 private:
-    std::string m_strPath;
+    TemporaryFile m_file;
     std::size_t m_nRead = 0;
 };
 } // namespace QRV
