@@ -1,6 +1,7 @@
 #include "spatial/RayFire.h"
 
 #include "history/History.h"
+#include "model/Coedge.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Vertex.h"
@@ -27,11 +28,15 @@ public:
     {
         if (!m_kinds.bVertices && !m_kinds.bEdges && !m_kinds.bFaces)
             return;
-        FindVertices();
-        if (m_kinds.bEdges || m_kinds.bFaces)
-            FindEdges();
         if (m_kinds.bFaces)
-            FindFaces();
+        {
+            m_history.GetFaceTree().FindOnRay(m_ray, m_aFaces, m_dTol, m_dMax);
+            std::sort(m_aFaces.begin(), m_aFaces.end(), ByObjectID());
+        }
+        FindCandidates();
+        MeetVertices();
+        MeetEdges();
+        MeetFaces();
     }
 
     /// Every object hit, once.
@@ -63,15 +68,56 @@ private:
             AddHit(pObject, t);
     }
 
-    void FindVertices()
+    /// The vertices and edges that the ray may hit. For faces alone those around the faces met suffice, mostly few.
+    void FindCandidates()
     {
-        std::vector<Vertex*> aVertices;
-        m_history.GetVertexTree().FindOnRay(m_ray, aVertices, m_dTol, m_dMax);
-        std::sort(aVertices.begin(), aVertices.end(), ByObjectID());
+        if (m_kinds.bVertices || m_kinds.bEdges || !TakeCandidatesOfFaces())
+        {
+            m_history.GetVertexTree().FindOnRay(m_ray, m_aVertices, m_dTol, m_dMax);
+            if (m_kinds.bEdges || m_kinds.bFaces)
+                m_history.GetEdgeTree().FindOnRay(m_ray, m_aEdges, m_dTol, m_dMax);
+        }
+        SortOnce(m_aVertices);
+        SortOnce(m_aEdges);
+    }
+
+    template <class T>
+    static void SortOnce(std::vector<T*>& aElements)
+    {
+        std::sort(aElements.begin(), aElements.end(), ByObjectID());
+        aElements.erase(std::unique(aElements.begin(), aElements.end()), aElements.end());
+    }
+
+    /// False, with nothing taken, when the faces have so many corners that the trees are the shorter way.
+    bool TakeCandidatesOfFaces()
+    {
+        constexpr std::size_t kManyCorners = 64;
+        std::vector<Coedge*> aCoedges;
+        for (const Face* pFace : m_aFaces)
+        {
+            pFace->GetCoedges(aCoedges);
+            if (aCoedges.size() > kManyCorners)
+                return false;
+        }
+        for (const Coedge* pCoedge : aCoedges)
+        {
+            Edge* pEdge = pCoedge->GetEdge();
+            if (!pEdge || !pEdge->IsComplete())
+                continue;
+            m_aEdges.push_back(pEdge);
+            Vertex* pVertex = pCoedge->GetStartVertex();
+            if (Interval3d(pVertex->GetPosition()).intersectsRay(m_ray, m_dTol, m_dMax))
+                m_aVertices.push_back(pVertex);
+        }
+        return true;
+    }
+
+    void MeetVertices()
+    {
         if (m_kinds.bVertices)
-            for (Vertex* pVertex : aVertices)
+            for (Vertex* pVertex : m_aVertices)
                 AddHit(pVertex, m_ray.GetParameter(pVertex->GetPosition()));
-        for (const Vertex* pVertex : aVertices)
+        for (const Vertex* pVertex : m_aVertices)
             MeetAroundVertex(*pVertex);
     }
 
@@ -94,12 +140,9 @@ private:
         }
     }
 
-    void FindEdges()
+    void MeetEdges()
     {
-        std::vector<Edge*> aEdges;
-        m_history.GetEdgeTree().FindOnRay(m_ray, aEdges, m_dTol, m_dMax);
-        std::sort(aEdges.begin(), aEdges.end(), ByObjectID());
-        for (Edge* pEdge : aEdges)
+        for (Edge* pEdge : m_aEdges)
         {
             double t = 0.0;
             if (m_seen.contains(pEdge) || !pEdge->HitByRay(m_ray, t, m_dTol, m_dMax))
@@ -115,13 +158,10 @@ private:
         }
     }
 
-    void FindFaces()
+    void MeetFaces()
     {
-        std::vector<Face*> aFaces;
-        m_history.GetFaceTree().FindOnRay(m_ray, aFaces, m_dTol, m_dMax);
-        std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
         std::vector<double> aParameters;
-        for (Face* pFace : aFaces)
+        for (Face* pFace : m_aFaces)
         {
             aParameters.clear();
             if (m_seen.contains(pFace) || !pFace->HitByRay(m_ray, aParameters, m_dTol, m_dMax))
@@ -137,6 +177,9 @@ private:
     const double m_dTol;
     const double m_dMax;
     const PickKinds m_kinds;
+    std::vector<Vertex*> m_aVertices; ///< each once, in order of id, as the edges and faces; the boxes of faces are met
+    std::vector<Edge*> m_aEdges;
+    std::vector<Face*> m_aFaces;
     std::vector<Object*> m_aObjects;
     SortedHits m_aHits;
     ObjectSet m_seen; ///< edges and faces
