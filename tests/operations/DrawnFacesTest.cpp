@@ -134,7 +134,11 @@ TEST(DrawnFaces, TheSharedEdgeDrawnLastMakesTwo)
     {
         SCOPED_TRACE(at.pName);
         TestModel model;
-        model.Lines({{at(1, 0), at(0, 0)}, {at(0, 0), at(0, 1)}, {at(0, 1), at(1, 1)}, {at(1, 1), at(2, 1)}, {at(2, 1), at(2, 0)}});
+        model.Lines({{at(1, 0), at(0, 0)},
+                     {at(0, 0), at(0, 1)},
+                     {at(0, 1), at(1, 1)},
+                     {at(1, 1), at(2, 1)},
+                     {at(2, 1), at(2, 0)}});
         model.Line(at(2, 0), at(1, 0));
         EXPECT_EQ(model.Count(nFaceType), 1u);
         model.Line(at(1, 0), at(1, 1));
@@ -183,7 +187,8 @@ TEST(DrawnFaces, APolylineMeetsOnlyItself)
         for (int n = 0; n <= 200; ++n)
             aZigzag.push_back(at(n * 0.1, n % 2 ? 2 : -1));
         EXPECT_EQ(model.Polyline(aZigzag, false), INVALID_ID);
-        EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, before.nFaces, before.nEdges + 200, before.nVertices + 201}));
+        EXPECT_EQ(model.GetCounts(),
+                  (ModelCounts{0, 0, 0, before.nFaces, before.nEdges + 200, before.nVertices + 201}));
         EXPECT_EQ(model.GetArea(model.Polyline(MakeRectangle(at, 0, 0, 30, 1), true)) > 29.99, true);
         // A bow tie crosses itself: two faces, of which the first is told.
         const std::uint64_t nFace = model.Polyline({at(0, 0), at(2, 2), at(2, 0), at(0, 2)}, true);
@@ -229,7 +234,8 @@ TEST(DrawnLines, HaveTheVertexOfOnePlaceOnce)
     EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 0, 4, 5}));
     const std::uint64_t nEdge = model.GetIDs(nEdgeType).front();
     ExpectRefused(model, Result::nBadInput, [&] { return APIConnectVertices(model.GetID(), nVertex, nEdge); });
-    ExpectRefused(model, Result::nBadInput, [&] { return APIConnectVertexAndPoint3d(model.GetID(), nEdge, Point3d()); });
+    ExpectRefused(model, Result::nBadInput,
+                  [&] { return APIConnectVertexAndPoint3d(model.GetID(), nEdge, Point3d()); });
     ExpectSound(model);
     ExpectUndoRedoRestores(model);
 }

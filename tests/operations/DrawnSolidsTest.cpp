@@ -199,7 +199,8 @@ TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
         for (int nTry = 0; nTry < 12 && aCells.size() < 4; ++nTry)
         {
             const Cell cell = MakeCell(random);
-            if (std::any_of(aCells.begin(), aCells.end(), [&](const Cell& other) { return CountTouching(cell, other) == 0; }))
+            if (std::any_of(aCells.begin(), aCells.end(),
+                            [&](const Cell& other) { return CountTouching(cell, other) == 0; }))
                 continue;
             aCells.push_back(cell);
             const std::vector<Segment> aMore = GetEdgesOf(at, cell);

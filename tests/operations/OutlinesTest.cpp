@@ -35,8 +35,8 @@ struct ArcCall
 
     Result Run(std::uint64_t nHistory, std::vector<Point3d>& aPoints) const
     {
-        return APICreateCircleOrArc(nHistory, dRadius, center, aPoints, x, y, dStart, dEnd, dAccuracy, bPointsOnly, transform,
-                                    nMinSegments);
+        return APICreateCircleOrArc(nHistory, dRadius, center, aPoints, x, y, dStart, dEnd, dAccuracy, bPointsOnly,
+                                    transform, nMinSegments);
     }
 };
 
@@ -66,7 +66,8 @@ void ExpectCircle(const TestModel& model, bool bOnCircle, const Point3d& center 
         UnitVector3d x;
         std::vector<std::uint64_t> aEdges;
         bool bOn = !bOnCircle;
-        ASSERT_TRUE(APIIsEdgeOnCircleReadOnly(model.GetID(), nEdge, dFound, foundCenter, normal, x, aEdges, bOn).IsGood());
+        ASSERT_TRUE(
+            APIIsEdgeOnCircleReadOnly(model.GetID(), nEdge, dFound, foundCenter, normal, x, aEdges, bOn).IsGood());
         EXPECT_EQ(bOn, bOnCircle);
         if (!bOn || !bOnCircle)
             continue;
@@ -102,10 +103,18 @@ TEST(CreateCircleOrArc, HasAsManySegmentsAsItsAccuracyAsksFor)
         std::size_t nSegments;
     };
     const Case aCases[] = {
-        {0.75, kTwoPi, 0, 3},     {6.0, kTwoPi, 0, 24},          {0.25, kTwoPi, 0, 4}, // pi / acos(0.75) is 4.35
-        {-0.25, kTwoPi, 0, 4},    {0.01, kTwoPi, 0, 22},         {6.0, kTwoPi / 4, 0, 6},
-        {6.0, kTwoPi / 5, 0, 5},  {6.0, 0.01, 0, 1},             {6.0, kTwoPi, 30, 30},
-        {6.0, kTwoPi / 4, 7, 7},  {6.0, kTwoPi - 1e-13, 0, 24},  {250000, kTwoPi / 1000, 0, 1000},
+        {0.75, kTwoPi, 0, 3},
+        {6.0, kTwoPi, 0, 24},
+        {0.25, kTwoPi, 0, 4}, // pi / acos(0.75) is 4.35
+        {-0.25, kTwoPi, 0, 4},
+        {0.01, kTwoPi, 0, 22},
+        {6.0, kTwoPi / 4, 0, 6},
+        {6.0, kTwoPi / 5, 0, 5},
+        {6.0, 0.01, 0, 1},
+        {6.0, kTwoPi, 30, 30},
+        {6.0, kTwoPi / 4, 7, 7},
+        {6.0, kTwoPi - 1e-13, 0, 24},
+        {250000, kTwoPi / 1000, 0, 1000},
     };
     for (const Case& test : aCases)
     {
@@ -118,7 +127,8 @@ TEST(CreateCircleOrArc, HasAsManySegmentsAsItsAccuracyAsksFor)
         ASSERT_EQ(aPoints.size(), test.nSegments + 2); // appended
         for (std::size_t n = 1; n < aPoints.size(); ++n)
             EXPECT_NEAR(aPoints[n].dist(call.center), call.dRadius, 1e-12);
-        EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, bCircle ? 1u : 0u, test.nSegments, test.nSegments + !bCircle}));
+        EXPECT_EQ(model.GetCounts(),
+                  (ModelCounts{0, 0, 0, bCircle ? 1u : 0u, test.nSegments, test.nSegments + !bCircle}));
         EXPECT_EQ(CountSmoothVertices(model), bCircle ? test.nSegments : test.nSegments - 1);
         ExpectCircle(model, true, call.center, call.dRadius);
         const double dSides = double(test.nSegments);
@@ -178,7 +188,8 @@ TEST(CreateCircleOrArc, RefusesBadInputAndChangesNothing)
 
 TEST(CreateCircleOrArc, CarriesTheCircleOnlyWhereTheTransformLeavesOne)
 {
-    const Transf3d turned = Transf3d::rotation(Line3d(Point3d(1, 0, 2), Vector3d(1, 2, 3)), 0.7) * Transf3d::scaling(Point3d(), Vector3d(3, 3, 3));
+    const Transf3d turned = Transf3d::rotation(Line3d(Point3d(1, 0, 2), Vector3d(1, 2, 3)), 0.7) *
+                            Transf3d::scaling(Point3d(), Vector3d(3, 3, 3));
     const Transf3d mirrored = Transf3d::scaling(Point3d(), Vector3d(-2, 2, 2));
     const Transf3d uneven = Transf3d::scaling(Point3d(), Vector3d(1, 2, 3));
     struct Case
@@ -188,7 +199,8 @@ TEST(CreateCircleOrArc, CarriesTheCircleOnlyWhereTheTransformLeavesOne)
         bool bCircle;
         double dScale;
     };
-    for (const Case& test : {Case{"turned", turned, true, 3}, Case{"mirrored", mirrored, true, 2}, Case{"uneven", uneven, false, 0}})
+    for (const Case& test :
+         {Case{"turned", turned, true, 3}, Case{"mirrored", mirrored, true, 2}, Case{"uneven", uneven, false, 0}})
     {
         SCOPED_TRACE(test.pName);
         const ArcCall call{.transform = test.transform};
@@ -246,8 +258,8 @@ TEST(CreateCircleOrArcFromPoints, RunsThroughTheThirdPointToTheSecond)
             const double dSecond = 3.0;
             std::vector<Point3d> aPoints;
             TestModel model;
-            ASSERT_TRUE(APICreateCircleOrArcFromPoints(model.GetID(), place(0), place(dSecond), place(dThird), aPoints, 90.0,
-                                                       false, Transf3d(), 0, false)
+            ASSERT_TRUE(APICreateCircleOrArcFromPoints(model.GetID(), place(0), place(dSecond), place(dThird), aPoints,
+                                                       90.0, false, Transf3d(), 0, false)
                             .IsGood());
             EXPECT_NEAR(aPoints.front().dist(place(0)), 0.0, 1e-8);
             EXPECT_NEAR(aPoints.back().dist(place(dSecond)), 0.0, 1e-8);
@@ -319,7 +331,8 @@ TEST(CreateRectangle, RefusesBadInputAndDrawsNothingFlat)
         ExpectRefused(model, Result::nBadInput, [&] { return draw(o, bad, x); });
         ExpectRefused(model, Result::nBadInput, [&] { return draw(o, x, bad); });
     }
-    ExpectRefused(model, Result::nBadInput, [&] { return draw(Point3d(9e29, 0, 0), Point3d(0, 9e29, 0), Point3d(9e29, 9e29, 0)); });
+    ExpectRefused(model, Result::nBadInput,
+                  [&] { return draw(Point3d(9e29, 0, 0), Point3d(0, 9e29, 0), Point3d(9e29, 9e29, 0)); });
     EXPECT_TRUE(aCorners.empty());
     EXPECT_TRUE(draw(o, x, Point3d(5, 0, 0)).IsGood());
     EXPECT_EQ(aCorners.size(), 4u);
@@ -341,13 +354,18 @@ TEST(DrawnPoints, RefuseBadNumbersEverywhere)
             EXPECT_EQ(nID, INVALID_ID);
             ExpectRefused(model, Result::nBadInput, [&] { return APIConnectPoint3ds(model.GetID(), bad, Point3d()); });
             ExpectRefused(model, Result::nBadInput, [&] { return APIConnectPoint3ds(model.GetID(), Point3d(), bad); });
-            ExpectRefused(model, Result::nBadInput, [&] { return APIConnectVertexAndPoint3d(model.GetID(), nVertex, bad); });
-            ExpectRefused(model, Result::nBadInput, [&] { return APICreatePolyline(model.GetID(), {Point3d(), bad}, nID, true); });
+            ExpectRefused(model, Result::nBadInput,
+                          [&] { return APIConnectVertexAndPoint3d(model.GetID(), nVertex, bad); });
+            ExpectRefused(model, Result::nBadInput,
+                          [&] {
+                              return APICreatePolyline(model.GetID(), {Point3d(), bad}, nID, true);
+                          });
         }
     std::uint64_t nID = 5;
     ExpectRefused(model, Result::nBadInput, [&] { return APICreatePolyline(model.GetID(), {Point3d()}, nID, true); });
     ExpectRefused(model, Result::nBadInput, [&] { return APICreatePolyline(model.GetID(), {}, nID, false); });
-    EXPECT_EQ(APIConnectPoint3ds(INVALID_ID, Point3d(), Point3d(1, 0, 0)).GetErrorCode(), unsigned(Result::nBadHistoryID));
+    EXPECT_EQ(APIConnectPoint3ds(INVALID_ID, Point3d(), Point3d(1, 0, 0)).GetErrorCode(),
+              unsigned(Result::nBadHistoryID));
     ExpectSound(model);
 }
 
@@ -358,10 +376,11 @@ TEST(DrawnPoints, ComputedOnlyLeaveTheRedoBranch)
     std::vector<Point3d> aPoints;
     EXPECT_TRUE((ArcCall{.bPointsOnly = true}).Run(model.GetID(), aPoints).IsGood());
     EXPECT_EQ(aPoints.size(), 25u);
-    EXPECT_TRUE(APICreateCircleOrArcFromPoints(model.GetID(), Point3d(1, 0, 0), Point3d(0, 1, 0), Point3d(-1, 0, 0), aPoints, 6.0,
-                                               true, Transf3d(), 0, true)
+    EXPECT_TRUE(APICreateCircleOrArcFromPoints(model.GetID(), Point3d(1, 0, 0), Point3d(0, 1, 0), Point3d(-1, 0, 0),
+                                               aPoints, 6.0, true, Transf3d(), 0, true)
                     .IsGood());
-    EXPECT_TRUE(APICreateRectangle(model.GetID(), Point3d(), Point3d(1, 0, 0), Point3d(1, 1, 0), aPoints, true).IsGood());
+    EXPECT_TRUE(
+        APICreateRectangle(model.GetID(), Point3d(), Point3d(1, 0, 0), Point3d(1, 1, 0), aPoints, true).IsGood());
     EXPECT_TRUE(CanRedo(model));
     ASSERT_TRUE(APIRedoHistory(model.GetID()).IsGood());
     EXPECT_EQ(model.Count(nFaceType), 1u);

@@ -97,7 +97,8 @@ std::vector<std::uint64_t> TestModel::GetIDs(nObjectType nType) const
 
 ModelCounts TestModel::GetCounts() const
 {
-    return {Count(nBodyType), Count(nLumpType), Count(nShellType), Count(nFaceType), Count(nEdgeType), Count(nVertexType)};
+    return {Count(nBodyType), Count(nLumpType), Count(nShellType),
+            Count(nFaceType), Count(nEdgeType), Count(nVertexType)};
 }
 
 double TestModel::GetArea() const
