@@ -195,9 +195,7 @@ void CloseSheetsAt(History& history, std::uint64_t nEdge)
     for (Face* pFace : aFaces)
         if (bBranches || !pFace->GetBody())
             CloseFaceComponent(*pFace);
-    for (Face* pFace : aFaces)
-        if (bBranches && pFace->GetBody())
-            pFace->GetBody()->Rebuild(false);
+    RebuildBranchedBodies(aFaces);
 }
 
 /// Draws the edge into the faces that both or one of its ends stand on.

@@ -32,6 +32,10 @@ void FormFacesFromEdge(Edge& edge, const FaceSearchOptions& options);
 /// Faces that a chord split off are appended to `pNewFaces`, or settled in turn when that is null.
 void SettleNewFace(Face& face, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces);
 
+/// Derives anew the shells of all bodies at edges of three or more sides of these faces: what hangs together across such
+/// an edge depends on which faces stand there, on how they are turned and on how else they hang together.
+void RebuildBranchedBodies(const std::vector<Face*>& aFaces);
+
 /// When the sheet around the face is closed, gives it a body, unless it has one, and turns its normals outward.
 void CloseFaceComponent(Face& face);
 } // namespace QRV

@@ -52,7 +52,8 @@ bool DrawInChord(History& history, Face& face, Face*& pSplitOff)
     for (const auto& [nEdge, nCorner] : FindEdgesAtCorners(face))
     {
         auto* pEdge = history.Get<Edge>(nEdge);
-        if (!pEdge || face.HasEdge(*pEdge) || !corners.contains(pEdge->GetStartVertex()) || !corners.contains(pEdge->GetEndVertex()))
+        if (!pEdge || face.HasEdge(*pEdge) || !corners.contains(pEdge->GetStartVertex()) ||
+            !corners.contains(pEdge->GetEndVertex()))
             continue;
         pSplitOff = nullptr;
         if (face.SplitByEdge(*pEdge, &pSplitOff, false))
@@ -77,38 +78,20 @@ std::vector<std::uint64_t> DrawInEdges(History& history, Face& face)
     return aSplitOff;
 }
 
-/// Some edge has three or more sides: what hangs together across it depends on how the faces there are turned.
-bool HasBranches(const Face& face)
-{
-    std::vector<Edge*> aEdges;
-    face.GetEdges(aEdges);
-    return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() > 2; });
-}
-
-/// Makes `inner` fill a new hole of `outer`. `pTornBody` is set when that may change the sheets of a body.
-bool FillHole(Face& outer, Face& inner, Body*& pTornBody)
-{
-    if (!outer.AddInnerFace(&inner))
-        return false;
-    if (HasBranches(inner))
-        pTornBody = inner.GetBody();
-    return true;
-}
-
 /// The first face around the new one that takes it as a hole, by ascending id; null for none.
-Face* FillHoleAround(History& history, Face& face, Body*& pTornBody)
+Face* FillHoleAround(History& history, Face& face)
 {
     std::vector<Face*> aAround;
     history.GetFaceTree().FindHolding(face.GetBox(), aAround);
     std::sort(aAround.begin(), aAround.end(), ByObjectID());
     for (Face* pAround : aAround)
-        if (FillHole(*pAround, face, pTornBody))
+        if (pAround->AddInnerFace(&face))
             return pAround;
     return nullptr;
 }
 
 /// Largest first, so that a face inside another candidate does not become a hole beside it.
-bool TakeInnerFaces(History& history, Face& face, Body*& pTornBody)
+bool TakeInnerFaces(History& history, Face& face)
 {
     std::vector<Face*> aInside;
     history.GetFaceTree().FindInside(face.GetBox(), aInside);
@@ -117,12 +100,12 @@ bool TakeInnerFaces(History& history, Face& face, Body*& pTornBody)
     for (Face* pInside : aInside)
         if (pInside->GetOuterLoop() && pInside->GetSideIn(face.GetPlane()) != 0)
             aByArea.emplace_back(pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside);
-    std::sort(aByArea.begin(), aByArea.end(), [](const auto& a, const auto& b) {
-        return a.first != b.first ? a.first > b.first : a.second->GetID() < b.second->GetID();
-    });
+    std::sort(aByArea.begin(), aByArea.end(),
+              [](const auto& a, const auto& b)
+              { return a.first != b.first ? a.first > b.first : a.second->GetID() < b.second->GetID(); });
     bool bTook = false;
     for (const auto& [dArea, pInside] : aByArea)
-        bTook = FillHole(face, *pInside, pTornBody) || bTook;
+        bTook = face.AddInnerFace(pInside) || bTook;
     return bTook;
 }
 
@@ -148,17 +131,17 @@ bool CoincidesWithAnother(History& history, Face& face)
                        [&](Face* pOther) { return pOther != &face && pOther->IsCoincident(face); });
 }
 
-/// Where three or more faces meet, sheets come apart by the way these are turned: the shells of a body with such an edge
-/// on one of the faces are derived anew.
-void RebuildAroundTurned(const std::vector<Face*>& aTurned)
+/// The face with those of the shell that it has joined.
+std::vector<Face*> GetSheetJoined(Face& face)
 {
-    Body* pBody = aTurned.empty() ? nullptr : aTurned.front()->GetBody();
-    if (pBody && std::any_of(aTurned.begin(), aTurned.end(), [](const Face* pFace) { return HasBranches(*pFace); }))
-        pBody->Rebuild(false);
+    std::vector<Face*> aSheet{&face};
+    if (const Shell* pShell = face.GetShell())
+        aSheet.insert(aSheet.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
+    return aSheet;
 }
 
-/// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to agree.
-/// Gives the faces turned.
+/// Breadth first from the first face: each neighbour over an edge that only the two of the set share is turned to
+/// agree. Gives the faces turned.
 std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
 {
     std::vector<Face*> aTurned;
@@ -173,9 +156,8 @@ std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
         {
             std::vector<Coedge*> aOnEdge;
             pCoedge->GetEdge()->GetCoedges(aOnEdge);
-            std::erase_if(aOnEdge, [&](const Coedge* pOther) {
-                return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace());
-            });
+            std::erase_if(aOnEdge, [&](const Coedge* pOther)
+                          { return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace()); });
             if (aOnEdge.size() != 1 || !seen.insert(aOnEdge.front()->GetFace()).second)
                 continue;
             Face* pNeighbour = aOnEdge.front()->GetFace();
@@ -212,8 +194,8 @@ std::vector<Face*> FindTwoSidedComponent(Face& face)
 }
 
 /// The closed sheet around a face, turned consistently where only that was missing; empty for an open one. A wall of
-/// another solid that would close it does not: it bounds that one alone. `aTurned` gets the faces that were turned.
-std::vector<Face*> FindClosedComponent(Face& face, std::vector<Face*>& aTurned)
+/// another solid that would close it does not: it bounds that one alone.
+std::vector<Face*> FindClosedComponent(Face& face)
 {
     std::vector<Face*> aFaces;
     Face::Sheet sheet;
@@ -229,19 +211,18 @@ std::vector<Face*> FindClosedComponent(Face& face, std::vector<Face*>& aTurned)
     aFaces.clear();
     if (aToOrient.empty())
         return aFaces;
-    aTurned = OrientFaceComponent(aToOrient);
+    const std::vector<Face*> aTurned = OrientFaceComponent(aToOrient);
     seen.clear();
     face.GetConnectedComponent(aFaces, seen, sheet);
     if (sheet.bClosed)
         return aFaces;
     for (Face* pTurned : aTurned)
         pTurned->Reverse();
-    aTurned.clear();
     return {};
 }
 
 /// Gives a closed component a body if it has none, and turns its faces so that a solid has them outward.
-void MakeSolid(Face& face, const std::vector<Face*>& aFaces, std::vector<Face*>& aTurned)
+void MakeSolid(Face& face, const std::vector<Face*>& aFaces)
 {
     if (!face.GetBody())
     {
@@ -251,18 +232,15 @@ void MakeSolid(Face& face, const std::vector<Face*>& aFaces, std::vector<Face*>&
         body.AddLump().AddShell(&shell, false);
         shell.AddFaces(aFaces);
     }
-    const std::vector<Face*> aAgreed = OrientFaceComponent(aFaces);
-    aTurned.insert(aTurned.end(), aAgreed.begin(), aAgreed.end());
+    OrientFaceComponent(aFaces);
 
     const Shell* pShell = face.GetShell();
     const bool bOuter = pShell && pShell->GetLump() && pShell->GetLump()->GetShells().front() == pShell;
     const double dVolume = GetSignedVolume(aFaces);
     const bool bInsideOut = bOuter ? dVolume < -kLinearTolerance : dVolume > kLinearTolerance;
-    if (!bInsideOut)
-        return;
-    for (Face* pFace : aFaces)
-        pFace->Reverse();
-    aTurned.insert(aTurned.end(), aFaces.begin(), aFaces.end());
+    if (bInsideOut)
+        for (Face* pFace : aFaces)
+            pFace->Reverse();
 }
 } // namespace
 
@@ -270,21 +248,15 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 {
     History& history = *newFace.GetHistory();
     const std::uint64_t nNewFace = newFace.GetID();
-    Body* pTornBody = nullptr;
-    Face* pAround = pHolding && FillHole(*pHolding, newFace, pTornBody) ? pHolding : nullptr;
+    Face* pAround = pHolding && pHolding->AddInnerFace(&newFace) ? pHolding : nullptr;
     if (!pHolding)
-        pAround = FillHoleAround(history, newFace, pTornBody);
+        pAround = FillHoleAround(history, newFace);
     if (pAround)
         DrawInSpurs(history, *pAround);
-    const bool bTookHoles = TakeInnerFaces(history, newFace, pTornBody);
+    const bool bTookHoles = TakeInnerFaces(history, newFace);
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
-    {
         newFace.Reverse();
-        if (HasBranches(newFace))
-            pTornBody = newFace.GetBody();
-    }
-    if (pTornBody)
-        pTornBody->Rebuild(false);
+    RebuildBranchedBodies(GetSheetJoined(newFace));
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
@@ -304,15 +276,32 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     }
 }
 
+void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
+{
+    std::vector<Face*> aAtBranches;
+    for (const Face* pFace : aFaces)
+    {
+        std::vector<Edge*> aEdges;
+        pFace->GetEdges(aEdges);
+        for (const Edge* pEdge : aEdges)
+            if (pEdge->GetUse() > 2)
+                pEdge->GetFaces(aAtBranches);
+    }
+    std::vector<Body*> aBodies;
+    for (const Face* pFace : aAtBranches)
+        if (Body* pBody = pFace->GetBody(); pBody && std::find(aBodies.begin(), aBodies.end(), pBody) == aBodies.end())
+            aBodies.push_back(pBody);
+    std::sort(aBodies.begin(), aBodies.end(), ByObjectID());
+    for (Body* pBody : aBodies)
+        pBody->Rebuild(false);
+}
+
 void CloseFaceComponent(Face& face)
 {
-    std::vector<Face*> aTurned;
-    const std::vector<Face*> aFaces = FindClosedComponent(face, aTurned);
+    const std::vector<Face*> aFaces = FindClosedComponent(face);
     if (aFaces.empty())
         return;
-    const bool bHadBody = face.GetBody() != nullptr;
-    MakeSolid(face, aFaces, aTurned);
-    // What has closed on to a body shared a shell with its neighbours there until now.
-    RebuildAroundTurned(bHadBody ? aFaces : aTurned);
+    MakeSolid(face, aFaces);
+    RebuildBranchedBodies(aFaces);
 }
 } // namespace QRV

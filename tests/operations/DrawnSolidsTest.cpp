@@ -189,7 +189,10 @@ TEST(DrawnBoxes, KeepTheirVolumesWhereTheyTouchInEdgesAndCorners)
 
 TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
 {
-    for (std::uint64_t nSeed = 0; nSeed < 200 && !::testing::Test::HasFailure(); ++nSeed)
+    std::vector<std::uint64_t> aSeeds{1988}; // a face without a branch makes its shell hang together in another way
+    for (std::uint64_t nSeed = 0; nSeed < 150; ++nSeed)
+        aSeeds.push_back(nSeed);
+    for (const std::uint64_t nSeed : aSeeds)
     {
         SCOPED_TRACE(nSeed);
         std::mt19937_64 random(nSeed);
