@@ -107,18 +107,22 @@ bool History::RecordDeletion(Object& object)
         return false;
     ReserveReturnOfOneMore();
     m_mapObjectsByType.clear();
+    if (object.GetType() == nFaceType)
+        m_openSides.Clear();
+    else if (object.GetType() == nEdgeType)
+        m_openSides.Forget(object.GetID());
     return m_objects.At(object.GetID()).RecordDeletion(*m_pOpenDelta);
 }
 
 BoxTree<Edge>& History::GetEdgeTree()
 {
-    FlushAwaiting();
+    FlushAwaitingEdges();
     return m_trees.GetActive().m_edges;
 }
 
 BoxTree<Face>& History::GetFaceTree()
 {
-    FlushAwaiting();
+    FlushAwaitingFaces();
     return m_trees.GetActive().m_faces;
 }
 
@@ -134,7 +138,7 @@ void History::AwaitSearch(const Face& face)
         m_aAwaitingFaces.push_back(face.GetID());
 }
 
-void History::FlushAwaiting()
+void History::FlushAwaitingEdges()
 {
     while (!m_aAwaitingEdges.empty())
     {
@@ -142,6 +146,10 @@ void History::FlushAwaiting()
             pEdge->EnterSearch();
         m_aAwaitingEdges.pop_back();
     }
+}
+
+void History::FlushAwaitingFaces()
+{
     std::vector<std::uint64_t> aWaitingOn; // faces that have no outline yet
     while (!m_aAwaitingFaces.empty())
     {

@@ -5,6 +5,7 @@
 #include "history/ReusableIDs.h"
 #include "history/SearchTrees.h"
 #include "model/BodyBoxMemo.h"
+#include "model/OpenSideMemo.h"
 
 #include <QRV/ModelChange.h>
 #include <QRV/Result.h>
@@ -124,6 +125,7 @@ public:
     void AwaitSearch(const Face& face);
     void ClearTemporaryTrees() noexcept;
     BodyBoxMemo& GetBodyBoxMemo() { return m_bodyBoxes; }
+    OpenSideMemo& GetOpenSides() { return m_openSides; }
     Interval3d GetBox();
     Interval3d GetBox(const Transf3d& transform);
 
@@ -171,7 +173,8 @@ private:
     std::set<std::uint64_t> GetIDsMadeFrom(std::uint64_t nIndex) const;
     /// As DeleteRedo, without asking for memory. Ids of `aFreeable` that this frees leave it.
     bool DropRedo(std::set<std::uint64_t>& aFreeable);
-    void FlushAwaiting();
+    void FlushAwaitingEdges();
+    void FlushAwaitingFaces();
     std::uint64_t GetActiveDeltaID() const { return GetDeltaIDRelative(0); }
     /// INVALID_ID when there is none.
     std::uint64_t FindDeltaIndex(std::uint64_t nID) const;
@@ -190,6 +193,7 @@ private:
     std::vector<std::uint64_t> m_aAwaitingEdges;
     std::vector<std::uint64_t> m_aAwaitingFaces;
     BodyBoxMemo m_bodyBoxes;
+    OpenSideMemo m_openSides;
     std::set<ObjectHistoryID> m_aReferencingGroups;
     std::map<nObjectType, std::vector<Object*>> m_mapObjectsByType;
 };

@@ -5,7 +5,8 @@ namespace QRV
 TemporaryTreesScope::TemporaryTreesScope(History& history, const Object* pFirst, const Object* pSecond)
     : m_history(history)
 {
-    history.FlushAwaiting();
+    history.FlushAwaitingEdges();
+    history.FlushAwaitingFaces();
     std::vector<Object*> aBelow;
     ObjectSet seen;
     for (const Object* pObject : {pFirst, pSecond})

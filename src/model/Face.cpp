@@ -47,6 +47,23 @@ Plane FitPlane(const std::vector<Point3d>& aPoints)
     return best;
 }
 
+/// A face with more sides than this gets its facets when somebody asks for them. While lines are drawn in a large ragged
+/// face, each would have to pay for all of it.
+constexpr std::size_t kMaxSidesForFacetsAtOnce = 64;
+
+bool HasFewSides(const Face& face)
+{
+    std::size_t nSides = 0;
+    for (const Loop* pLoop : face.GetLoops())
+        for (const Coedge* pCoedge = pLoop->GetCoedge(); pCoedge;)
+        {
+            if (++nSides > kMaxSidesForFacetsAtOnce)
+                return false;
+            pCoedge = pCoedge->GetNext() == pLoop->GetCoedge() ? nullptr : pCoedge->GetNext();
+        }
+    return true;
+}
+
 /// Appends what `get` gives for each coedge of the face, each object once.
 template <class T, class Get>
 void CollectDistinct(const Face& face, std::vector<T*>& aObjects, Get&& get)
@@ -180,9 +197,9 @@ void Face::Changed(unsigned nFlags)
         RecordChange();
         m_Plane = Plane();
     }
-    if ((nFlags & nChangeFacets) && m_pFacets)
+    if (nFlags & nChangeFacets)
     {
-        RecordChange();
+        RecordChange(); // with no facets too: they may be filled in, unrecorded, before the Delta ends
         m_pFacets.reset();
     }
     if ((nFlags & nChangeSmooth) && (nFlags & nChangePlane))
@@ -212,7 +229,8 @@ void Face::CompleteCaches()
 {
     GetPlane();
     GetBox();
-    GetFacets();
+    if (HasFewSides(*this))
+        GetFacets();
 }
 
 bool Face::AddToSearch()

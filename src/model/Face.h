@@ -36,7 +36,8 @@ public:
     /// Plain link; the shell keeps the list (Shell::AddFaces, Shell::RemoveFace).
     void SetShell(Shell* pShell);
 
-    // --- caches: computed on first need, recorded when a Delta is open
+    // --- caches: computed on first need. Plane and box are recorded when a Delta is open. Facets are not: whatever makes
+    // them void records the face, so that a state from before finds none or its own.
     const Plane& GetPlane();
     const Interval3d& GetBox(); ///< also enters the tree
     /// The facets; null when the face cannot be triangulated, has no loops or fewer than 3 corners.
@@ -78,6 +79,8 @@ public:
     bool SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest);
 
     // --- measures and tests
+    /// The boundary counts. With `bWide` in a wide band about the facets. Without that, facets are used where they stand
+    /// and otherwise not made: the sides tell as well, and a sketch that grows would make them anew for each line.
     bool ContainsPoint(const Point3d& p, bool bWide);
     /// As ContainsPoint, without the boundary.
     bool ContainsPointInside(const Point3d& p);
@@ -105,6 +108,9 @@ public:
         bool bClosed = false;       ///< no open edge, consistent orientation
         bool bNoOpenEdge = false;   ///< closed but for the orientation
     };
+    /// A glance for an edge of one side only, over edges of two sides and towards one end of the sheet, so that a large
+    /// open sheet need not be walked to see that it is open. False tells nothing.
+    bool SeesOpenEdge() const;
     /// Appends the oriented sheet around this face to `aFaces` and enters it in `seen`, faces of which are not taken
     /// again. Gives the number appended.
     std::size_t GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet);
@@ -146,6 +152,8 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    nLoopSide FindSide(const Point3d& p);
+    nLoopSide FindSideInPlane(const Point3d& p);
     void LeaveSearch();
     bool JoinTouchingLoops(Loop& first, Loop& last);
     Loop& JoinLoops(Loop& first, Loop& second);

@@ -244,6 +244,40 @@ private:
 };
 } // namespace
 
+bool Face::SeesOpenEdge() const
+{
+    constexpr std::size_t kCoedgesToLookAt = 1000;
+    const Vector3d towards = m_Plane.normal.perpend();
+    using Reached = std::pair<double, const Face*>;
+    const auto isNearer = [](const Reached& a, const Reached& b) { return a.first < b.first; };
+    std::vector<Reached> aReached{{0.0, this}}; // a heap, the farthest on top
+    ObjectSet seen{this};
+    std::size_t nLookedAt = 0;
+    bool bOpen = false;
+    while (!bOpen && !aReached.empty() && nLookedAt < kCoedgesToLookAt)
+    {
+        std::pop_heap(aReached.begin(), aReached.end(), isNearer);
+        const Face* pFace = aReached.back().second;
+        aReached.pop_back();
+        for (const Loop* pLoop : pFace->GetLoops())
+            pLoop->ForEachCoedge(
+                [&](const Coedge& coedge)
+                {
+                    ++nLookedAt;
+                    const Coedge* pPartner = coedge.GetPartner();
+                    bOpen = bOpen || !pPartner;
+                    if (!pPartner || pPartner->GetPartner() != &coedge)
+                        return;
+                    const Face* pNeighbour = pPartner->GetFace();
+                    if (!pNeighbour || (m_pShell && pNeighbour->GetShell() != m_pShell) || !seen.insert(pNeighbour).second)
+                        return;
+                    aReached.emplace_back(coedge.GetStartVertex()->GetPosition() % towards, pNeighbour);
+                    std::push_heap(aReached.begin(), aReached.end(), isNearer);
+                });
+    }
+    return bOpen;
+}
+
 std::size_t Face::GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet)
 {
     const std::size_t nBefore = aFaces.size();

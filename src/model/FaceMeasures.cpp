@@ -13,10 +13,7 @@ const FaceFacets* Face::GetFacets()
         return m_pFacets.get();
     bool bFailed = false;
     if (auto pFacets = FaceFacets::Compute(*this, bFailed))
-    {
-        RecordChange();
         m_pFacets = std::move(pFacets);
-    }
     return m_pFacets.get();
 }
 
@@ -75,28 +72,6 @@ double Face::GetVariant()
         });
     const double dMean = dCount > 0.0 ? dSum / dCount : 0.0;
     return dMean > 0.0 ? dMean : -1.0;
-}
-
-bool Face::ContainsPoint(const Point3d& p, bool bWide)
-{
-    if (!(GetBox() & p))
-        return false;
-    const FaceFacets* pFacets = GetFacets();
-    return pFacets && pFacets->ContainsPoint(p, GetPlane(), bWide);
-}
-
-bool Face::ContainsPointInside(const Point3d& p)
-{
-    if (!ContainsPoint(p, false))
-        return false;
-    const double dTolSqrd = ScaledTolerance(p) * ScaledTolerance(p);
-    std::vector<Edge*> aEdges;
-    GetEdges(aEdges);
-    return std::none_of(aEdges.begin(), aEdges.end(), [&](const Edge* pEdge) {
-        const Line3d line = pEdge->GetLine();
-        const double t = std::clamp(line.GetParameter(p), 0.0, 1.0);
-        return p.distSqrd(line.GetPointFromParameter(t)) <= dTolSqrd;
-    });
 }
 
 bool Face::HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax)

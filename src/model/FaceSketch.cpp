@@ -96,10 +96,10 @@ bool DrawInSpur(Face& face, const DanglingEdge& spur, const ObjectSet& done)
         edge.GetLengthSqrd() <= kShortestSpurSqrd || edge.GetUse() + 2 > Edge::kMaxUse)
         return false;
     const Vertex* pFar = edge.GetOtherVertex(spur.pNear);
-    if (done.contains(pFar) || !face.ContainsPointInside(pFar->GetPosition()))
+    if (done.contains(pFar))
         return false;
     Coedge* pCorner = face.FindCorner(spur.pNear, pFar->GetPosition() - spur.pNear->GetPosition());
-    if (!pCorner || pCorner->GetNext()->GetEdge() == &edge)
+    if (!pCorner || pCorner->GetNext()->GetEdge() == &edge || !face.ContainsPointInside(pFar->GetPosition()))
         return false;
     if (edge.GetLengthSqrd() < kCrumbLengthSqrd && HasExactlyTwoEdges(face, *spur.pNear) &&
         !IsBetweenSides(*pCorner, pFar->GetPosition(), face.GetPlane().normal))
@@ -255,12 +255,12 @@ bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
     if (!edge.IsComplete() || pStart == pEnd || edge.GetLengthSqrd() <= kShortestChordSqrd ||
         edge.GetUse() + 2 > Edge::kMaxUse)
         return false;
-    if (!bSkipMidpointTest && !ContainsPoint(edge.GetMidpoint(), false))
-        return false;
     const Vector3d way = pEnd->GetPosition() - pStart->GetPosition();
     Coedge* pStartCorner = FindCorner(pStart, way);
     Coedge* pEndCorner = pStartCorner ? FindCorner(pEnd, -way) : nullptr;
     if (!pEndCorner || IsAtCorner(edge, *pStartCorner) || IsAtCorner(edge, *pEndCorner))
+        return false;
+    if (!bSkipMidpointTest && !ContainsPoint(edge.GetMidpoint(), false))
         return false;
 
     if (JoinTouchingLoops(*pStartCorner->GetLoop(), *pEndCorner->GetLoop()))

@@ -1,10 +1,10 @@
 #include "model/Loop.h"
 
-#include "geometry/Finite.h"
 #include "model/ObjectOf.inl"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
+#include "model/PointSide.h"
 #include "model/Vertex.h"
 
 #include <algorithm>
@@ -40,26 +40,6 @@ UnitVector3d GetNormal(const Loop& loop)
     if (Face* pFace = loop.GetFace(); pFace && pFace->GetPlane().isValid())
         return pFace->GetPlane().normal;
     return UnitVector3d(GetDoubleAreaVector(loop), true);
-}
-
-/// The two coordinates in which points of a plane are told apart.
-struct PlaneAxes
-{
-    explicit PlaneAxes(const UnitVector3d& normal)
-        : nU((normal.dominantDirection() + 1) % 3), nV((normal.dominantDirection() + 2) % 3)
-    {
-    }
-
-    int nU;
-    int nV;
-};
-
-double GetDistanceSqrd(const Point3d& p, const Point3d& a, const Point3d& b)
-{
-    const Vector3d way = b - a;
-    const double dLengthSqrd = way.lengthSqrd();
-    const double t = dLengthSqrd > 0.0 ? std::clamp((p - a) % way / dLengthSqrd, 0.0, 1.0) : 0.0;
-    return p.distSqrd(a + way * t);
 }
 
 /// A spur or a bridge: the loop passes the edge in both directions, so it bounds no area.
@@ -233,31 +213,15 @@ Interval3d Loop::GetBox() const
 
 nLoopSide Loop::FindSide(const Point3d& p) const
 {
-    const PlaneAxes axes(GetNormal(*this));
-    const double dTol = ScaledTolerance(p);
-    bool bOn = false;
-    bool bInside = false;
+    PointSide side(p, PlaneAxes(GetNormal(*this)));
     ForEachCoedge(
         [&](const Coedge& coedge)
         {
-            const Vertex* pStart = coedge.GetStartVertex();
-            const Vertex* pEnd = coedge.GetEndVertex();
-            if (bOn || !pStart || !pEnd)
-                return;
-            const Point3d& a = pStart->GetPosition();
-            const Point3d& b = pEnd->GetPosition();
-            bOn = GetDistanceSqrd(p, a, b) <= dTol * dTol;
-            // Half-open, so that a corner at the height of the point counts for one of its two sides only.
-            const bool bCrosses = (a[axes.nV] > p[axes.nV]) != (b[axes.nV] > p[axes.nV]);
-            if (!bCrosses || IsPassedTwice(coedge))
-                return;
-            const double t = (p[axes.nV] - a[axes.nV]) / (b[axes.nV] - a[axes.nV]);
-            if (p[axes.nU] < a[axes.nU] + t * (b[axes.nU] - a[axes.nU]))
-                bInside = !bInside;
+            const Edge* pEdge = coedge.GetEdge();
+            if (pEdge && pEdge->IsComplete())
+                side.Pass(pEdge->GetStartVertex()->GetPosition(), pEdge->GetEndVertex()->GetPosition());
         });
-    if (bOn)
-        return nLoopSide::nOn;
-    return bInside ? nLoopSide::nInside : nLoopSide::nOutside;
+    return side.Get();
 }
 
 bool Loop::ContainsLoop(const Loop& inner) const

@@ -184,17 +184,16 @@ bool Holds(const std::vector<std::uint64_t>& aIDs, std::uint64_t nID)
     return std::find(aIDs.begin(), aIDs.end(), nID) != aIDs.end();
 }
 
-/// What a chord has cut in two may close sheets that the whole did not, on either side of the edge.
+/// A chord where other faces stand already parts the sheet that it cuts: either half may close with theirs.
 void CloseSheetsAt(History& history, std::uint64_t nEdge)
 {
     const auto* pEdge = history.Get<Edge>(nEdge);
+    if (!pEdge || pEdge->GetUse() <= 2)
+        return;
     std::vector<Face*> aFaces;
-    if (pEdge)
-        pEdge->GetFaces(aFaces);
-    const bool bBranches = pEdge && pEdge->GetUse() > 2;
+    pEdge->GetFaces(aFaces);
     for (Face* pFace : aFaces)
-        if (bBranches || !pFace->GetBody())
-            CloseFaceComponent(*pFace);
+        CloseFaceComponent(*pFace);
     RebuildBranchedBodies(aFaces);
 }
 

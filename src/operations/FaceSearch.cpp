@@ -5,6 +5,7 @@
 #include "history/History.h"
 #include "model/Face.h"
 #include "operations/FaceBuilding.h"
+#include "operations/SideSearch.h"
 
 #include <algorithm>
 #include <optional>
@@ -52,8 +53,9 @@ enum class nWalkSide
 class LoopWalk
 {
 public:
-    LoopWalk(History& history, const FaceSearchOptions& options, nWalkSide nSide, std::vector<std::uint64_t>& aFormed)
-        : m_history(history), m_options(options), m_nSide(nSide), m_aFormed(aFormed)
+    LoopWalk(History& history, const FaceSearchOptions& options, nWalkSide nSide, SideSearch& sides,
+             std::vector<std::uint64_t>& aFormed)
+        : m_history(history), m_options(options), m_nSide(nSide), m_sides(sides), m_aFormed(aFormed)
     {
     }
 
@@ -175,9 +177,9 @@ private:
         if (bFindsPlane)
         {
             const Plane plane = FindPlane(u, v, w, *candidate.pEdge);
-            if (IsFilledInPlane(*candidate.pEdge, plane) || IsSideOpen(plane))
+            if (IsFilledInPlane(*candidate.pEdge, plane))
                 return;
-            if (IsFirstEdgeFilled(plane))
+            if (!MayEnclose(plane))
                 return ForgetPlane(); // as after a walk for nothing
             m_plane = plane;
             m_nPlaneDepth = m_path.size() + 1;
@@ -234,43 +236,11 @@ private:
         return bend;
     }
 
-    /// Whether faces in the plane stand on both sides of the first edge, as after it was drawn into a face: then every
-    /// loop through it is filled already. Spares the walk round large faces.
-    bool IsFirstEdgeFilled(const Plane& plane) const
+    /// Whether a loop can be found on this walk's side of the first edge. Spares the walk round the outside of large
+    /// sketches, from one sketch to another, and round faces that stand on both sides already.
+    bool MayEnclose(const Plane& plane)
     {
-        bool bLeft = false;
-        bool bRight = false;
-        std::vector<Coedge*> aCoedges;
-        m_path.front().first->GetCoedges(aCoedges);
-        for (const Coedge* pCoedge : aCoedges)
-        {
-            Face* pFace = pCoedge->GetFace();
-            const int nSide = pFace ? pFace->GetSideIn(plane) : 0;
-            const bool bSame = pCoedge->IsForward() == (nSide > 0);
-            bLeft = bLeft || (nSide != 0 && bSame);
-            bRight = bRight || (nSide != 0 && !bSame);
-        }
-        return bLeft && bRight;
-    }
-
-    /// Whether the region on this walk's side of the first edge reaches to infinity, so that no face can fill it: a
-    /// ray from the edge into the region meets nothing. Spares the walk round the outside of large sketches.
-    bool IsSideOpen(const Plane& plane)
-    {
-        const Edge* pFirst = m_path.front().first;
-        const Vector3d along = GetEnd(0)->GetPosition() - GetStart(0)->GetPosition();
-        const Vector3d left = plane.normal * along;
-        const Line3d ray(pFirst->GetMidpoint(), m_nSide == nWalkSide::nLeft ? left : -left);
-        bool bOpen = true;
-        m_history.GetEdgeTree().Visit(
-            [&](const Interval3d& box) { return box.intersectsRay(ray, kLinearTolerance, kInfinity); },
-            [&](const Edge* pEdge, const Interval3d&) {
-                double t = 0.0;
-                const double dTol = ScaledTolerance(ray.point);
-                bOpen = pEdge == pFirst || !pEdge->HitByRay(ray, t, dTol, kInfinity);
-                return bOpen;
-            });
-        return bOpen;
+        return m_sides.MayEnclose(plane, m_path.front().second == (m_nSide == nWalkSide::nLeft));
     }
 
     std::vector<Vertex*> GetPathVertices() const
@@ -303,15 +273,15 @@ private:
         m_aFormed.push_back(nFace);
         if (!m_options.bInsideFacesOnly)
             FinishFormed(nFace);
+        m_sides.NoteFaceFormed();
     }
 
     void FinishFormed(std::uint64_t nFace);
 
-    static constexpr double kInfinity = 1e30;
-
     History& m_history;
     const FaceSearchOptions m_options;
     const nWalkSide m_nSide;
+    SideSearch& m_sides;
     std::vector<std::uint64_t>& m_aFormed;
     LoopPath m_path;
     Vertex* m_pStart = nullptr;
@@ -353,7 +323,8 @@ void PullEdgesIntoFaces(History& history, std::vector<std::uint64_t> aFaceIDs)
             FaceSearchOptions options;
             options.bInsideFacesOnly = true;
             options.pPlane = &plane;
-            LoopWalk(history, options, nWalkSide::nLeft, aFaceIDs).Run(*pEdge, true);
+            SideSearch sides(history, *pEdge);
+            LoopWalk(history, options, nWalkSide::nLeft, sides, aFaceIDs).Run(*pEdge, true);
         }
     }
 }
@@ -370,14 +341,18 @@ void FormFacesFromEdge(Edge& edge, const FaceSearchOptions& options)
 {
     if (!edge.IsComplete())
         return;
+    History& history = *edge.GetHistory();
+    if (!options.bInsideFacesOnly && !options.pPlane && !options.pBoundingPlanes)
+        history.GetOpenSides().NoteFacesSought(edge.GetID());
     if (edge.IsFree() && (!HasOtherEdge(*edge.GetStartVertex()) || !HasOtherEdge(*edge.GetEndVertex())))
         return; // a dangling edge closes nothing
-    History& history = *edge.GetHistory();
     std::vector<std::uint64_t> aFormed;
     const std::uint64_t nEdge = edge.GetID();
+    SideSearch sides(history, edge);
     for (const nWalkSide nSide : {nWalkSide::nLeft, nWalkSide::nRight})
         if (auto* pEdge = history.Get<Edge>(nEdge))
-            LoopWalk(history, options, nSide, aFormed).Run(*pEdge, true);
+            LoopWalk(history, options, nSide, sides, aFormed).Run(*pEdge, true);
+    sides.Finish();
     if (options.bInsideFacesOnly)
         PullEdgesIntoFaces(history, aFormed);
 }

@@ -298,6 +298,8 @@ void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
 
 void CloseFaceComponent(Face& face)
 {
+    if (face.SeesOpenEdge())
+        return;
     const std::vector<Face*> aFaces = FindClosedComponent(face);
     if (aFaces.empty())
         return;

@@ -1,0 +1,40 @@
+/// Which sides of edges are known to face the open.
+#pragma once
+
+#include <QRV/Geometry.h>
+#include <QRV/Ids.h>
+
+#include <unordered_map>
+
+namespace QRV
+{
+/// Remembers sides of edges, left or right in a plane, from which the plane lies open to infinity with no outline
+/// around. New edges only cut faces off such a region, and what is left stays open. So a mark holds until its edge
+/// dies, unless a face dies, the model steps back or forward, something moves, or edges come without their faces being
+/// looked for: then all are forgotten. Nothing is ever listed from here, so the order by hash does not show.
+class OpenSideMemo
+{
+public:
+    /// `bLeft`: the left side of the edge, going from start to end, seen from where the normal points to.
+    void Mark(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal);
+    bool IsMarked(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal) const;
+    void Forget(std::uint64_t nEdge) noexcept { m_mapSides.erase(nEdge); }
+    void Clear() noexcept { m_mapSides.clear(); }
+
+    /// An edge comes into the model. Unless faces are looked for at each, all is forgotten.
+    void NoteEdgeMade(std::uint64_t nEdge) noexcept;
+    /// Faces were looked for on both sides of the edge, or it is a part of an edge of before.
+    void NoteFacesSought(std::uint64_t nEdge) noexcept;
+
+private:
+    struct Sides
+    {
+        UnitVector3d normal;
+        bool bLeft = false;
+        bool bRight = false;
+    };
+
+    std::unordered_map<std::uint64_t, Sides> m_mapSides; ///< by edge id, in the plane last asked for
+    std::uint64_t m_nEdgeMade = INVALID_ID; ///< for which no faces have been looked for yet
+};
+} // namespace QRV
