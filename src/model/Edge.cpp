@@ -71,6 +71,18 @@ Point3d Edge::GetMidpoint() const
 
 // --- counts and links
 
+std::uint64_t Edge::GetUseBy(const Face& face) const
+{
+    std::uint64_t nUses = 0;
+    const Coedge* pCoedge = m_pCoedge;
+    for (std::uint64_t n = GetUse(); n > 0 && pCoedge; --n)
+    {
+        nUses += pCoedge->GetFace() == &face;
+        pCoedge = pCoedge->GetPartner();
+    }
+    return nUses;
+}
+
 bool Edge::IncrementUse()
 {
     if (GetUse() == kUseMask)

@@ -49,6 +49,8 @@ public:
     Coedge* GetCoedge() const { return m_pCoedge; }
     bool IsFree() const { return !m_pCoedge; }
     std::uint64_t GetUse() const { return m_nFlagsAndUse & kUseMask; }
+    /// How often the loops of one face pass the edge.
+    std::uint64_t GetUseBy(const Face& face) const;
     bool IsSmooth() const { return (m_nFlagsAndUse & kSmooth) != 0; }
     void SetSmooth(bool bSmooth);
 

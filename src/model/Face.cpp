@@ -164,9 +164,7 @@ Interval3d Face::ComputeBox() const
 
 bool Face::HasEdge(const Edge& edge) const
 {
-    std::vector<Coedge*> aCoedges;
-    edge.GetCoedges(aCoedges);
-    return std::any_of(aCoedges.begin(), aCoedges.end(), [this](const Coedge* p) { return p->GetFace() == this; });
+    return edge.GetUseBy(*this) > 0;
 }
 
 void Face::GetEdges(std::vector<Edge*>& aEdges) const

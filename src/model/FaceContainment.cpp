@@ -69,18 +69,6 @@ WayOut FindWayOut(const Point3d& p, const UnitVector3d& normal, const Interval3d
     way.line = Line3d(p, onward);
     return way;
 }
-
-std::size_t CountUses(const Edge& edge, const Face& face)
-{
-    std::size_t nUses = 0;
-    const Coedge* pCoedge = edge.GetCoedge();
-    for (std::uint64_t n = edge.GetUse(); n > 0 && pCoedge; --n)
-    {
-        nUses += pCoedge->GetFace() == &face;
-        pCoedge = pCoedge->GetPartner();
-    }
-    return nUses;
-}
 } // namespace
 
 nLoopSide Face::FindSide(const Point3d& p)
@@ -98,7 +86,7 @@ nLoopSide Face::FindSide(const Point3d& p)
     history.GetEdgeTree().Visit([&](const Interval3d& box) { return box.intersectsRay(way.line, dSlack, 1.0); },
                                 [&](const Edge* pEdge, const Interval3d&)
                                 {
-                                    for (std::size_t n = CountUses(*pEdge, *this); n > 0; --n)
+                                    for (std::size_t n = pEdge->GetUseBy(*this); n > 0; --n)
                                         PassEdge(crossed, *pEdge);
                                     return crossed.Get() != nLoopSide::nOn;
                                 });

@@ -1,82 +1,123 @@
 #include "history/History.h"
 #include "model/Body.h"
+#include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Lump.h"
 #include "model/Shell.h"
+#include "model/Vertex.h"
 #include "operations/FaceSearch.h"
 #include "spatial/Measures.h"
 
 #include <algorithm>
+#include <unordered_set>
+#include <utility>
 
 namespace QRV
 {
 namespace
 {
 
-/// Edges that leave the corners of a face and that the face does not use yet: (edge id, corner id), in corner order.
-std::vector<std::pair<std::uint64_t, std::uint64_t>> FindEdgesAtCorners(const Face& face)
+std::vector<std::uint64_t> GetCornerIDs(const Face& face)
 {
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> aFound;
     std::vector<Vertex*> aCorners;
     face.GetVertices(aCorners);
+    std::vector<std::uint64_t> aIDs;
+    aIDs.reserve(aCorners.size());
     for (const Vertex* pCorner : aCorners)
-    {
-        std::vector<Edge*> aEdges;
-        pCorner->GetConnectedEdges(aEdges);
-        if (aEdges.size() <= 2)
-            continue;
-        for (const Edge* pEdge : aEdges)
-            if (!face.HasEdge(*pEdge))
-                aFound.emplace_back(pEdge->GetID(), pCorner->GetID());
-    }
-    return aFound;
+        aIDs.push_back(pCorner->GetID());
+    return aIDs;
 }
 
-void DrawInSpurs(History& history, Face& face)
+/// Draws the edges that leave certain corners of a face, and that it does not use yet, into it.
+class EdgesIntoFace
 {
-    ObjectSet done;
-    for (const auto& [nEdge, nCorner] : FindEdgesAtCorners(face))
+public:
+    EdgesIntoFace(History& history, Face& face, std::vector<std::uint64_t> aCorners)
+        : m_history(history), m_face(face), m_aCorners(std::move(aCorners)), m_seen(m_aCorners.begin(), m_aCorners.end())
     {
-        auto* pEdge = history.Get<Edge>(nEdge);
-        if (pEdge && !face.HasEdge(*pEdge))
-            face.AddSpurEdge(*pEdge, pEdge->GetStartVertex()->GetID() == nCorner, done);
     }
-}
 
-/// Draws one edge between two corners of the face into it. Null when none does; `pSplitOff` gets what came off.
-bool DrawInChord(History& history, Face& face, Face*& pSplitOff)
-{
-    std::vector<Vertex*> aCorners;
-    face.GetVertices(aCorners);
-    const ObjectSet corners(aCorners.begin(), aCorners.end());
-    for (const auto& [nEdge, nCorner] : FindEdgesAtCorners(face))
+    /// The dangling edges, with the trees of edges behind them.
+    void DrawInSpurs()
     {
-        auto* pEdge = history.Get<Edge>(nEdge);
-        if (!pEdge || face.HasEdge(*pEdge) || !corners.contains(pEdge->GetStartVertex()) ||
-            !corners.contains(pEdge->GetEndVertex()))
-            continue;
-        pSplitOff = nullptr;
-        if (face.SplitByEdge(*pEdge, &pSplitOff, false))
-            return true;
+        ObjectSet done;
+        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
+        {
+            bool bBranches = false;
+            for (const std::uint64_t nEdge : FindEdgesAt(i, bBranches))
+            {
+                auto* pEdge = m_history.Get<Edge>(nEdge);
+                if (pEdge && !m_face.HasEdge(*pEdge))
+                    m_face.AddSpurEdge(*pEdge, pEdge->GetStartVertex()->GetID() == m_aCorners[i], done);
+            }
+            if (bBranches)
+                FollowSpurs(i);
+        }
     }
-    return false;
-}
 
-/// Takes the dangling edges at the corners into the face, and the edges between its corners as chords. Gives the ids
-/// of the faces that chords split off.
-std::vector<std::uint64_t> DrawInEdges(History& history, Face& face)
-{
-    std::vector<std::uint64_t> aSplitOff;
-    for (bool bSplit = true; bSplit;)
+    /// Those between two corners too, as chords. Gives the ids of the faces that these split off.
+    std::vector<std::uint64_t> DrawInAll()
     {
-        DrawInSpurs(history, face);
-        Face* pSplitOff = nullptr;
-        bSplit = DrawInChord(history, face, pSplitOff);
-        if (pSplitOff)
-            aSplitOff.push_back(pSplitOff->GetID());
+        std::vector<std::uint64_t> aSplitOff;
+        for (bool bSplit = true; bSplit;)
+        {
+            DrawInSpurs();
+            Face* pSplitOff = nullptr;
+            bSplit = DrawInChord(pSplitOff);
+            if (pSplitOff)
+                aSplitOff.push_back(pSplitOff->GetID());
+        }
+        return aSplitOff;
     }
-    return aSplitOff;
-}
+
+private:
+    const std::vector<std::uint64_t>& FindEdgesAt(std::size_t nCorner, bool& bBranches)
+    {
+        m_aFound.clear();
+        m_aEdges.clear();
+        const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
+        bBranches = pCorner && pCorner->GetConnectedEdges(m_aEdges) > 2;
+        if (bBranches)
+            for (const Edge* pEdge : m_aEdges)
+                if (!m_face.HasEdge(*pEdge))
+                    m_aFound.push_back(pEdge->GetID());
+        return m_aFound;
+    }
+
+    /// What hangs on the far ends of spurs is to be drawn in as well.
+    void FollowSpurs(std::size_t nCorner)
+    {
+        m_aEdges.clear();
+        const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
+        pCorner->GetConnectedEdges(m_aEdges);
+        for (const Edge* pEdge : m_aEdges)
+            if (pEdge->GetUseBy(m_face) > 1)
+                if (const std::uint64_t nFar = pEdge->GetOtherVertex(pCorner)->GetID(); m_seen.insert(nFar).second)
+                    m_aCorners.push_back(nFar);
+    }
+
+    /// One edge between two corners. False when there is none to draw in; `pSplitOff` gets what came off.
+    bool DrawInChord(Face*& pSplitOff)
+    {
+        bool bBranches = false;
+        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
+            for (const std::uint64_t nEdge : FindEdgesAt(i, bBranches))
+                if (auto* pEdge = m_history.Get<Edge>(nEdge))
+                {
+                    pSplitOff = nullptr;
+                    if (m_face.SplitByEdge(*pEdge, &pSplitOff, false))
+                        return true;
+                }
+        return false;
+    }
+
+    History& m_history;
+    Face& m_face;
+    std::vector<std::uint64_t> m_aCorners; ///< by id, since splitting may end vertices
+    std::unordered_set<std::uint64_t> m_seen;
+    std::vector<std::uint64_t> m_aFound;
+    std::vector<Edge*> m_aEdges;
+};
 
 /// The first face around the new one that takes it as a hole, by ascending id; null for none.
 Face* FillHoleAround(History& history, Face& face)
@@ -90,23 +131,21 @@ Face* FillHoleAround(History& history, Face& face)
     return nullptr;
 }
 
-/// Largest first, so that a face inside another candidate does not become a hole beside it.
-bool TakeInnerFaces(History& history, Face& face)
+/// The faces in the plane of another and inside its box, largest first, so that a face inside another candidate does
+/// not become a hole beside it.
+std::vector<std::uint64_t> FindInnerFaces(History& history, Face& face)
 {
     std::vector<Face*> aInside;
     history.GetFaceTree().FindInside(face.GetBox(), aInside);
-    std::erase(aInside, &face);
-    std::vector<std::pair<double, Face*>> aByArea;
+    std::vector<std::pair<double, std::uint64_t>> aByArea;
     for (Face* pInside : aInside)
-        if (pInside->GetOuterLoop() && pInside->GetSideIn(face.GetPlane()) != 0)
-            aByArea.emplace_back(pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside);
-    std::sort(aByArea.begin(), aByArea.end(),
-              [](const auto& a, const auto& b)
-              { return a.first != b.first ? a.first > b.first : a.second->GetID() < b.second->GetID(); });
-    bool bTook = false;
-    for (const auto& [dArea, pInside] : aByArea)
-        bTook = face.AddInnerFace(pInside) || bTook;
-    return bTook;
+        if (pInside != &face && pInside->GetOuterLoop() && pInside->GetSideIn(face.GetPlane()) != 0)
+            aByArea.emplace_back(-pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside->GetID());
+    std::sort(aByArea.begin(), aByArea.end());
+    std::vector<std::uint64_t> aIDs;
+    for (const auto& [dArea, nFace] : aByArea)
+        aIDs.push_back(nFace);
+    return aIDs;
 }
 
 /// Whether the first edge that the face shares with exactly one other is run the same way by both.
@@ -242,6 +281,51 @@ void MakeSolid(Face& face, const std::vector<Face*>& aFaces)
         for (Face* pFace : aFaces)
             pFace->Reverse();
 }
+
+/// Makes holes for the faces that stand in a new one. Of faces that hang together one gets a hole; the edges of the
+/// others are drawn in at once, before the next is tried, so that they cut off what they surround and no ring of holes
+/// encloses a rest of the face.
+class HoleTaking
+{
+public:
+    HoleTaking(History& history, Face& face) : m_history(history), m_nFace(face.GetID()), m_aInner(FindInnerFaces(history, face)) {}
+
+    /// The first hole, with nothing drawn in yet. False for none.
+    bool TakeFirst()
+    {
+        while (m_nNext < m_aInner.size())
+            if (Take(m_aInner[m_nNext++]))
+                return true;
+        return false;
+    }
+
+    /// Draws in what hangs on the first hole, and takes all others. Appends the faces split off.
+    void TakeRest(std::vector<std::uint64_t>& aSplitOff)
+    {
+        do
+        {
+            Face* pFace = m_history.Get<Face>(m_nFace);
+            if (!pFace || !m_history.Get<Face>(m_aInner[m_nNext - 1]))
+                continue;
+            const std::vector<std::uint64_t> aNew =
+                EdgesIntoFace(m_history, *pFace, GetCornerIDs(*m_history.Get<Face>(m_aInner[m_nNext - 1]))).DrawInAll();
+            aSplitOff.insert(aSplitOff.end(), aNew.begin(), aNew.end());
+        } while (TakeFirst());
+    }
+
+private:
+    bool Take(std::uint64_t nInner)
+    {
+        auto* pFace = m_history.Get<Face>(m_nFace);
+        auto* pInner = m_history.Get<Face>(nInner);
+        return pFace && pInner && pFace->AddInnerFace(pInner);
+    }
+
+    History& m_history;
+    const std::uint64_t m_nFace;
+    const std::vector<std::uint64_t> m_aInner;
+    std::size_t m_nNext = 0;
+};
 } // namespace
 
 void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
@@ -252,26 +336,33 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     if (!pHolding)
         pAround = FillHoleAround(history, newFace);
     if (pAround)
-        DrawInSpurs(history, *pAround);
-    const bool bTookHoles = TakeInnerFaces(history, newFace);
+        EdgesIntoFace(history, *pAround, GetCornerIDs(newFace)).DrawInSpurs();
+    HoleTaking holes(history, newFace);
+    const bool bTookHoles = holes.TakeFirst();
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
     RebuildBranchedBodies(GetSheetJoined(newFace));
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
+    if (bTookHoles)
+        holes.TakeRest(aToDrawIn);
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
     {
         auto* pFace = history.Get<Face>(aToDrawIn[i]);
         if (!pFace)
             continue;
-        for (const std::uint64_t nSplitOff : DrawInEdges(history, *pFace))
+        const bool bSplitOff = i > 0;
+        if (bSplitOff && pNewFaces)
         {
-            if (pNewFaces)
-                pNewFaces->push_back(history.Get<Face>(nSplitOff));
-            else
-                aToDrawIn.push_back(nSplitOff);
+            pNewFaces->push_back(pFace);
+            continue;
         }
-        if (i > 0 && CoincidesWithAnother(history, *pFace))
+        if (bSplitOff)
+            if (HoleTaking inner(history, *pFace); inner.TakeFirst())
+                inner.TakeRest(aToDrawIn);
+        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace)).DrawInAll())
+            aToDrawIn.push_back(nSplitOff);
+        if (bSplitOff && CoincidesWithAnother(history, *pFace))
             pFace->Delete(false, true); // walks of the search still run along its edges
     }
 }
