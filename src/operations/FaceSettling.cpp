@@ -318,7 +318,22 @@ private:
     {
         auto* pFace = m_history.Get<Face>(m_nFace);
         auto* pInner = m_history.Get<Face>(nInner);
-        return pFace && pInner && pFace->AddInnerFace(pInner);
+        return pFace && pInner && !IsTouching(*pFace, *pInner) && pFace->AddInnerFace(pInner);
+    }
+
+    /// An inner face that touches a loop is cut out by its own edges. Holes that touch would leave the face in one piece
+    /// however many pockets they part.
+    static bool IsTouching(const Face& face, const Face& inner)
+    {
+        bool bTouching = false;
+        std::vector<Coedge*> aCoedges;
+        inner.GetOuterLoop()->ForEachCoedge(
+            [&](const Coedge& coedge)
+            {
+                aCoedges.clear();
+                bTouching = bTouching || coedge.GetStartVertex()->GetCoedges(aCoedges, &face) > 0;
+            });
+        return bTouching;
     }
 
     History& m_history;
@@ -326,6 +341,18 @@ private:
     const std::vector<std::uint64_t> m_aInner;
     std::size_t m_nNext = 0;
 };
+void DrawInAndTakeHoles(History& history, Face& face, bool bSplitOff, std::vector<std::uint64_t>& aSplitOff)
+{
+    const std::uint64_t nFace = face.GetID();
+    if (bSplitOff)
+        if (HoleTaking holes(history, face); holes.TakeFirst())
+            holes.TakeRest(aSplitOff);
+    if (auto* pFace = history.Get<Face>(nFace))
+        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace)).DrawInAll())
+            aSplitOff.push_back(nSplitOff);
+    if (auto* pFace = history.Get<Face>(nFace); pFace && bSplitOff && CoincidesWithAnother(history, *pFace))
+        pFace->Delete(false, true); // walks of the search still run along its edges
+}
 } // namespace
 
 void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
@@ -353,17 +380,11 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
             continue;
         const bool bSplitOff = i > 0;
         if (bSplitOff && pNewFaces)
-        {
             pNewFaces->push_back(pFace);
-            continue;
-        }
-        if (bSplitOff)
-            if (HoleTaking inner(history, *pFace); inner.TakeFirst())
-                inner.TakeRest(aToDrawIn);
-        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace)).DrawInAll())
-            aToDrawIn.push_back(nSplitOff);
-        if (bSplitOff && CoincidesWithAnother(history, *pFace))
+        else if (bSplitOff && CoincidesWithAnother(history, *pFace))
             pFace->Delete(false, true); // walks of the search still run along its edges
+        else
+            DrawInAndTakeHoles(history, *pFace, bSplitOff, aToDrawIn);
     }
 }
 
