@@ -66,7 +66,7 @@ void DrawRandomSegmentsByYardstick(benchmark::State& state)
     state.counters["edges"] = double(nEdges);
 }
 
-BENCHMARK(DrawRandomSegments)->Arg(1'000)->Arg(3'000)->Arg(10'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawRandomSegments)->Arg(1'000)->Arg(3'000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawRandomSegmentsByYardstick)->Arg(3'000)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(DrawCells)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawCells)->Arg(1'000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 } // namespace

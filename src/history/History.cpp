@@ -108,7 +108,7 @@ bool History::RecordDeletion(Object& object)
     ReserveReturnOfOneMore();
     m_mapObjectsByType.clear();
     if (object.GetType() == nFaceType)
-        m_openSides.Clear();
+        m_openSides.NoteFaceDies();
     else if (object.GetType() == nEdgeType)
         m_openSides.Forget(object.GetID());
     return m_objects.At(object.GetID()).RecordDeletion(*m_pOpenDelta);

@@ -202,6 +202,19 @@ bool LinkAtVertex(const Loop& first, const Loop& second, const Vertex& vertex, c
     return false;
 }
 
+/// Whether a box inside another reaches as far as that does somewhere, along axes in which it has an extent.
+bool ReachesSide(const Interval3d& part, const Interval3d& whole)
+{
+    for (std::size_t n = 0; n < 3; ++n)
+    {
+        const double dSlack = 4 * kLinearTolerance * std::max({1.0, std::abs(whole.lower[n]), std::abs(whole.upper[n])});
+        if (whole.upper[n] > whole.lower[n] &&
+            (part.lower[n] <= whole.lower[n] + dSlack || part.upper[n] >= whole.upper[n] - dSlack))
+            return true;
+    }
+    return false;
+}
+
 bool IsOnRing(const Coedge& ring, const Coedge* pSought)
 {
     const Coedge* pCoedge = &ring;
@@ -342,7 +355,8 @@ Face& Face::SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing)
     outline.OwnCoedges();
     part.AddLoop(&outline, false);
     HandOverInnerLoops(part);
-    Changed(nShapeChanged);
+    // What leaves from the middle leaves the box as it is.
+    Changed(m_Box.isNull() || ReachesSide(part.GetBox(), m_Box) ? nShapeChanged : nBoundaryChanged);
     InheritAttributes(*this, part);
     return part;
 }

@@ -21,6 +21,24 @@ public:
     void Forget(std::uint64_t nEdge) noexcept { m_mapSides.erase(nEdge); }
     void Clear() noexcept { m_mapSides.clear(); }
 
+    /// While it lives, faces die whose place others have taken.
+    class ReplacingFaces
+    {
+    public:
+        explicit ReplacingFaces(OpenSideMemo& memo) : m_memo(memo) { ++memo.m_nReplacing; }
+        ~ReplacingFaces() { --m_memo.m_nReplacing; }
+        ReplacingFaces(const ReplacingFaces&) = delete;
+        ReplacingFaces& operator=(const ReplacingFaces&) = delete;
+
+    private:
+        OpenSideMemo& m_memo;
+    };
+    void NoteFaceDies() noexcept
+    {
+        if (m_nReplacing == 0)
+            Clear();
+    }
+
     /// An edge comes into the model. Unless faces are looked for at each, all is forgotten.
     void NoteEdgeMade(std::uint64_t nEdge) noexcept;
     /// Faces were looked for on both sides of the edge, or it is a part of an edge of before.
@@ -35,6 +53,7 @@ private:
     };
 
     std::unordered_map<std::uint64_t, Sides> m_mapSides; ///< by edge id, in the plane last asked for
+    int m_nReplacing = 0;
     std::uint64_t m_nEdgeMade = INVALID_ID; ///< for which no faces have been looked for yet
 };
 } // namespace QRV

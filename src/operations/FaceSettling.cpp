@@ -341,6 +341,13 @@ private:
     const std::vector<std::uint64_t> m_aInner;
     std::size_t m_nNext = 0;
 };
+/// Deletes a face that another coincides with. Its edges stay, for walks of the search still run along them.
+void DeleteTwin(History& history, Face& face)
+{
+    const OpenSideMemo::ReplacingFaces replacing(history.GetOpenSides());
+    face.Delete(false, true);
+}
+
 void DrawInAndTakeHoles(History& history, Face& face, bool bSplitOff, std::vector<std::uint64_t>& aSplitOff)
 {
     const std::uint64_t nFace = face.GetID();
@@ -351,7 +358,7 @@ void DrawInAndTakeHoles(History& history, Face& face, bool bSplitOff, std::vecto
         for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace)).DrawInAll())
             aSplitOff.push_back(nSplitOff);
     if (auto* pFace = history.Get<Face>(nFace); pFace && bSplitOff && CoincidesWithAnother(history, *pFace))
-        pFace->Delete(false, true); // walks of the search still run along its edges
+        DeleteTwin(history, *pFace);
 }
 } // namespace
 
@@ -382,7 +389,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         if (bSplitOff && pNewFaces)
             pNewFaces->push_back(pFace);
         else if (bSplitOff && CoincidesWithAnother(history, *pFace))
-            pFace->Delete(false, true); // walks of the search still run along its edges
+            DeleteTwin(history, *pFace);
         else
             DrawInAndTakeHoles(history, *pFace, bSplitOff, aToDrawIn);
     }
