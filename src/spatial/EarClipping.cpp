@@ -128,8 +128,11 @@ bool EarClipping::Run(std::vector<std::uint32_t>& aTriangles)
             return false;
         Clip(nNode, aTriangles);
     }
-    Emit(m_nodes.GetNode(m_nodes.GetFirst()), aTriangles);
-    return true;
+    // Where the polygon touches itself, ears can lie over each other; the last triangle then is turned over.
+    const FacetNode& last = m_nodes.GetNode(m_nodes.GetFirst());
+    Emit(last, aTriangles);
+    return !IsRight(m_nodes.GetVertexOf(last.nPrevious), m_nodes.GetVertex(last.nVertex),
+                    m_nodes.GetVertexOf(last.nNext));
 }
 
 /// Tests all live nodes; false if none is an ear.
@@ -174,6 +177,8 @@ bool EarClipping::HoldsVertex(const FacetNode& corner0, const FacetNode& corner1
     const FacetVertex& a = m_nodes.GetVertex(corner0.nVertex);
     const FacetVertex& b = m_nodes.GetVertex(corner1.nVertex);
     const FacetVertex& c = m_nodes.GetVertex(corner2.nVertex);
+    if (m_bRelaxed && !IsLeft(a, b, c))
+        return false; // a triangle without area has no inside, and one that is a point would reach empty boxes
     const TriangleFilter filter(a, b, c, m_nodes.GetLargestSlack(), m_bRelaxed);
     // Without branches, since the corners themselves are always found in the triangle.
     const auto isOtherInside = [&](const FacetTreeVertex& w)
