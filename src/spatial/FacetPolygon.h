@@ -28,8 +28,9 @@ struct FacetCorner
 /// @param aLoopEnds   for each loop the number of corners up to its end; the first entry ends the outer loop. A hole
 ///                    without corners is passed over
 /// @param aTriangles  gets three vertex indices per triangle appended, in the winding of the outer loop. Corners in
-///                    one line, and corners on a side, give triangles without area. An outer loop of fewer than 3 corners gives none
-/// @return false, with `aTriangles` as it was, when there is no triangulation: sides cross, or holes run the wrong way.
+///                    one line, and corners on a side, give triangles without area. An outer loop of fewer than 3
+///                    corners gives none
+/// @return false, with `aTriangles` as it was, when there is no triangulation: sides cross, or loops run the wrong way.
 bool TriangulateLoops(std::span<const FacetCorner> aCorners, std::span<const std::uint32_t> aLoopEnds,
                       const Plane& plane, std::vector<std::uint32_t>& aTriangles);
 } // namespace QRV
