@@ -25,7 +25,7 @@ class VertexNumbers
 {
 public:
     /// @param nMost  no fewer than the distinct vertices to come
-    explicit VertexNumbers(std::size_t nMost) : m_aSlots(std::bit_ceil(2 * nMost + 1))
+    explicit VertexNumbers(std::size_t nMost) : m_aSlots(std::bit_ceil(2 * nMost + 1), kFree)
     {
         m_aVertices.reserve(nMost);
     }
@@ -34,17 +34,14 @@ public:
     {
         const std::size_t nMask = m_aSlots.size() - 1;
         std::size_t n = (reinterpret_cast<std::uintptr_t>(pVertex) * kMultiplier) >> kHighHalf & nMask;
-        while (m_aSlots[n].pVertex != pVertex)
-        {
-            if (!m_aSlots[n].pVertex)
-            {
-                m_aSlots[n] = {pVertex, std::uint32_t(m_aVertices.size())};
-                m_aVertices.push_back(pVertex);
-                break;
-            }
+        while (m_aSlots[n] != kFree && m_aVertices[m_aSlots[n]] != pVertex)
             n = (n + 1) & nMask;
+        if (m_aSlots[n] == kFree)
+        {
+            m_aSlots[n] = std::uint32_t(m_aVertices.size());
+            m_aVertices.push_back(pVertex);
         }
-        return m_aSlots[n].nNumber;
+        return m_aSlots[n];
     }
 
     Vertex* GetVertex(std::uint32_t nNumber) const { return m_aVertices[nNumber]; }
@@ -52,13 +49,9 @@ public:
 private:
     static constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15; // spreads addresses over the high bits
     static constexpr int kHighHalf = 32;
+    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
 
-    struct Slot
-    {
-        const Vertex* pVertex = nullptr;
-        std::uint32_t nNumber = 0;
-    };
-    std::vector<Slot> m_aSlots; // their number is a power of two
+    std::vector<std::uint32_t> m_aSlots; // numbers; how many slots is a power of two
     std::vector<Vertex*> m_aVertices;
 };
 
