@@ -114,7 +114,7 @@ public:
     /// Appends the oriented sheet around this face to `aFaces` and enters it in `seen`, faces of which are not taken
     /// again. Gives the number appended.
     std::size_t GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet);
-    /// Whether `other` covers the same polygon: equal boxes, equivalent planes, the same vertices.
+    /// Whether `other` covers the same polygon: equal boxes, one plane, the same vertices.
     bool IsCoincident(Face& other);
     /// Appends the faces reached over edges or vertices, this one first; faces of `pExcluded` are not entered.
     std::size_t GetNeighbourComponent(std::vector<Face*>& aFaces, bool bThroughVertices, const Shell* pExcluded,

@@ -105,8 +105,8 @@ bool Face::IsFlat(double dTol)
 
 bool Face::IsCoincident(Face& other)
 {
-    if (!GetBox().isEqual(other.GetBox(), kPointToleranceSqrd) ||
-        !GetPlane().isEquivalent(other.GetPlane(), kLinearTolerance, kParallelToleranceSqrd))
+    // The planes of equal corners far from the origin differ by more than planes that are compared as such may.
+    if (!GetBox().isEqual(other.GetBox(), kPointToleranceSqrd) || GetSideIn(other.GetPlane()) == 0)
         return false;
     std::vector<Vertex*> aVertices;
     std::vector<Vertex*> aOthers;

@@ -3,6 +3,7 @@
 #include "geometry/Trigonometry.h"
 #include "spatial/EarSet.h"
 #include "spatial/FacetNodes.h"
+#include "spatial/PlaneTree.h"
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,17 @@ constexpr double kBoxMargin = 1e-6;
 constexpr double kAngleTolerance = 1e-12;
 constexpr double kBestAngle = 0.5;       // radians
 constexpr double kCostTolerance = 1e-10; // by less a later ear is no better
+
+/// A vertex as the search for vertices in a triangle sees it.
+struct FacetTreeVertex
+{
+    double x;
+    double y;
+    double dSlack;
+    std::uint32_t nVertex;
+
+    PlaneBox GetBox() const { return {x, y, x, y}; }
+};
 
 /// The triangle of an ear as a filter of boxes and points in the plane.
 class TriangleFilter
@@ -81,6 +93,70 @@ double GetAngle(const FacetVertex& apex, const FacetVertex& a, const FacetVertex
     const Vector3d toB = (*b.pPoint - *apex.pPoint).getNormalized();
     return AngleFromCosine(toA % toB, kAngleTolerance);
 }
+
+/// The vertices on which a corner of the polygon doesn't turn left, as a tree.
+///
+/// Where any vertex lies in the triangle of an ear, the one that is farthest from the diagonal is such a one: the
+/// polygon's edges run from it towards the diagonal, and its inside is on the other side. So no others are looked for.
+class ReflexVertices
+{
+public:
+    explicit ReflexVertices(const FacetNodes& nodes);
+
+    const PlaneTree<FacetTreeVertex>& GetTree() const { return m_tree; }
+
+    /// The corner turns left from now on, or is cut off.
+    void Leave(std::uint32_t nNode);
+
+private:
+    bool TurnsLeft(const FacetNode& node) const
+    {
+        return IsLeft(m_nodes.GetVertexOf(node.nPrevious), m_nodes.GetVertex(node.nVertex),
+                      m_nodes.GetVertexOf(node.nNext));
+    }
+
+    const FacetNodes& m_nodes;
+    std::vector<bool> m_aReflex;             // for each node
+    std::vector<std::uint32_t> m_aNodeCount; // for each vertex its reflex nodes
+    std::vector<std::uint32_t> m_aItems;     // for each vertex its number in the tree
+    PlaneTree<FacetTreeVertex> m_tree;
+};
+
+ReflexVertices::ReflexVertices(const FacetNodes& nodes)
+    : m_nodes(nodes), m_aReflex(nodes.GetNodes().size()), m_aNodeCount(nodes.GetVertices().size()),
+      m_aItems(nodes.GetVertices().size())
+{
+    std::vector<PlanePlace> aPlaces;
+    std::vector<FacetTreeVertex> aFound;
+    std::uint32_t nNode = nodes.GetFirst();
+    for (std::uint32_t i = 0; i < nodes.GetCount(); ++i, nNode = nodes.GetNode(nNode).nNext)
+    {
+        const FacetNode& node = nodes.GetNode(nNode);
+        if (TurnsLeft(node))
+            continue;
+        m_aReflex[nNode] = true;
+        if (m_aNodeCount[node.nVertex]++ > 0)
+            continue;
+        const FacetVertex& vertex = nodes.GetVertex(node.nVertex);
+        const auto nItem = static_cast<std::uint32_t>(aFound.size());
+        m_aItems[node.nVertex] = nItem;
+        aPlaces.push_back({vertex.x, vertex.y, nItem});
+        aFound.push_back({vertex.x, vertex.y, vertex.dSlack, node.nVertex});
+    }
+    m_tree.Arrange(aPlaces);
+    m_tree.Fill(static_cast<std::uint32_t>(aFound.size()), [&](std::uint32_t n) { return aFound[n]; });
+}
+
+void ReflexVertices::Leave(std::uint32_t nNode)
+{
+    if (!m_aReflex[nNode])
+        return;
+    m_aReflex[nNode] = false;
+    const std::uint32_t nVertex = m_nodes.GetNode(nNode).nVertex;
+    if (--m_aNodeCount[nVertex] == 0)
+        m_tree.Remove(m_aItems[nVertex]);
+}
+
 /// Cuts one ear after the other off the working polygon.
 ///
 /// An ear is a corner that can be cut off: the diagonal between its neighbours runs inside the polygon at both ends,
@@ -89,7 +165,7 @@ class EarClipping
 {
 public:
     EarClipping(FacetNodes& nodes, bool bRelaxed)
-        : m_nodes(nodes), m_bRelaxed(bRelaxed), m_ears(nodes.GetNodes().size()),
+        : m_nodes(nodes), m_bRelaxed(bRelaxed), m_reflex(nodes), m_ears(nodes.GetNodes().size()),
           m_costs(bRelaxed ? nodes.GetNodes().size() : 1)
     {
     }
@@ -111,9 +187,11 @@ private:
 
     FacetNodes& m_nodes;
     bool m_bRelaxed;
+    ReflexVertices m_reflex;
     EarSet m_ears;
     EarCosts m_costs; // of the ears; only relaxed clipping asks for them
 };
+
 bool EarClipping::Run(std::vector<std::uint32_t>& aTriangles)
 {
     FindEars();
@@ -128,8 +206,11 @@ bool EarClipping::Run(std::vector<std::uint32_t>& aTriangles)
             return false;
         Clip(nNode, aTriangles);
     }
-    Emit(m_nodes.GetNode(m_nodes.GetFirst()), aTriangles);
-    return true;
+    // Where the polygon touches itself, ears can lie over each other; the last triangle then is turned over.
+    const FacetNode& last = m_nodes.GetNode(m_nodes.GetFirst());
+    Emit(last, aTriangles);
+    return !IsRight(m_nodes.GetVertexOf(last.nPrevious), m_nodes.GetVertex(last.nVertex),
+                    m_nodes.GetVertexOf(last.nNext));
 }
 
 /// Tests all live nodes; false if none is an ear.
@@ -145,6 +226,8 @@ bool EarClipping::FindEars()
 void EarClipping::Classify(std::uint32_t nNode)
 {
     const FacetNode& node = m_nodes.GetNode(nNode);
+    if (IsLeft(m_nodes.GetVertexOf(node.nPrevious), m_nodes.GetVertex(node.nVertex), m_nodes.GetVertexOf(node.nNext)))
+        m_reflex.Leave(nNode);
     const bool bEar = IsEar(nNode);
     if (bEar)
         m_ears.Insert(nNode);
@@ -174,6 +257,8 @@ bool EarClipping::HoldsVertex(const FacetNode& corner0, const FacetNode& corner1
     const FacetVertex& a = m_nodes.GetVertex(corner0.nVertex);
     const FacetVertex& b = m_nodes.GetVertex(corner1.nVertex);
     const FacetVertex& c = m_nodes.GetVertex(corner2.nVertex);
+    if (m_bRelaxed && !IsLeft(a, b, c))
+        return false; // a triangle without area has no inside, and one that is a point would reach empty boxes
     const TriangleFilter filter(a, b, c, m_nodes.GetLargestSlack(), m_bRelaxed);
     // Without branches, since the corners themselves are always found in the triangle.
     const auto isOtherInside = [&](const FacetTreeVertex& w)
@@ -187,7 +272,7 @@ bool EarClipping::HoldsVertex(const FacetNode& corner0, const FacetNode& corner1
         const Point3d& point = *m_nodes.GetVertex(nVertex).pPoint;
         return GetSearchBox(*a.pPoint, *b.pPoint, *c.pPoint, m_nodes) & Interval3d(point);
     };
-    return m_nodes.GetVertexTree().Any([&](const PlaneBoxes& boxes) { return filter.GetReached(boxes); },
+    return m_reflex.GetTree().Any([&](const PlaneBoxes& boxes) { return filter.GetReached(boxes); },
                                        [&](const FacetTreeVertex& w) { return isOtherInside(w) && isNear(w.nVertex); });
 }
 
@@ -257,6 +342,7 @@ void EarClipping::Clip(std::uint32_t nNode, std::vector<std::uint32_t>& aTriangl
     const FacetNode node = m_nodes.GetNode(nNode);
     Emit(node, aTriangles);
     m_nodes.Unlink(nNode);
+    m_reflex.Leave(nNode);
     m_ears.Remove(nNode);
     if (m_bRelaxed)
         m_costs.Set(nNode, EarCosts::kNoCost);

@@ -15,6 +15,7 @@ class FacetNodes;
 /// @param bRelaxed  false: a vertex on a triangle's border is in it, and a diagonal along a cone's side is not in the
 ///                  cone. True: the other way round, for polygons that touch themselves, and the ear of the best shape
 ///                  goes first
-/// @return false when a part of the polygon is left that has no ear; what was cut off stays appended.
+/// @return false when a part of the polygon is left that has no ear, or triangles lie over each other; what was cut off
+///         stays appended.
 bool ClipEars(FacetNodes& nodes, bool bRelaxed, std::vector<std::uint32_t>& aTriangles);
 } // namespace QRV

@@ -5,7 +5,7 @@
 #include "spatial/FacetPolygon.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <bit>
 
 namespace QRV
 {
@@ -20,42 +20,76 @@ Plane GetFacetPlane(const Facet& facet)
     return Plane(facet.GetPoint(0), facet.GetPoint(1), facet.GetPoint(2));
 }
 
+/// Numbers for vertices in the order in which they are first asked for, in one table of open addresses.
+class VertexNumbers
+{
+public:
+    /// @param nMost  no fewer than the distinct vertices to come
+    explicit VertexNumbers(std::size_t nMost) : m_aSlots(std::bit_ceil(2 * nMost + 1), kFree)
+    {
+        m_aVertices.reserve(nMost);
+    }
+
+    std::uint32_t Get(Vertex* pVertex)
+    {
+        const std::size_t nMask = m_aSlots.size() - 1;
+        std::size_t n = (reinterpret_cast<std::uintptr_t>(pVertex) * kMultiplier) >> kHighHalf & nMask;
+        while (m_aSlots[n] != kFree && m_aVertices[m_aSlots[n]] != pVertex)
+            n = (n + 1) & nMask;
+        if (m_aSlots[n] == kFree)
+        {
+            m_aSlots[n] = std::uint32_t(m_aVertices.size());
+            m_aVertices.push_back(pVertex);
+        }
+        return m_aSlots[n];
+    }
+
+    Vertex* GetVertex(std::uint32_t nNumber) const { return m_aVertices[nNumber]; }
+
+private:
+    static constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15; // spreads addresses over the high bits
+    static constexpr int kHighHalf = 32;
+    static constexpr std::uint32_t kFree = 0xFFFFFFFF;
+
+    std::vector<std::uint32_t> m_aSlots; // numbers; how many slots is a power of two
+    std::vector<Vertex*> m_aVertices;
+};
+
 /// The corners of all loops with each vertex numbered once.
 class FaceCorners
 {
 public:
-    explicit FaceCorners(const Face& face)
+    explicit FaceCorners(const Face& face) : m_numbers(CountCorners(face))
     {
         for (const Loop* pLoop : face.GetLoops())
         {
             pLoop->ForEachCoedge([&](const Coedge& coedge) {
                 if (Vertex* pVertex = coedge.GetStartVertex())
-                    m_aCorners.push_back({&pVertex->GetPosition(), GetNumber(pVertex)});
+                    m_aCorners.push_back({&pVertex->GetPosition(), m_numbers.Get(pVertex)});
             });
             m_aLoopEnds.push_back(std::uint32_t(m_aCorners.size()));
         }
     }
 
     std::uint32_t GetOuterCount() const { return m_aLoopEnds.front(); }
-    Vertex* GetVertex(std::uint32_t nNumber) const { return m_aVertices[nNumber]; }
+    Vertex* GetVertex(std::uint32_t nNumber) const { return m_numbers.GetVertex(nNumber); }
     bool Triangulate(const Plane& plane, std::vector<std::uint32_t>& aTriangles) const
     {
         return TriangulateLoops(m_aCorners, m_aLoopEnds, plane, aTriangles);
     }
 
 private:
-    std::uint32_t GetNumber(Vertex* pVertex)
+    static std::size_t CountCorners(const Face& face)
     {
-        const auto [it, bNew] = m_mapNumbers.emplace(pVertex, std::uint32_t(m_aVertices.size()));
-        if (bNew)
-            m_aVertices.push_back(pVertex);
-        return it->second;
+        std::size_t nCorners = 0;
+        for (const Loop* pLoop : face.GetLoops())
+            pLoop->ForEachCoedge([&](const Coedge&) { ++nCorners; });
+        return nCorners;
     }
 
     std::vector<FacetCorner> m_aCorners;
     std::vector<std::uint32_t> m_aLoopEnds;
-    std::vector<Vertex*> m_aVertices;
-    std::unordered_map<const Vertex*, std::uint32_t> m_mapNumbers;
+    VertexNumbers m_numbers;
 };
 
 /// As PointIntersectsNegativeSideOfPlanes, for a point made to lie on planes `i` and `j`: far from the origin rounding

@@ -22,7 +22,6 @@ FacetNodes::FacetNodes(std::span<const FacetCorner> aCorners, std::span<const st
         AppendNode(corner.nVertex);
     const auto nLast = static_cast<std::uint32_t>(aOuter.size() - 1);
     LinkAppended(0, nLast, 0);
-    FillTree();
 }
 
 std::span<const FacetCorner> FacetNodes::GetLoop(std::uint32_t nLoop) const
@@ -51,24 +50,6 @@ void FacetNodes::Project(const Plane& plane)
         m_dLargestSlack = std::max(m_dLargestSlack, vertex.dSlack);
         m_dFlatness = std::max(m_dFlatness, std::abs(plane.dist(*corner.pPoint)));
     }
-}
-
-/// Files every vertex, and enters those of the outer loop.
-void FacetNodes::FillTree()
-{
-    std::vector<PlanePlace> aPlaces(m_aVertices.size());
-    for (std::uint32_t i = 0; i < aPlaces.size(); ++i)
-        aPlaces[i] = {m_aVertices[i].x, m_aVertices[i].y, i};
-    m_vertexTree.Arrange(aPlaces);
-    for (std::uint32_t i = 0; i < m_aVertices.size(); ++i)
-        if (m_aVertices[i].nLiveNodes > 0)
-            MakeLive(i);
-}
-
-void FacetNodes::MakeLive(std::uint32_t nVertex)
-{
-    const FacetVertex& vertex = m_aVertices[nVertex];
-    m_vertexTree.Insert(nVertex, {vertex.x, vertex.y, vertex.dSlack, nVertex});
 }
 
 /// Adds a node that is linked to the one before it and the one to come.
@@ -101,12 +82,7 @@ void FacetNodes::SpliceLoop(std::uint32_t nNode, std::uint32_t nLoop, std::uint3
     const std::span<const FacetCorner> aLoop = GetLoop(nLoop);
     const auto nStart = static_cast<std::uint32_t>(m_aNodes.size());
     for (std::size_t i = 0; i <= aLoop.size(); ++i)
-    {
-        const std::uint32_t nVertex = aLoop[(nCorner + i) % aLoop.size()].nVertex;
-        if (m_aVertices[nVertex].nLiveNodes == 0)
-            MakeLive(nVertex);
-        AppendNode(nVertex);
-    }
+        AppendNode(aLoop[(nCorner + i) % aLoop.size()].nVertex);
     AppendNode(m_aNodes[nNode].nVertex);
     LinkAppended(nStart, nNode, m_aNodes[nNode].nNext);
 }
@@ -120,8 +96,7 @@ void FacetNodes::Unlink(std::uint32_t nNode)
         m_nFirst = node.nPrevious;
     --m_nCount;
     m_aUnlinked.push_back(nNode);
-    if (--m_aVertices[node.nVertex].nLiveNodes == 0)
-        m_vertexTree.Remove(node.nVertex);
+    --m_aVertices[node.nVertex].nLiveNodes;
 }
 
 void FacetNodes::Relink()
@@ -133,8 +108,7 @@ void FacetNodes::Relink()
         const FacetNode& node = m_aNodes[nNode];
         m_aNodes[node.nPrevious].nNext = nNode;
         m_aNodes[node.nNext].nPrevious = nNode;
-        if (m_aVertices[node.nVertex].nLiveNodes++ == 0)
-            MakeLive(node.nVertex);
+        ++m_aVertices[node.nVertex].nLiveNodes;
     }
     m_nFirst = 0;
     m_nCount = static_cast<std::uint32_t>(m_aNodes.size());

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "spatial/FacetPolygon.h"
-#include "spatial/PlaneTree.h"
 
 #include <QRV/Plane.h>
 
@@ -63,21 +62,8 @@ inline bool IsInCone(const FacetVertex& previous, const FacetVertex& b, const Fa
                        : IsRight(b, p, next) || IsRight(p, b, previous);
 }
 
-/// A vertex of the polygon as the search for vertices in a triangle sees it.
-struct FacetTreeVertex
-{
-    double x;
-    double y;
-    double dSlack;
-    std::uint32_t nVertex;
-
-    PlaneBox GetBox() const { return {x, y, x, y}; }
-};
-
 /// The corners of a polygon with holes in the plane's frame, and the cycle of nodes that is the polygon still to be
 /// cut. At first the cycle is the outer loop; holes are spliced in, then nodes unlinked one by one.
-///
-/// A vertex is in the vertex tree while a node on it is live.
 class FacetNodes
 {
 public:
@@ -92,7 +78,6 @@ public:
 
     const std::vector<FacetVertex>& GetVertices() const { return m_aVertices; }
     const std::vector<FacetNode>& GetNodes() const { return m_aNodes; }
-    const PlaneTree<FacetTreeVertex>& GetVertexTree() const { return m_vertexTree; }
     const FacetVertex& GetVertex(std::uint32_t nVertex) const { return m_aVertices[nVertex]; }
     const FacetVertex& GetVertexOf(std::uint32_t nNode) const { return m_aVertices[m_aNodes[nNode].nVertex]; }
     const FacetNode& GetNode(std::uint32_t nNode) const { return m_aNodes[nNode]; }
@@ -120,10 +105,8 @@ public:
 
 private:
     void Project(const Plane& plane);
-    void FillTree();
     void AppendNode(std::uint32_t nVertex);
     void LinkAppended(std::uint32_t nStart, std::uint32_t nBefore, std::uint32_t nAfter);
-    void MakeLive(std::uint32_t nVertex);
 
     std::span<const FacetCorner> m_aCorners;
     std::span<const std::uint32_t> m_aLoopEnds;
@@ -135,6 +118,5 @@ private:
     std::vector<std::uint32_t> m_aUnlinked; // in the order of unlinking
     std::uint32_t m_nFirst = 0;
     std::uint32_t m_nCount = 0;
-    PlaneTree<FacetTreeVertex> m_vertexTree;
 };
 } // namespace QRV

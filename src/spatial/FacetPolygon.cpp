@@ -3,6 +3,7 @@
 #include "spatial/EarClipping.h"
 #include "spatial/FacetNodes.h"
 #include "spatial/HoleBridging.h"
+#include "spatial/LoopMeshing.h"
 
 #include <QRV/Plane.h>
 
@@ -80,6 +81,6 @@ bool TriangulateLoops(std::span<const FacetCorner> aCorners, std::span<const std
     if (ClipEars(nodes, true, aTriangles))
         return true;
     aTriangles.resize(nBefore);
-    return false;
+    return MeshLoops(nodes, aTriangles);
 }
 } // namespace QRV

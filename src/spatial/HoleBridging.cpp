@@ -32,17 +32,28 @@ double GetDistanceSqrd(const PlaneBox& box, const FacetVertex& p)
     return dx * dx + dy * dy;
 }
 
+/// A straight way between two vertices, an edge of the polygon or a bridge.
+struct Segment
+{
+    std::uint32_t nStart;
+    std::uint32_t nEnd;
+    PlaneBox box;
+
+    const PlaneBox& GetBox() const { return box; }
+};
+
 /// The nodes before an extreme vertex, nearest first and by index where equally near, found as they are asked for.
 class NearestNodes
 {
 public:
-    explicit NearestNodes(const FacetNodes& nodes) : m_nodes(nodes) {}
+    /// @param segments  has a segment from every vertex; lives as long as this
+    NearestNodes(const FacetNodes& nodes, const PlaneTree<Segment>& segments) : m_nodes(nodes), m_segments(segments) {}
 
     void Start(const FacetVertex& extreme)
     {
         m_pExtreme = &extreme;
         m_aWaiting.clear();
-        Expand(PlaneTree<FacetTreeVertex>::kRoot);
+        Expand(PlaneTree<Segment>::kRoot);
     }
 
     /// The next node, or `kNone` after the last.
@@ -61,7 +72,7 @@ public:
     }
 
 private:
-    /// A node of the vertex tree, or with `nTreeNode` 0 one of the cycle.
+    /// A node of the tree, or with `nTreeNode` 0 one of the cycle.
     struct Waiting
     {
         double dDistanceSqrd;
@@ -85,18 +96,17 @@ private:
 
     void Expand(std::uint32_t nTreeNode)
     {
-        const PlaneTree<FacetTreeVertex>& tree = m_nodes.GetVertexTree();
-        if (tree.IsBucket(nTreeNode))
+        if (m_segments.IsBucket(nTreeNode))
         {
-            for (const FacetTreeVertex& item : tree.GetItems(nTreeNode))
-                PushNodesOn(m_nodes.GetVertex(item.nVertex));
+            for (const Segment& segment : m_segments.GetItems(nTreeNode))
+                PushNodesOn(m_nodes.GetVertex(segment.nStart));
             return;
         }
         for (std::uint32_t i = 0; i < PlaneBoxes::kCount; ++i)
         {
-            const PlaneBox box = tree.GetBoxes(nTreeNode).Get(i);
+            const PlaneBox box = m_segments.GetBoxes(nTreeNode).Get(i);
             if (box.xMin <= m_pExtreme->x + kOrderSlack)
-                Push({GetDistanceSqrd(box, *m_pExtreme), tree.GetChild(nTreeNode, i), 0});
+                Push({GetDistanceSqrd(box, *m_pExtreme), m_segments.GetChild(nTreeNode, i), 0});
         }
     }
 
@@ -110,18 +120,9 @@ private:
     }
 
     const FacetNodes& m_nodes;
+    const PlaneTree<Segment>& m_segments;
     const FacetVertex* m_pExtreme = nullptr;
     std::vector<Waiting> m_aWaiting; // a heap with the nearest on top
-};
-
-/// A straight way between two vertices, an edge of the polygon or a bridge.
-struct Segment
-{
-    std::uint32_t nStart;
-    std::uint32_t nEnd;
-    PlaneBox box;
-
-    const PlaneBox& GetBox() const { return box; }
 };
 
 /// True if neither point lies on the line over which the doubled areas stand, and the line runs between them.
@@ -147,7 +148,7 @@ struct Hole
 class HoleBridging
 {
 public:
-    explicit HoleBridging(FacetNodes& nodes) : m_nodes(nodes), m_nearest(nodes) {}
+    explicit HoleBridging(FacetNodes& nodes) : m_nodes(nodes), m_nearest(nodes, m_segmentTree) {}
 
     void Run();
 
@@ -156,7 +157,7 @@ private:
     Hole FindExtremeCorner(std::uint32_t nLoop) const;
     void SortHoles();
     void FileSegments();
-    void InsertSegment(std::uint32_t nItem, std::uint32_t nStart, std::uint32_t nEnd);
+    Segment MakeSegment(std::uint32_t nStart, std::uint32_t nEnd) const;
     std::uint32_t FindBridgeNode(std::uint32_t nExtreme);
     std::uint32_t FindClearNodeBehind(std::uint32_t nExtreme) const;
     bool IsBridgeClear(std::uint32_t nNode, std::uint32_t nExtreme) const;
@@ -180,7 +181,7 @@ void HoleBridging::Run()
     {
         const std::uint32_t nNode = FindBridgeNode(hole.nVertex);
         m_nodes.SpliceLoop(nNode, hole.nLoop, hole.nCorner);
-        InsertSegment(nBridge++, m_nodes.GetNode(nNode).nVertex, hole.nVertex);
+        m_segmentTree.Insert(nBridge++, MakeSegment(m_nodes.GetNode(nNode).nVertex, hole.nVertex));
     }
 }
 
@@ -242,14 +243,13 @@ void HoleBridging::FileSegments()
         file(m_nodes.GetVertex(hole.nVertex), m_nodes.GetVertex(hole.nVertex));
     m_segmentTree.Arrange(aPlaces);
 
-    for (std::uint32_t i = 0; i < aCorners.size(); ++i)
-        InsertSegment(i, aCorners[i].nVertex, m_aEdgeEnds[i]);
+    m_segmentTree.Fill(static_cast<std::uint32_t>(aCorners.size()),
+                       [&](std::uint32_t i) { return MakeSegment(aCorners[i].nVertex, m_aEdgeEnds[i]); });
 }
 
-void HoleBridging::InsertSegment(std::uint32_t nItem, std::uint32_t nStart, std::uint32_t nEnd)
+Segment HoleBridging::MakeSegment(std::uint32_t nStart, std::uint32_t nEnd) const
 {
-    const PlaneBox box = GetBoxOf(m_nodes.GetVertex(nStart), m_nodes.GetVertex(nEnd));
-    m_segmentTree.Insert(nItem, {nStart, nEnd, box});
+    return {nStart, nEnd, GetBoxOf(m_nodes.GetVertex(nStart), m_nodes.GetVertex(nEnd))};
 }
 
 /// The node of the cycle from which the bridge to the extreme vertex starts.

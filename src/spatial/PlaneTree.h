@@ -159,6 +159,10 @@ public:
     /// from 0 to its size - 1.
     void Arrange(std::vector<PlanePlace>& aPlaces);
 
+    /// Inserts `getItem(n)` for all n below `nItems` into the tree, in which no item is live.
+    template <class GetItem>
+    void Fill(std::uint32_t nItems, GetItem getItem);
+
     void Insert(std::uint32_t nItem, const Item& item);
     void Remove(std::uint32_t nItem);
 
@@ -188,6 +192,8 @@ private:
 
     std::size_t BucketStart(std::size_t nBucket) const { return nBucket * m_aItems.size() / m_aLive.size(); }
 
+    void Place(std::uint32_t nItem, const Item& item);
+    PlaneBox GetBucketBox(std::uint32_t nNode) const;
     static void Divide(PlanePlace* pFirst, PlanePlace* pMiddle, PlanePlace* pLast);
 
     std::vector<PlaneBoxes> m_aBoxes;

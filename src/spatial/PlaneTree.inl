@@ -41,17 +41,44 @@ void PlaneTree<Item>::Divide(PlanePlace* pFirst, PlanePlace* pMiddle, PlanePlace
         std::nth_element(pFirst, pMiddle, pLast, [](const PlanePlace& a, const PlanePlace& b) { return a.y < b.y; });
 }
 
+/// Adds the item to its bucket; the boxes above stay as they are.
 template <class Item>
-void PlaneTree<Item>::Insert(std::uint32_t nItem, const Item& item)
+void PlaneTree<Item>::Place(std::uint32_t nItem, const Item& item)
 {
     const std::uint32_t nBucket = m_aBucketOf[nItem];
     const std::size_t nPlace = BucketStart(nBucket) + m_aLive[nBucket]++;
     m_aItems[nPlace] = item;
     m_aItemAt[nPlace] = nItem;
     m_aPlaceOf[nItem] = static_cast<std::uint32_t>(nPlace);
+}
 
+template <class Item>
+PlaneBox PlaneTree<Item>::GetBucketBox(std::uint32_t nNode) const
+{
+    PlaneBox box;
+    for (const Item& item : GetItems(nNode))
+        box.Add(item.GetBox());
+    return box;
+}
+
+template <class Item>
+template <class GetItem>
+void PlaneTree<Item>::Fill(std::uint32_t nItems, GetItem getItem)
+{
+    for (std::uint32_t n = 0; n < nItems; ++n)
+        Place(n, getItem(n));
+    // Children have higher numbers than their parent.
+    for (auto nNode = static_cast<std::uint32_t>(m_aBoxes.size() + m_aLive.size() - 1); nNode != kRoot; --nNode)
+        m_aBoxes[GetParent(nNode)].Set(GetSlot(nNode),
+                                       IsBucket(nNode) ? GetBucketBox(nNode) : m_aBoxes[nNode].GetUnion());
+}
+
+template <class Item>
+void PlaneTree<Item>::Insert(std::uint32_t nItem, const Item& item)
+{
+    Place(nItem, item);
     const PlaneBox added = item.GetBox();
-    auto nNode = static_cast<std::uint32_t>(m_aBoxes.size() + nBucket);
+    auto nNode = static_cast<std::uint32_t>(m_aBoxes.size() + m_aBucketOf[nItem]);
     while (nNode != kRoot)
     {
         PlaneBoxes& boxes = m_aBoxes[GetParent(nNode)];
@@ -75,9 +102,7 @@ void PlaneTree<Item>::Remove(std::uint32_t nItem)
     m_aPlaceOf[m_aItemAt[nPlace]] = static_cast<std::uint32_t>(nPlace);
 
     auto nNode = static_cast<std::uint32_t>(m_aBoxes.size() + nBucket);
-    PlaneBox box;
-    for (const Item& item : GetItems(nNode))
-        box.Add(item.GetBox());
+    PlaneBox box = GetBucketBox(nNode);
     while (nNode != kRoot)
     {
         PlaneBoxes& boxes = m_aBoxes[GetParent(nNode)];

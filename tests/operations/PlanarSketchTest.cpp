@@ -105,7 +105,6 @@ struct Plan
     std::size_t nVertices;
     std::size_t nEdges;
     std::size_t nFaces;
-    std::vector<Frame> aFrames;
 };
 
 std::vector<PlanarSegment> LoadPlan(const std::filesystem::path& path)
@@ -181,9 +180,11 @@ TEST(PlanarSketch, UndoesAndRedoes)
 TEST(PlanarSketch, MakesTheRoomsOfRealPlans)
 {
     std::mt19937_64 random(7);
-    const Frame flat = GetFrames()[0];
-    for (const Plan& plan : {Plan{"plans/house_walls.json", 226, 200, 16, {flat, MakeRandomFrame(random, 100.0)}},
-                             Plan{"plans/house_full.json", 800, 890, 116, {flat}}})
+    std::vector<Frame> aFrames{GetFrames()[0]};
+    for (const double dDistance : {100.0, 100.0, 1e4, 1e4})
+        aFrames.push_back(MakeRandomFrame(random, dDistance));
+    for (const Plan& plan :
+         {Plan{"plans/house_walls.json", 226, 200, 16}, Plan{"plans/house_full.json", 800, 890, 116}})
     {
         const auto path = FindSharedFile(plan.pName);
         if (!path)
@@ -191,8 +192,9 @@ TEST(PlanarSketch, MakesTheRoomsOfRealPlans)
         SCOPED_TRACE(plan.pName);
         const std::vector<PlanarSegment> aSegments = LoadPlan(*path);
         const Arrangement arrangement = ComputeArrangement(aSegments, 1e-10);
-        for (const Frame& at : plan.aFrames)
+        for (const Frame& at : aFrames)
         {
+            SCOPED_TRACE(&at - aFrames.data());
             TestModel model;
             Draw(model, at, aSegments);
             EXPECT_EQ(model.Count(nFaceType), plan.nFaces);

@@ -237,6 +237,30 @@ std::vector<Ring> MakeRandomPolygon(std::mt19937& random)
     std::shuffle(aRings.begin() + 1, aRings.end(), random);
     return aRings;
 }
+/// Rectangles on a grid that don't overlap, but share corners, sides and parts of sides with each other and with the
+/// square around them.
+std::vector<Ring> MakeTouchingRectangles(std::mt19937& random)
+{
+    constexpr int kSize = 12;
+    std::vector<Ring> aRings{{{0, 0}, {kSize, 0}, {kSize, kSize}, {0, kSize}}};
+    bool aTaken[kSize][kSize] = {};
+    for (int nTry = 0; nTry < 20; ++nTry)
+    {
+        const auto number = [&](int nBelow) { return static_cast<int>(random() % static_cast<unsigned>(nBelow)); };
+        const int x0 = number(kSize), y0 = number(kSize);
+        const int x1 = std::min(kSize, x0 + 1 + number(4)), y1 = std::min(kSize, y0 + 1 + number(4));
+        bool bFree = true;
+        for (int x = x0; x < x1; ++x)
+            bFree = bFree && std::none_of(aTaken[x] + y0, aTaken[x] + y1, [](bool b) { return b; });
+        if (!bFree)
+            continue;
+        for (int x = x0; x < x1; ++x)
+            std::fill(aTaken[x] + y0, aTaken[x] + y1, true);
+        const double l = x0, b = y0, r = x1, t = y1;
+        aRings.push_back({{l, b}, {l, t}, {r, t}, {r, b}});
+    }
+    return aRings;
+}
 } // namespace
 
 TEST(TriangulateLoops, FansAConvexLoopFromItsFirstCorner)
@@ -307,6 +331,41 @@ TEST(TriangulateLoops, CoversAroundHolesThatTouch)
     ExpectCovered(Polygon({square, atOtherCorner}), 1e-12);
     ExpectCovered(Polygon({square, atCorner, atHole}), 1e-12);
     ExpectCovered(Polygon({square, atCorner, atHole, atOtherCorner}), 1e-12);
+}
+
+TEST(TriangulateLoops, CoversLoopsThatTouchElsewhereThanInACorner)
+{
+    const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+    const std::vector<std::vector<Ring>> aPolygons{
+        {square, {{0, 5}, {4, 7}, {4, 3}}},                                                       // corner on a side
+        {square, {{3, 0}, {3, 4}, {7, 4}, {7, 0}}},                                               // side along a side
+        {square, {{0, 0}, {4, 6}, {10, 10}, {6, 4}}},                                             // cut in two
+        {square, {{2, 2}, {2, 5}, {5, 5}, {5, 2}}, {{5, 3}, {5, 4}, {8, 4}, {8, 3}}},             // along another hole
+        {square, {{1, 1}, {1, 9}, {2, 9}, {2, 1}}, {{2, 8}, {2, 9}, {9, 9}, {9, 8}},              // a ring of holes
+         {{8, 1}, {8, 8}, {9, 8}, {9, 1}}, {{2, 1}, {2, 2}, {8, 2}, {8, 1}}},
+        {{{0, 0}, {5, 0}, {5, 4}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}, SquareHole(5, 5, 1)},      // spur up to a hole
+        {{{0, 0}, {10, 0}, {5, 5}, {10, 10}, {0, 10}, {5, 5}}},                                   // pinched
+        {{{0, 0}, {10, 0}, {10, 10}, {7, 10}, {5, 0}, {3, 10}, {0, 10}}}};                        // corner on own side
+    for (const Frame& frame : GetFrames())
+        for (const std::vector<Ring>& aRings : aPolygons)
+        {
+            SCOPED_TRACE(testing::Message() << frame.strName << ", polygon " << &aRings - aPolygons.data());
+            ExpectCovered(Polygon(aRings, frame), 1e-8);
+        }
+}
+
+TEST(TriangulateLoops, CoversAroundHolesThatShareSidesInAnyFrame)
+{
+    for (unsigned nSeed = 1; nSeed <= 150; ++nSeed)
+    {
+        std::mt19937 random(nSeed);
+        const std::vector<Ring> aRings = MakeTouchingRectangles(random);
+        for (const Frame& frame : GetFrames())
+        {
+            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.strName);
+            ExpectCovered(Polygon(aRings, frame), 1e-8);
+        }
+    }
 }
 
 TEST(TriangulateLoops, GivesNothingForLessThanAPolygon)
