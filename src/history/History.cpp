@@ -108,9 +108,9 @@ bool History::RecordDeletion(Object& object)
     ReserveReturnOfOneMore();
     m_mapObjectsByType.clear();
     if (object.GetType() == nFaceType)
-        m_openSides.NoteFaceDies();
+        m_outerSides.NoteFaceDies();
     else if (object.GetType() == nEdgeType)
-        m_openSides.Forget(object.GetID());
+        m_outerSides.Forget(object.GetID());
     return m_objects.At(object.GetID()).RecordDeletion(*m_pOpenDelta);
 }
 

@@ -5,7 +5,7 @@
 #include "history/ReusableIDs.h"
 #include "history/SearchTrees.h"
 #include "model/BodyBoxMemo.h"
-#include "model/OpenSideMemo.h"
+#include "model/OuterSideMemo.h"
 
 #include <QRV/ModelChange.h>
 #include <QRV/Result.h>
@@ -125,7 +125,7 @@ public:
     void AwaitSearch(const Face& face);
     void ClearTemporaryTrees() noexcept;
     BodyBoxMemo& GetBodyBoxMemo() { return m_bodyBoxes; }
-    OpenSideMemo& GetOpenSides() { return m_openSides; }
+    OuterSideMemo& GetOuterSides() { return m_outerSides; }
     Interval3d GetBox();
     Interval3d GetBox(const Transf3d& transform);
 
@@ -193,7 +193,7 @@ private:
     std::vector<std::uint64_t> m_aAwaitingEdges;
     std::vector<std::uint64_t> m_aAwaitingFaces;
     BodyBoxMemo m_bodyBoxes;
-    OpenSideMemo m_openSides;
+    OuterSideMemo m_outerSides;
     std::set<ObjectHistoryID> m_aReferencingGroups;
     std::map<nObjectType, std::vector<Object*>> m_mapObjectsByType;
 };

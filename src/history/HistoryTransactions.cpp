@@ -149,7 +149,7 @@ void History::ReturnToSearch(const Delta& delta) noexcept
 
 bool History::UndoDelta(Delta& delta, nRecords nRecordsAfter) noexcept
 {
-    m_openSides.Clear();
+    m_outerSides.Clear();
     LeaveSearch(delta);
     for (auto it = delta.m_aObjectIDs.rbegin(); it != delta.m_aObjectIDs.rend(); ++it)
     {
@@ -175,7 +175,7 @@ void History::DropRecord(std::uint64_t nID, const Delta& delta) noexcept
 
 bool History::RedoDelta(Delta& delta) noexcept
 {
-    m_openSides.Clear();
+    m_outerSides.Clear();
     LeaveSearch(delta);
     for (const std::uint64_t nID : delta.m_aObjectIDs)
         m_objects.At(nID).Redo(delta);

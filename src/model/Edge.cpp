@@ -27,7 +27,7 @@ Edge* Edge::Create(Vertex* pStart, Vertex* pEnd, History& history, nGroupMode nG
     if (nGroups == nGroupMode::nBoth)
         pEnd->AddEdgeToGroups(&edge, false);
     edge.EnterSearch();
-    history.GetOpenSides().NoteEdgeMade(edge.GetID());
+    history.GetOuterSides().NoteEdgeMade(edge.GetID());
     return &edge;
 }
 

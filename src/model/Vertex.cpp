@@ -185,7 +185,7 @@ void Vertex::Transform(const Transf3d& transform)
 
 void Vertex::MoveTo(const Point3d& position)
 {
-    GetHistory()->GetOpenSides().Clear();
+    GetHistory()->GetOuterSides().Clear();
     RecordChange();
     std::vector<Edge*> aEdges;
     GetConnectedEdges(aEdges);

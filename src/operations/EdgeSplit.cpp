@@ -65,7 +65,7 @@ Vertex* SplitEdgeAtPoint(Edge& edge, const Point3d& p, const EdgeSplitOptions& o
     edge.Changed(nBoundaryChanged); // every face on the edge gains a corner
     Vertex* pOldEnd = edge.GetEndVertex();
     Edge* pNewEdge = Edge::Create(pSplit, pOldEnd, history, Edge::nGroupMode::nNeither);
-    history.GetOpenSides().NoteFacesSought(pNewEdge->GetID());
+    history.GetOuterSides().NoteFacesSought(pNewEdge->GetID());
     pNewEdge->SetSmooth(edge.IsSmooth());
     edge.SetEndVertex(pSplit, false);
     pSplit->IncrementUse();

@@ -343,7 +343,7 @@ void FormFacesFromEdge(Edge& edge, const FaceSearchOptions& options)
         return;
     History& history = *edge.GetHistory();
     if (!options.bInsideFacesOnly && !options.pPlane && !options.pBoundingPlanes)
-        history.GetOpenSides().NoteFacesSought(edge.GetID());
+        history.GetOuterSides().NoteFacesSought(edge.GetID());
     if (edge.IsFree() && (!HasOtherEdge(*edge.GetStartVertex()) || !HasOtherEdge(*edge.GetEndVertex())))
         return; // a dangling edge closes nothing
     std::vector<std::uint64_t> aFormed;

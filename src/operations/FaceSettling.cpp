@@ -344,7 +344,7 @@ private:
 /// Deletes a face that another coincides with. Its edges stay, for walks of the search still run along them.
 void DeleteTwin(History& history, Face& face)
 {
-    const OpenSideMemo::ReplacingFaces replacing(history.GetOpenSides());
+    const OuterSideMemo::ReplacingFaces replacing(history.GetOuterSides());
     face.Delete(false, true);
 }
 

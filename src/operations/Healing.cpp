@@ -17,7 +17,7 @@ namespace
 void TakeOverVertex(Vertex& to, Vertex& from)
 {
     History& history = *to.GetHistory();
-    history.GetOpenSides().Clear();
+    history.GetOuterSides().Clear();
     MergeAttributesFrom(to, from, false);
     std::vector<std::uint64_t> aKnown = to.GetConnectedEdgeIDs();
     const std::vector<std::uint64_t> aMoved = from.GetConnectedEdgeIDs();

@@ -8,14 +8,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
+#include <utility>
 
 namespace QRV
 {
 namespace
 {
-constexpr double kInfinity = 1e30;
-
 /// An edge gone along, with the region on the left.
 struct SideOfEdge
 {
@@ -39,7 +37,7 @@ double GetTurnMeasure(double dCosine, double dSine)
 class OutlineWalk
 {
 public:
-    OutlineWalk(const OpenSideMemo& memo, const Plane& plane, const SideOfEdge& first)
+    OutlineWalk(const OuterSideMemo& memo, const Plane& plane, const SideOfEdge& first)
         : m_memo(memo), m_plane(plane), m_first(first), m_at(first), m_origin(first.GetStart()->GetPosition())
     {
         Note();
@@ -53,7 +51,7 @@ public:
         m_aEdgesAt.clear();
         pVertex->GetConnectedEdges(m_aEdgesAt);
         SideOfEdge next{m_at.pEdge, !m_at.bForward}; // at the tip of a dangling edge
-        double dSharpest = -kInfinity;
+        double dSharpest = -3.0; // below any turn
         for (Edge* pEdge : m_aEdgesAt)
         {
             const SideOfEdge side{pEdge, pEdge->GetStartVertex() == pVertex};
@@ -86,10 +84,7 @@ public:
     /// Twice the area around which it has gone, once it is back: positive when the region is inside.
     double GetArea() const { return m_dArea; }
     double GetExtent() const { return m_dExtent; }
-    bool HasSeenOpen() const { return m_bSeenOpen; }
-    /// The corner farthest out in a direction of the plane.
-    const SideOfEdge& GetFarthest() const { return m_farthest; }
-    Vector3d GetOutward() const { return m_plane.normal.perpend(); }
+    bool HasSeenOuter() const { return m_bSeenOuter; }
 
 private:
     void Note()
@@ -99,76 +94,29 @@ private:
         const Vector3d fromOrigin = start - m_origin;
         m_dArea += m_plane.normal % (fromOrigin * (m_at.GetEnd()->GetPosition() - m_origin));
         m_dExtent = std::max(m_dExtent, fromOrigin.lengthSqrd());
-        m_bSeenOpen = m_bSeenOpen || m_memo.IsMarked(m_at.pEdge->GetID(), m_at.bForward, m_plane.normal);
-        const double dOutward = fromOrigin % GetOutward();
-        if (dOutward > m_dFarthest || m_nSteps == 1)
-        {
-            m_dFarthest = dOutward;
-            m_farthest = m_at;
-        }
+        m_bSeenOuter = m_bSeenOuter || m_memo.IsMarked(m_at.pEdge->GetID(), m_at.bForward, m_plane.normal);
     }
 
-    const OpenSideMemo& m_memo;
+    const OuterSideMemo& m_memo;
     const Plane& m_plane;
     const SideOfEdge m_first;
     SideOfEdge m_at;
     const Point3d m_origin;
-    SideOfEdge m_farthest{};
-    double m_dFarthest = 0.0;
     double m_dArea = 0.0;
     double m_dExtent = 0.0; ///< squared
     std::size_t m_nSteps = 0;
-    bool m_bSeenOpen = false;
+    bool m_bSeenOuter = false;
     std::vector<Edge*> m_aEdgesAt;
 };
 
-/// Whether a ray in the plane meets nothing, or first an edge whose side towards it is known to be open.
-bool SeesOpen(History& history, const Plane& plane, const Line3d& ray, const Edge& from, const Vertex* pFromVertex)
-{
-    if (history.HasTemporaryTrees())
-        return false;
-    double dNearest = kInfinity;
-    const Edge* pNearest = nullptr;
-    const double dTol = ScaledTolerance(ray.point);
-    history.GetEdgeTree().Visit([&](const Interval3d& box) { return box.intersectsRay(ray, kLinearTolerance, dNearest); },
-                                [&](const Edge* pEdge, const Interval3d&)
-                                {
-                                    double t = 0.0;
-                                    if (pEdge == &from || (pFromVertex && pEdge->HasVertex(pFromVertex)) ||
-                                        !pEdge->HitByRay(ray, t, dTol, dNearest))
-                                        return true;
-                                    dNearest = t;
-                                    pNearest = pEdge;
-                                    return true;
-                                });
-    if (!pNearest)
-        return true;
-    const bool bFromLeft = plane.normal % (pNearest->GetLine().vector * ray.vector) < 0.0;
-    return history.GetOpenSides().IsMarked(pNearest->GetID(), bFromLeft, plane.normal);
-}
-
-bool SeesOpenFromMiddle(History& history, const Plane& plane, const SideOfEdge& side)
-{
-    const Vector3d along = side.GetEnd()->GetPosition() - side.GetStart()->GetPosition();
-    return SeesOpen(history, plane, Line3d(side.pEdge->GetMidpoint(), plane.normal * along), *side.pEdge, nullptr);
-}
-
-/// From the farthest corner of an outline that runs round the outside.
-bool SeesOpenFromAfar(History& history, const Plane& plane, const OutlineWalk& walk)
-{
-    const SideOfEdge& corner = walk.GetFarthest();
-    return SeesOpen(history, plane, Line3d(corner.GetStart()->GetPosition(), walk.GetOutward()), *corner.pEdge,
-                    corner.GetStart());
-}
-
-void MarkSide(OpenSideMemo& memo, const Plane& plane, const SideOfEdge& side)
+void MarkSide(OuterSideMemo& memo, const Plane& plane, const SideOfEdge& side)
 {
     memo.Mark(side.pEdge->GetID(), side.bForward, plane.normal);
 }
 
 void MarkOutline(History& history, const Plane& plane, const SideOfEdge& first)
 {
-    OpenSideMemo& memo = history.GetOpenSides();
+    OuterSideMemo& memo = history.GetOuterSides();
     OutlineWalk walk(memo, plane, first);
     do
         MarkSide(memo, plane, walk.GetAt());
@@ -199,6 +147,30 @@ std::pair<bool, bool> GetFilledSides(const Edge& edge, const Plane& plane)
     }
     return {bLeft, bRight};
 }
+/// An edge joins two sketches: one walk has gone round all of the first, the other along a part of the second.
+void NoteBridge(History& history, const Plane& plane, const OutlineWalk& first, const OutlineWalk& second)
+{
+    OuterSideMemo& memo = history.GetOuterSides();
+    if (GetOrientation(first) > 0)
+        return memo.Clear(); // the second sketch lies in an empty region now joined to it
+    if (second.HasSeenOuter())
+    {
+        MarkSide(memo, plane, first.GetFirst());
+        MarkSide(memo, plane, second.GetFirst());
+        return;
+    }
+    if (!first.HasSeenOuter())
+        return;
+    // What is known of the first holds on if the second is seen from outside too.
+    OutlineWalk walk(memo, plane, second.GetFirst());
+    bool bGoesOn = true;
+    while (bGoesOn && !walk.HasSeenOuter() && !(walk.GetAt() == first.GetFirst()))
+        bGoesOn = walk.Step();
+    if (walk.GetAt() == first.GetFirst() && GetOrientation(walk) < 0)
+        MarkOutline(history, plane, second.GetFirst());
+    else if (!walk.HasSeenOuter() || walk.GetAt() == first.GetFirst())
+        memo.Clear();
+}
 } // namespace
 
 SideSearch::SideSearch(History& history, Edge& edge) : m_history(history), m_nEdge(edge.GetID()), m_pEdge(&edge) {}
@@ -224,89 +196,71 @@ const SideSearch::Sides& SideSearch::FindSides(const Plane& plane)
 void SideSearch::Follow(Sides& sides)
 {
     const auto [bLeftFilled, bRightFilled] = GetFilledSides(*m_pEdge, sides.plane);
-    if (bLeftFilled)
-        sides.nLeft = nFinding::nNothing;
-    if (bRightFilled)
-        sides.nRight = nFinding::nNothing;
     if (!bLeftFilled && !bRightFilled)
-        FollowBoth(sides);
-    else if (!bLeftFilled || !bRightFilled)
-        FollowOne(sides, !bLeftFilled);
+        return FollowBoth(sides);
+    sides.nLeft = bLeftFilled ? nFinding::nNothing : FollowOne(sides.plane, true);
+    sides.nRight = bRightFilled ? nFinding::nNothing : FollowOne(sides.plane, false);
 }
 
 void SideSearch::FollowBoth(Sides& sides)
 {
     const Plane& plane = sides.plane;
-    OpenSideMemo& memo = m_history.GetOpenSides();
+    OuterSideMemo& memo = m_history.GetOuterSides();
     OutlineWalk left(memo, plane, {m_pEdge, true});
     OutlineWalk right(memo, plane, {m_pEdge, false});
     OutlineWalk* pAhead = &left;
     OutlineWalk* pOther = &right;
-    for (; pAhead->Step(); std::swap(pAhead, pOther))
+    while (pAhead->Step())
     {
-        const bool bSeenOpen = left.HasSeenOpen() || right.HasSeenOpen();
         if (pAhead->GetAt() == pOther->GetFirst())
         {
             // It has come round to the other side: the edge joins two sketches.
             sides.nLeft = sides.nRight = nFinding::nNothing;
-            if (bSeenOpen)
-                for (const bool bForward : {true, false})
-                    MarkSide(memo, plane, {m_pEdge, bForward});
-            return;
+            return NoteBridge(m_history, plane, *pAhead, *pOther);
         }
-        if (!pAhead->IsBack())
-            continue;
-        const int nOrientation = GetOrientation(*pAhead);
-        if (nOrientation == 0)
-            return;
-        nFinding& nAhead = pAhead == &left ? sides.nLeft : sides.nRight;
-        if (nOrientation < 0)
+        const int nOrientation = pAhead->IsBack() ? GetOrientation(*pAhead) : 0;
+        if (nOrientation != 0)
         {
-            nAhead = nFinding::nNothing;
-            (pAhead == &left ? sides.nRight : sides.nLeft) = nFinding::nEncloses;
-            if (bSeenOpen || SeesOpenFromAfar(m_history, plane, *pAhead))
+            nFinding& nAhead = pAhead == &left ? sides.nLeft : sides.nRight;
+            nFinding& nOther = pAhead == &left ? sides.nRight : sides.nLeft;
+            nAhead = nOrientation > 0 ? nFinding::nEncloses : nFinding::nNothing;
+            if (nOrientation < 0)
+            {
+                nOther = nFinding::nEncloses;
                 MarkOutline(m_history, plane, pAhead->GetFirst());
+            }
+            else if (left.HasSeenOuter() || right.HasSeenOuter())
+            {
+                nOther = nFinding::nNothing;
+                MarkSide(memo, plane, pOther->GetFirst());
+            }
+            else
+                nOther = FollowOne(plane, pOther == &left);
             return;
         }
-        nAhead = nFinding::nEncloses;
-        if (bSeenOpen)
-        {
-            (pAhead == &left ? sides.nRight : sides.nLeft) = nFinding::nNothing;
-            MarkSide(memo, plane, pOther->GetFirst());
-        }
-        else
-            FollowOne(sides, pOther == &left);
-        return;
+        if (pAhead->IsBack())
+            break;
+        std::swap(pAhead, pOther);
     }
+    memo.Clear(); // it cannot be told what the edge has done to the outlines
 }
 
-void SideSearch::FollowOne(Sides& sides, bool bLeft)
+SideSearch::nFinding SideSearch::FollowOne(const Plane& plane, bool bLeft)
 {
-    const Plane& plane = sides.plane;
-    OpenSideMemo& memo = m_history.GetOpenSides();
-    const SideOfEdge first{m_pEdge, bLeft};
-    nFinding& nFound = bLeft ? sides.nLeft : sides.nRight;
-    OutlineWalk walk(memo, plane, first);
-    bool bOpen = SeesOpenFromMiddle(m_history, plane, first);
-    while (!bOpen && walk.Step() && !walk.IsBack())
-        bOpen = walk.HasSeenOpen();
-    if (bOpen)
+    OuterSideMemo& memo = m_history.GetOuterSides();
+    OutlineWalk walk(memo, plane, {m_pEdge, bLeft});
+    while (!walk.HasSeenOuter() && walk.Step() && !walk.IsBack()) {}
+    if (walk.HasSeenOuter())
     {
-        nFound = nFinding::nNothing;
-        MarkSide(memo, plane, first);
-        return;
+        MarkSide(memo, plane, walk.GetFirst());
+        return nFinding::nNothing;
     }
-    if (!walk.IsBack())
-        return;
-    const int nOrientation = GetOrientation(walk);
-    if (nOrientation > 0)
-        nFound = nFinding::nEncloses;
-    else if (nOrientation < 0)
-    {
-        nFound = nFinding::nNothing;
-        if (SeesOpenFromAfar(m_history, plane, walk))
-            MarkOutline(m_history, plane, first);
-    }
+    const int nOrientation = walk.IsBack() ? GetOrientation(walk) : 0;
+    if (nOrientation == 0)
+        memo.Clear();
+    if (nOrientation < 0)
+        MarkOutline(m_history, plane, walk.GetFirst());
+    return nOrientation > 0 ? nFinding::nEncloses : nOrientation < 0 ? nFinding::nNothing : nFinding::nUnknown;
 }
 
 void SideSearch::NoteFaceFormed()
@@ -326,6 +280,6 @@ void SideSearch::Finish()
 {
     if (std::any_of(m_aSides.begin(), m_aSides.end(), [](const Sides& sides)
                     { return sides.nLeft == nFinding::nEncloses || sides.nRight == nFinding::nEncloses; }))
-        m_history.GetOpenSides().Clear();
+        m_history.GetOuterSides().Clear();
 }
 } // namespace QRV

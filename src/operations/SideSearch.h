@@ -24,7 +24,7 @@ public:
     /// A side that has a face now is done with.
     void NoteFaceFormed();
     /// To be called when all loops have been looked for: where a region was enclosed and got no face, nothing that is
-    /// remembered about open sides holds any more.
+    /// remembered about outer sides holds any more.
     void Finish();
 
 private:
@@ -45,7 +45,7 @@ private:
     const Sides& FindSides(const Plane& plane);
     void Follow(Sides& sides);
     void FollowBoth(Sides& sides);
-    void FollowOne(Sides& sides, bool bLeft);
+    nFinding FollowOne(const Plane& plane, bool bLeft);
 
     History& m_history;
     const std::uint64_t m_nEdge;

@@ -1,4 +1,4 @@
-/// Which sides of edges are known to face the open.
+/// Which sides of edges lie on the outside of a sketch.
 #pragma once
 
 #include <QRV/Geometry.h>
@@ -8,11 +8,13 @@
 
 namespace QRV
 {
-/// Remembers sides of edges, left or right in a plane, from which the plane lies open to infinity with no outline
-/// around. New edges only cut faces off such a region, and what is left stays open. So a mark holds until its edge
-/// dies, unless a face dies, the model steps back or forward, something moves, or edges come without their faces being
-/// looked for: then all are forgotten. Nothing is ever listed from here, so the order by hash does not show.
-class OpenSideMemo
+/// Remembers sides of edges, left or right in a plane, along which the outline runs round the outside of what hangs
+/// together there. An edge that joins such an outline to itself cuts off one region, which gets a face, and leaves the
+/// rest outside; one that joins two such outlines leaves them one. So a mark holds until its edge dies, unless a face
+/// dies, the model steps back or forward, something moves, an outline is joined that runs round the inside of an empty
+/// region, or edges come without their faces being looked for: then all are forgotten. Nothing is ever listed from
+/// here, so the order by hash does not show.
+class OuterSideMemo
 {
 public:
     /// `bLeft`: the left side of the edge, going from start to end, seen from where the normal points to.
@@ -25,13 +27,13 @@ public:
     class ReplacingFaces
     {
     public:
-        explicit ReplacingFaces(OpenSideMemo& memo) : m_memo(memo) { ++memo.m_nReplacing; }
+        explicit ReplacingFaces(OuterSideMemo& memo) : m_memo(memo) { ++memo.m_nReplacing; }
         ~ReplacingFaces() { --m_memo.m_nReplacing; }
         ReplacingFaces(const ReplacingFaces&) = delete;
         ReplacingFaces& operator=(const ReplacingFaces&) = delete;
 
     private:
-        OpenSideMemo& m_memo;
+        OuterSideMemo& m_memo;
     };
     void NoteFaceDies() noexcept
     {

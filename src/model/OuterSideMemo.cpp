@@ -1,4 +1,4 @@
-#include "model/OpenSideMemo.h"
+#include "model/OuterSideMemo.h"
 
 #include <cmath>
 
@@ -10,7 +10,7 @@ namespace
 constexpr double kSameDirectionCosine = 1.0 - 1e-9;
 } // namespace
 
-void OpenSideMemo::Mark(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal)
+void OuterSideMemo::Mark(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal)
 {
     Sides& sides = m_mapSides[nEdge];
     if (std::abs(sides.normal % normal) < kSameDirectionCosine)
@@ -19,7 +19,7 @@ void OpenSideMemo::Mark(std::uint64_t nEdge, bool bLeft, const UnitVector3d& nor
     (bLeft == (dCosine > 0.0) ? sides.bLeft : sides.bRight) = true;
 }
 
-bool OpenSideMemo::IsMarked(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal) const
+bool OuterSideMemo::IsMarked(std::uint64_t nEdge, bool bLeft, const UnitVector3d& normal) const
 {
     const auto it = m_mapSides.find(nEdge);
     if (it == m_mapSides.end())
@@ -30,14 +30,14 @@ bool OpenSideMemo::IsMarked(std::uint64_t nEdge, bool bLeft, const UnitVector3d&
     return bLeft == (dCosine > 0.0) ? it->second.bLeft : it->second.bRight;
 }
 
-void OpenSideMemo::NoteEdgeMade(std::uint64_t nEdge) noexcept
+void OuterSideMemo::NoteEdgeMade(std::uint64_t nEdge) noexcept
 {
     if (m_nEdgeMade != INVALID_ID)
         Clear();
     m_nEdgeMade = nEdge;
 }
 
-void OpenSideMemo::NoteFacesSought(std::uint64_t nEdge) noexcept
+void OuterSideMemo::NoteFacesSought(std::uint64_t nEdge) noexcept
 {
     if (m_nEdgeMade != INVALID_ID && m_nEdgeMade != nEdge)
         Clear();
