@@ -64,6 +64,9 @@ public:
     /// Makes `inner`, a face in this one's plane that lies inside it, fill a new hole of this face. False, with nothing
     /// changed, when it does not fit.
     bool AddInnerFace(Face* pInner);
+    /// Adds a hole round what `inner` belongs to: edges and whether they are gone along forward, with this face on the
+    /// left.
+    void AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner);
     /// Moves the holes that lie inside `other`, split off this face, to it.
     void HandOverInnerLoops(Face& other);
     void Reverse();

@@ -102,25 +102,16 @@ bool RunsInside(const Loop& loop, Face& face)
            !std::all_of(aPoints.begin(), aPoints.end(), [&](const Point3d& p) { return IsOnLoops(face, p); });
 }
 
-/// Gives `outer` a hole with the outline of `inner` for its edge.
-void AddHole(Face& outer, const Ring& outline, bool bSameDirection)
+/// The outline of an inner face as the hole around it runs.
+std::vector<std::pair<Edge*, bool>> GetWayRound(const Ring& outline, bool bSameDirection)
 {
-    History& history = *outer.GetHistory();
-    std::vector<Coedge*> aHole;
-    aHole.reserve(outline.size());
+    std::vector<std::pair<Edge*, bool>> aWay;
+    aWay.reserve(outline.size());
     for (const Coedge* pCoedge : outline)
-    {
-        Coedge& coedge = history.Create<Coedge>(pCoedge->IsForward() != bSameDirection);
-        pCoedge->GetEdge()->AddCoedge(coedge);
-        aHole.push_back(&coedge);
-    }
+        aWay.emplace_back(pCoedge->GetEdge(), pCoedge->IsForward() != bSameDirection);
     if (bSameDirection)
-        std::reverse(aHole.begin(), aHole.end());
-    LinkLoop(aHole);
-    Loop& hole = history.Create<Loop>();
-    hole.SetCoedge(aHole.front());
-    hole.OwnCoedges();
-    outer.AddLoop(&hole, false);
+        std::reverse(aWay.begin(), aWay.end());
+    return aWay;
 }
 
 /// Moves the holes of `outer` that lie within `inner` there; one that `inner` has already goes.
@@ -227,16 +218,34 @@ bool Face::AddInnerFace(Face* pInner)
         return false;
 
     MoveHoles(*this, *pInner, nDirection > 0);
-    AddHole(*this, outline, nDirection > 0);
-    for (const Coedge* pCoedge : outline)
+    AddHole(GetWayRound(outline, nDirection > 0), *pInner);
+    return true;
+}
+
+void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
+{
+    History& history = *GetHistory();
+    std::vector<Coedge*> aCoedges;
+    aCoedges.reserve(aWay.size());
+    for (const auto& [pEdge, bForward] : aWay)
+    {
+        Coedge& coedge = history.Create<Coedge>(bForward);
+        pEdge->AddCoedge(coedge);
+        aCoedges.push_back(&coedge);
+    }
+    LinkLoop(aCoedges);
+    Loop& hole = history.Create<Loop>();
+    hole.SetCoedge(aCoedges.front());
+    hole.OwnCoedges();
+    AddLoop(&hole, false);
+    for (const Coedge* pCoedge : aCoedges)
         pCoedge->GetStartVertex()->RebuildGroups(false);
     Changed(nBoundaryChanged);
-    pInner->Changed(nBoundaryChanged);
-    if (m_pShell && !pInner->GetShell())
-        JoinShell(*pInner, *m_pShell);
-    else if (!m_pShell && pInner->GetShell())
-        JoinShell(*this, *pInner->GetShell());
-    return true;
+    inner.Changed(nBoundaryChanged);
+    if (m_pShell && !inner.GetShell())
+        JoinShell(inner, *m_pShell);
+    else if (!m_pShell && inner.GetShell())
+        JoinShell(*this, *inner.GetShell());
 }
 
 void Face::HandOverInnerLoops(Face& other)

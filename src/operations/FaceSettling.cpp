@@ -6,6 +6,7 @@
 #include "model/Shell.h"
 #include "model/Vertex.h"
 #include "operations/FaceSearch.h"
+#include "operations/OutlineWalk.h"
 #include "spatial/Measures.h"
 
 #include <algorithm>
@@ -17,10 +18,14 @@ namespace QRV
 namespace
 {
 
-std::vector<std::uint64_t> GetCornerIDs(const Face& face)
+/// Of the outline, or of all loops.
+std::vector<std::uint64_t> GetCornerIDs(const Face& face, bool bAll)
 {
     std::vector<Vertex*> aCorners;
-    face.GetVertices(aCorners);
+    if (bAll)
+        face.GetVertices(aCorners);
+    else
+        face.GetOuterLoop()->GetVertices(aCorners);
     std::vector<std::uint64_t> aIDs;
     aIDs.reserve(aCorners.size());
     for (const Vertex* pCorner : aCorners)
@@ -43,41 +48,40 @@ public:
         ObjectSet done;
         for (std::size_t i = 0; i < m_aCorners.size(); ++i)
         {
-            bool bBranches = false;
-            for (const std::uint64_t nEdge : FindEdgesAt(i, bBranches))
+            for (const std::uint64_t nEdge : FindEdgesAt(i))
             {
                 auto* pEdge = m_history.Get<Edge>(nEdge);
                 if (pEdge && !m_face.HasEdge(*pEdge))
                     m_face.AddSpurEdge(*pEdge, pEdge->GetStartVertex()->GetID() == m_aCorners[i], done);
             }
-            if (bBranches)
-                FollowSpurs(i);
+            FollowSpurs(i);
         }
     }
 
-    /// Those between two corners too, as chords. Gives the ids of the faces that these split off.
+    /// Those between two corners too, as chords. Gives the ids of the faces that these split off, each of which has its
+    /// own edges to draw in.
     std::vector<std::uint64_t> DrawInAll()
     {
+        DrawInSpurs();
         std::vector<std::uint64_t> aSplitOff;
-        for (bool bSplit = true; bSplit;)
-        {
-            DrawInSpurs();
-            Face* pSplitOff = nullptr;
-            bSplit = DrawInChord(pSplitOff);
-            if (pSplitOff)
-                aSplitOff.push_back(pSplitOff->GetID());
-        }
+        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
+            for (const std::uint64_t nEdge : FindEdgesAt(i))
+            {
+                auto* pEdge = m_history.Get<Edge>(nEdge);
+                Face* pSplitOff = nullptr;
+                if (pEdge && !m_face.HasEdge(*pEdge) && m_face.SplitByEdge(*pEdge, &pSplitOff, false) && pSplitOff)
+                    aSplitOff.push_back(pSplitOff->GetID());
+            }
         return aSplitOff;
     }
 
 private:
-    const std::vector<std::uint64_t>& FindEdgesAt(std::size_t nCorner, bool& bBranches)
+    const std::vector<std::uint64_t>& FindEdgesAt(std::size_t nCorner)
     {
         m_aFound.clear();
         m_aEdges.clear();
         const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
-        bBranches = pCorner && pCorner->GetConnectedEdges(m_aEdges) > 2;
-        if (bBranches)
+        if (pCorner && pCorner->GetConnectedEdges(m_aEdges) > 2)
             for (const Edge* pEdge : m_aEdges)
                 if (!m_face.HasEdge(*pEdge))
                     m_aFound.push_back(pEdge->GetID());
@@ -87,28 +91,11 @@ private:
     /// What hangs on the far ends of spurs is to be drawn in as well.
     void FollowSpurs(std::size_t nCorner)
     {
-        m_aEdges.clear();
         const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
-        pCorner->GetConnectedEdges(m_aEdges);
         for (const Edge* pEdge : m_aEdges)
             if (pEdge->GetUseBy(m_face) > 1)
                 if (const std::uint64_t nFar = pEdge->GetOtherVertex(pCorner)->GetID(); m_seen.insert(nFar).second)
                     m_aCorners.push_back(nFar);
-    }
-
-    /// One edge between two corners. False when there is none to draw in; `pSplitOff` gets what came off.
-    bool DrawInChord(Face*& pSplitOff)
-    {
-        bool bBranches = false;
-        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
-            for (const std::uint64_t nEdge : FindEdgesAt(i, bBranches))
-                if (auto* pEdge = m_history.Get<Edge>(nEdge))
-                {
-                    pSplitOff = nullptr;
-                    if (m_face.SplitByEdge(*pEdge, &pSplitOff, false))
-                        return true;
-                }
-        return false;
     }
 
     History& m_history;
@@ -131,22 +118,125 @@ Face* FillHoleAround(History& history, Face& face)
     return nullptr;
 }
 
-/// The faces in the plane of another and inside its box, largest first, so that a face inside another candidate does
-/// not become a hole beside it.
-std::vector<std::uint64_t> FindInnerFaces(History& history, Face& face)
+/// Makes holes for the faces that stand in another: one for all that hang together, round the outside of them, with the
+/// dangling edges there.
+class HoleTaking
 {
-    std::vector<Face*> aInside;
-    history.GetFaceTree().FindInside(face.GetBox(), aInside);
-    std::vector<std::pair<double, std::uint64_t>> aByArea;
-    for (Face* pInside : aInside)
-        if (pInside != &face && pInside->GetOuterLoop() && pInside->GetSideIn(face.GetPlane()) != 0)
-            aByArea.emplace_back(-pInside->GetOuterLoop()->GetSignedArea(pInside->GetPlane()), pInside->GetID());
-    std::sort(aByArea.begin(), aByArea.end());
-    std::vector<std::uint64_t> aIDs;
-    for (const auto& [dArea, nFace] : aByArea)
-        aIDs.push_back(nFace);
-    return aIDs;
-}
+public:
+    HoleTaking(History& history, Face& face)
+        : m_history(history), m_face(face), m_plane(face.GetPlane()), m_nAxis((m_plane.normal.dominantDirection() + 1) % 3)
+    {
+    }
+
+    /// Gives whether there was any.
+    bool Run()
+    {
+        bool bTook = false;
+        for (Face* pInner : FindInnerFaces())
+            bTook = Take(*pInner) || bTook;
+        return bTook;
+    }
+
+    /// Some hole runs round one face alone, since the outside of what hangs together there was not clear.
+    bool LeftEdgesOut() const { return m_bLeftEdgesOut; }
+
+private:
+    /// Those in the plane and in the box, the farthest out along one axis first: of faces that hang together that one
+    /// has a corner on the outside.
+    std::vector<Face*> FindInnerFaces() const
+    {
+        std::vector<Face*> aInside;
+        m_history.GetFaceTree().FindInside(m_face.GetBox(), aInside);
+        std::erase_if(aInside, [&](Face* pInside)
+                      { return pInside == &m_face || !pInside->GetOuterLoop() || pInside->GetSideIn(m_plane) == 0; });
+        const auto getReach = [&](Face* pFace) { return pFace->GetBox().lower[std::size_t(m_nAxis)]; };
+        std::sort(aInside.begin(), aInside.end(),
+                  [&](Face* pA, Face* pB)
+                  {
+                      const double dA = getReach(pA);
+                      const double dB = getReach(pB);
+                      return dA != dB ? dA < dB : pA->GetID() < pB->GetID();
+                  });
+        return aInside;
+    }
+
+    bool Take(Face& inner)
+    {
+        Vertex& corner = FindFarthestCorner(inner);
+        if (IsOnFace(corner) || !m_face.ContainsPointInside(corner.GetPosition()))
+            return false;
+        std::vector<std::pair<Edge*, bool>> aWay;
+        switch (GoRound(corner, aWay))
+        {
+        case nOutline::nApart:
+            m_face.AddHole(aWay, inner);
+            return true;
+        case nOutline::nTouching:
+            return false; // its edges are drawn in from there, and cut it out
+        case nOutline::nUnclear:
+            break;
+        }
+        m_bLeftEdgesOut = true;
+        return m_face.AddInnerFace(&inner);
+    }
+
+    Vertex& FindFarthestCorner(const Face& inner) const
+    {
+        Vertex* pFarthest = nullptr;
+        const auto n = std::size_t(m_nAxis);
+        inner.GetOuterLoop()->ForEachCoedge(
+            [&](const Coedge& coedge)
+            {
+                Vertex* pVertex = coedge.GetStartVertex();
+                if (!pFarthest || pVertex->GetPosition()[n] < pFarthest->GetPosition()[n])
+                    pFarthest = pVertex;
+            });
+        return *pFarthest;
+    }
+
+    bool IsOnFace(const Vertex& vertex)
+    {
+        m_aCoedges.clear();
+        return vertex.GetCoedges(m_aCoedges, &m_face) > 0;
+    }
+
+    enum class nOutline
+    {
+        nApart,
+        nTouching, ///< the face has a corner on it
+        nUnclear
+    };
+
+    nOutline GoRound(Vertex& corner, std::vector<std::pair<Edge*, bool>>& aWay)
+    {
+        Vector3d outward;
+        outward[std::size_t(m_nAxis)] = -1.0;
+        outward -= m_plane.normal * (m_plane.normal % outward);
+        const SideOfEdge first = OutlineWalk::FindSideFacing(m_plane, corner, outward);
+        if (!first.pEdge)
+            return nOutline::nUnclear;
+        OutlineWalk walk(m_plane, first);
+        do
+        {
+            const SideOfEdge& at = walk.GetAt();
+            if (at.pEdge->GetUse() + 2 > Edge::kMaxUse)
+                return nOutline::nUnclear;
+            if (IsOnFace(*at.GetStart()))
+                return nOutline::nTouching;
+            aWay.emplace_back(at.pEdge, at.bForward);
+            if (!walk.Step())
+                return nOutline::nUnclear;
+        } while (!walk.IsBack());
+        return walk.GetOrientation() < 0 ? nOutline::nApart : nOutline::nUnclear;
+    }
+
+    History& m_history;
+    Face& m_face;
+    const Plane m_plane;
+    const int m_nAxis;
+    bool m_bLeftEdgesOut = false;
+    std::vector<Coedge*> m_aCoedges;
+};
 
 /// Whether the first edge that the face shares with exactly one other is run the same way by both.
 bool RunsWithNeighbour(const Face& face)
@@ -282,65 +372,6 @@ void MakeSolid(Face& face, const std::vector<Face*>& aFaces)
             pFace->Reverse();
 }
 
-/// Makes holes for the faces that stand in a new one. Of faces that hang together one gets a hole; the edges of the
-/// others are drawn in at once, before the next is tried, so that they cut off what they surround and no ring of holes
-/// encloses a rest of the face.
-class HoleTaking
-{
-public:
-    HoleTaking(History& history, Face& face) : m_history(history), m_nFace(face.GetID()), m_aInner(FindInnerFaces(history, face)) {}
-
-    /// The first hole, with nothing drawn in yet. False for none.
-    bool TakeFirst()
-    {
-        while (m_nNext < m_aInner.size())
-            if (Take(m_aInner[m_nNext++]))
-                return true;
-        return false;
-    }
-
-    /// Draws in what hangs on the first hole, and takes all others. Appends the faces split off.
-    void TakeRest(std::vector<std::uint64_t>& aSplitOff)
-    {
-        do
-        {
-            Face* pFace = m_history.Get<Face>(m_nFace);
-            if (!pFace || !m_history.Get<Face>(m_aInner[m_nNext - 1]))
-                continue;
-            const std::vector<std::uint64_t> aNew =
-                EdgesIntoFace(m_history, *pFace, GetCornerIDs(*m_history.Get<Face>(m_aInner[m_nNext - 1]))).DrawInAll();
-            aSplitOff.insert(aSplitOff.end(), aNew.begin(), aNew.end());
-        } while (TakeFirst());
-    }
-
-private:
-    bool Take(std::uint64_t nInner)
-    {
-        auto* pFace = m_history.Get<Face>(m_nFace);
-        auto* pInner = m_history.Get<Face>(nInner);
-        return pFace && pInner && !IsTouching(*pFace, *pInner) && pFace->AddInnerFace(pInner);
-    }
-
-    /// An inner face that touches a loop is cut out by its own edges. Holes that touch would leave the face in one piece
-    /// however many pockets they part.
-    static bool IsTouching(const Face& face, const Face& inner)
-    {
-        bool bTouching = false;
-        std::vector<Coedge*> aCoedges;
-        inner.GetOuterLoop()->ForEachCoedge(
-            [&](const Coedge& coedge)
-            {
-                aCoedges.clear();
-                bTouching = bTouching || coedge.GetStartVertex()->GetCoedges(aCoedges, &face) > 0;
-            });
-        return bTouching;
-    }
-
-    History& m_history;
-    const std::uint64_t m_nFace;
-    const std::vector<std::uint64_t> m_aInner;
-    std::size_t m_nNext = 0;
-};
 /// Deletes a face that another coincides with. Its edges stay, for walks of the search still run along them.
 void DeleteTwin(History& history, Face& face)
 {
@@ -348,18 +379,6 @@ void DeleteTwin(History& history, Face& face)
     face.Delete(false, true);
 }
 
-void DrawInAndTakeHoles(History& history, Face& face, bool bSplitOff, std::vector<std::uint64_t>& aSplitOff)
-{
-    const std::uint64_t nFace = face.GetID();
-    if (bSplitOff)
-        if (HoleTaking holes(history, face); holes.TakeFirst())
-            holes.TakeRest(aSplitOff);
-    if (auto* pFace = history.Get<Face>(nFace))
-        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace)).DrawInAll())
-            aSplitOff.push_back(nSplitOff);
-    if (auto* pFace = history.Get<Face>(nFace); pFace && bSplitOff && CoincidesWithAnother(history, *pFace))
-        DeleteTwin(history, *pFace);
-}
 } // namespace
 
 void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
@@ -370,16 +389,14 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     if (!pHolding)
         pAround = FillHoleAround(history, newFace);
     if (pAround)
-        EdgesIntoFace(history, *pAround, GetCornerIDs(newFace)).DrawInSpurs();
+        EdgesIntoFace(history, *pAround, GetCornerIDs(newFace, false)).DrawInSpurs();
     HoleTaking holes(history, newFace);
-    const bool bTookHoles = holes.TakeFirst();
+    const bool bTookHoles = holes.Run();
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
     RebuildBranchedBodies(GetSheetJoined(newFace));
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
-    if (bTookHoles)
-        holes.TakeRest(aToDrawIn);
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
     {
         auto* pFace = history.Get<Face>(aToDrawIn[i]);
@@ -387,11 +404,21 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
             continue;
         const bool bSplitOff = i > 0;
         if (bSplitOff && pNewFaces)
+        {
             pNewFaces->push_back(pFace);
-        else if (bSplitOff && CoincidesWithAnother(history, *pFace))
+            continue;
+        }
+        bool bAllCorners = holes.LeftEdgesOut();
+        if (bSplitOff && !CoincidesWithAnother(history, *pFace))
+        {
+            HoleTaking inner(history, *pFace);
+            inner.Run();
+            bAllCorners = bAllCorners || inner.LeftEdgesOut();
+        }
+        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace, bAllCorners)).DrawInAll())
+            aToDrawIn.push_back(nSplitOff);
+        if (bSplitOff && CoincidesWithAnother(history, *pFace))
             DeleteTwin(history, *pFace);
-        else
-            DrawInAndTakeHoles(history, *pFace, bSplitOff, aToDrawIn);
     }
 }
 
