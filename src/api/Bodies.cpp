@@ -2,10 +2,9 @@
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
+#include "operations/ObjectCreation.h"
 
 #include <QRV/API.h>
-
-#include <new>
 
 namespace QRV
 {
@@ -15,14 +14,7 @@ Result APICreateEmptyBody(std::uint64_t nHistoryID, std::uint64_t& nBodyID)
         .Run(
             [&](History& history, Result& result)
             {
-                try
-                {
-                    nBodyID = history.Create<Body>().GetID();
-                }
-                catch (const std::bad_alloc&)
-                {
-                    result.SetErrorCode(Result::nOutOfMemory);
-                }
+                GiveID(TryCreate<Body>(history, result, Result::nOutOfMemory), nBodyID);
             });
 }
 
