@@ -11,11 +11,8 @@ namespace QRV
 Result APICreateEmptyBody(std::uint64_t nHistoryID, std::uint64_t& nBodyID)
 {
     return ModifyingCall("APICreateEmptyBody", nHistoryID, Out{nBodyID})
-        .Run(
-            [&](History& history, Result& result)
-            {
-                GiveID(TryCreate<Body>(history, result, Result::nOutOfMemory), nBodyID);
-            });
+        .Run([&](History& history, Result& result)
+             { GiveID(TryCreate<Body>(history, result, Result::nOutOfMemory), nBodyID); });
 }
 
 Result APIAddFaceComponentToBody(std::uint64_t nHistoryID, std::uint64_t nFaceID, std::uint64_t nBodyID)

@@ -67,8 +67,10 @@ Result APISetOstrelModelInformation(std::uint64_t nHistoryID, const std::string&
                                     const std::string& field2, const std::string& field3)
 {
     return ModifyingCall("APISetOstrelModelInformation", nHistoryID, name, field1, field2, field3)
-        .Run([&](History& history, Result&)
-             { Information::Write(history, Information::nOstrelModel, {name, field1, field2, field3}); });
+        .Run(
+            [&](History& history, Result&) {
+                Information::Write(history, Information::nOstrelModel, {name, field1, field2, field3});
+            });
 }
 
 Result APIGetHalyxFamilyInformationReadOnly(std::uint64_t nHistoryID, std::string& name, std::string& field1,
@@ -88,7 +90,9 @@ Result APISetHalyxFamilyInformation(std::uint64_t nHistoryID, const std::string&
                                     const std::string& field2, const std::string& field3)
 {
     return ModifyingCall("APISetHalyxFamilyInformation", nHistoryID, name, field1, field2, field3)
-        .Run([&](History& history, Result&)
-             { Information::Write(history, Information::nHalyxFamily, {name, field1, field2, field3}); });
+        .Run(
+            [&](History& history, Result&) {
+                Information::Write(history, Information::nHalyxFamily, {name, field1, field2, field3});
+            });
 }
 } // namespace QRV

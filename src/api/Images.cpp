@@ -120,8 +120,8 @@ Result APISetImageData(std::uint64_t nHistoryID, std::uint64_t image, const std:
             });
 }
 
-Result APIGetImageDataReadOnly(std::uint64_t nHistoryID, std::uint64_t image, std::string& name,
-                               std::uint64_t& texture, std::uint64_t& zPosition, float& alpha, bool& bFeaturesVisible,
+Result APIGetImageDataReadOnly(std::uint64_t nHistoryID, std::uint64_t image, std::string& name, std::uint64_t& texture,
+                               std::uint64_t& zPosition, float& alpha, bool& bFeaturesVisible,
                                std::array<Point3d, 4>& corners, bool& bSatellite)
 {
     return ReadOnlyCall("APIGetImageDataReadOnly", nHistoryID, image, Out{name}, Out{texture}, OutCount{zPosition},

@@ -42,7 +42,8 @@ QRV_API Result APICreateSatelliteImageObject(std::uint64_t nHistoryID, const std
                                              const Vector2d& location, const Vector2d& span,
                                              const std::array<std::uint64_t, 2>& pixelSize, std::uint64_t& id);
 
-/// Moves an image through the order of drawing, up or down, as far as there are others. Those passed move the other way.
+/// Moves an image through the order of drawing, up or down, as far as there are others. Those passed move the other
+/// way.
 QRV_API Result APIMoveImage(std::uint64_t nHistoryID, std::uint64_t image, int delta);
 
 /// Changes an image. Corners in another order are no change.
@@ -58,14 +59,17 @@ QRV_API Result APIGetImageDataReadOnly(std::uint64_t nHistoryID, std::uint64_t i
                                        std::uint64_t& texture, std::uint64_t& zPosition, float& alpha,
                                        bool& bFeaturesVisible, std::array<Point3d, 4>& corners, bool& bSatellite);
 
-/// @return `nBadInput` for an image without satellite data
+/// The satellite data of an image.
+/// @return `nBadInput` for an image without
 QRV_API Result APIGetSatelliteDataReadOnly(std::uint64_t nHistoryID, std::uint64_t image, Vector2d& location,
                                            Vector2d& span, std::array<std::uint64_t, 2>& pixelSize);
 
+/// Gives an image satellite data in place of those that it has.
 /// @return `nImageTextureAndSatellite` for an image with a texture
 QRV_API Result APISetSatelliteData(std::uint64_t nHistoryID, std::uint64_t image, const Vector2d& location,
                                    const Vector2d& span, const std::array<std::uint64_t, 2>& pixelSize);
 
-/// @return `nBadInput` for an image without satellite data
+/// Takes the satellite data off an image.
+/// @return `nBadInput` for an image without
 QRV_API Result APIRemoveSatelliteData(std::uint64_t nHistoryID, std::uint64_t image);
 } // namespace QRV

@@ -18,9 +18,12 @@ namespace QRV
 /// @return `nOutOfMemory` when there is no memory for it
 QRV_API Result APICreateLayer(std::uint64_t nHistoryID, const std::string& name, bool displayed, std::uint64_t& layer);
 
+/// Renames, shows or hides a layer.
 QRV_API Result APISetLayerData(std::uint64_t nHistoryID, std::uint64_t layer, const std::string& name, bool displayed);
 
-QRV_API Result APISetLayersDisplayed(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& layers, bool displayed);
+/// Shows or hides layers.
+QRV_API Result APISetLayersDisplayed(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& layers,
+                                     bool displayed);
 
 /// What a layer holds.
 /// @param objects  may be null; appended to: what is on the layer, ascending
@@ -52,8 +55,7 @@ QRV_API Result APIGetObjectLayersReadOnly(std::uint64_t nHistoryID, std::uint64_
 /// Makes a level for each pair of name and elevation.
 /// @param levels  appended to: their ids in order, none when the call fails
 /// @return `nBadInput` also when memory runs out
-QRV_API Result APICreateLevelObjects(std::uint64_t nHistoryID,
-                                     const std::vector<std::pair<std::string, double>>& data,
+QRV_API Result APICreateLevelObjects(std::uint64_t nHistoryID, const std::vector<std::pair<std::string, double>>& data,
                                      std::vector<std::uint64_t>& levels);
 
 /// Gives each level the name and elevation at its place in the list. Not journaled.
@@ -66,6 +68,7 @@ QRV_API Result APISetLevelsData(std::uint64_t nHistoryID, const std::vector<std:
 QRV_API Result APISetObjectsLevels(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& objects,
                                    const std::vector<std::uint64_t>& levels);
 
+/// The name and height of a level.
 QRV_API Result APIGetLevelDataReadOnly(std::uint64_t nHistoryID, std::uint64_t level, std::string& name,
                                        double& elevation);
 

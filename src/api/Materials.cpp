@@ -213,7 +213,8 @@ Result APIIsMaterialUsedReadOnly(std::uint64_t nHistoryID, std::uint64_t materia
             });
 }
 
-Result APISetObjectsMaterial(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& objects, std::uint64_t material)
+Result APISetObjectsMaterial(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& objects,
+                             std::uint64_t material)
 {
     return ModifyingCall("APISetObjectsMaterial", nHistoryID, objects, material)
         .Run(

@@ -36,7 +36,8 @@ QRV_API Result APIGetTextureDataReadOnly(std::uint64_t nHistoryID, std::uint64_t
 // --- Materials
 
 /// Makes a material.
-/// @param hScale, vScale      width and height of the texture in the model; sound from 1e-12 up where there is a texture
+/// @param hScale, vScale      width and height of the texture in the model; sound from 1e-12 up where there is a
+/// texture
 /// @param textureID           `INVALID_ID` for none
 /// @param identifier          the host's own
 /// @param additionalData      values of the host's own; may be null
@@ -54,6 +55,7 @@ QRV_API Result APICreateMaterialWithTexture(std::uint64_t nHistoryID, const Colo
                                             const StringPairs* additionalData, const TexturePairs* additionalTextures,
                                             const std::string& textureName);
 
+/// Gives a material another colour.
 QRV_API Result APISetMaterialColor(std::uint64_t nHistoryID, std::uint64_t material, const Color& color);
 
 /// Changes a material. What is null stays as it is; lists are replaced.
@@ -63,6 +65,7 @@ QRV_API Result APISetMaterialData(std::uint64_t nHistoryID, std::uint64_t materi
                                   const std::string* identifier, const StringPairs* additionalData,
                                   const TexturePairs* additionalTextures);
 
+/// Gives a material another texture in another size.
 /// @param textureID  `INVALID_ID` takes the texture away
 QRV_API Result APISetMaterialTexture(std::uint64_t nHistoryID, std::uint64_t material, double hScale, double vScale,
                                      std::uint64_t textureID);
@@ -83,7 +86,8 @@ QRV_API Result APIIsMaterialUsedReadOnly(std::uint64_t nHistoryID, std::uint64_t
 QRV_API Result APISetObjectsMaterial(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& objects,
                                      std::uint64_t material);
 
-/// @param material  the object's own; `INVALID_ID` for none
+/// The material that an object was given itself, not by its faces or its body.
+/// @param material  `INVALID_ID` for none
 QRV_API Result APIGetObjectMaterialReadOnly(std::uint64_t nHistoryID, std::uint64_t object, std::uint64_t& material);
 
 /// Gives the backs of faces a material.
@@ -91,7 +95,8 @@ QRV_API Result APIGetObjectMaterialReadOnly(std::uint64_t nHistoryID, std::uint6
 QRV_API Result APISetFaceBacksideMaterial(std::uint64_t nHistoryID, const std::vector<std::uint64_t>& faces,
                                           std::uint64_t material);
 
-/// @param nMaterialID  that of the back of the face; `INVALID_ID` for none
+/// The material of the back of a face.
+/// @param nMaterialID  `INVALID_ID` for none
 QRV_API Result APIGetFaceBacksideMaterialReadOnly(std::uint64_t nHistoryID, std::uint64_t nFaceID,
                                                   std::uint64_t& nMaterialID);
 } // namespace QRV

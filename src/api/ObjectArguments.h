@@ -28,7 +28,8 @@ bool FindOptionalArgument(const History& history, std::uint64_t nID, T*& pObject
 
 /// Appends the objects that the ids name, in order. False at the first that FindArgument does not find.
 template <class T>
-bool FindArguments(const History& history, const std::vector<std::uint64_t>& aIDs, std::vector<T*>& aObjects, Result& result)
+bool FindArguments(const History& history, const std::vector<std::uint64_t>& aIDs, std::vector<T*>& aObjects,
+                   Result& result)
 {
     aObjects.reserve(aObjects.size() + aIDs.size());
     for (const std::uint64_t nID : aIDs)
@@ -44,7 +45,8 @@ bool FindArguments(const History& history, const std::vector<std::uint64_t>& aID
 /// The same for what is to be dressed: any objects but attributes, and but those of the classes `Barred`, which others
 /// belong to.
 template <class... Barred>
-bool FindBearers(const History& history, const std::vector<std::uint64_t>& aIDs, std::vector<Object*>& aObjects, Result& result)
+bool FindBearers(const History& history, const std::vector<std::uint64_t>& aIDs, std::vector<Object*>& aObjects,
+                 Result& result)
 {
     if (!FindArguments(history, aIDs, aObjects, result))
         return false;

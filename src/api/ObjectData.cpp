@@ -42,8 +42,8 @@ Result APIGetObjectPropertiesReadOnly(std::uint64_t nHistoryID, std::uint64_t ob
 }
 
 Result APICreateStringAttribute(std::uint64_t nHistoryID, const std::string& key, const std::string& value,
-                                const std::vector<std::uint64_t>& objects, std::uint64_t& attribute,
-                                nCopyBehavior copy, bool split)
+                                const std::vector<std::uint64_t>& objects, std::uint64_t& attribute, nCopyBehavior copy,
+                                bool split)
 {
     return ModifyingCall("APICreateStringAttribute", nHistoryID, key, value, objects, Out{attribute}, copy, split)
         .Run(

@@ -19,7 +19,7 @@ namespace QRV
 QRV_API Result APISetObjectProperties(std::uint64_t nHistoryID, std::uint64_t object, const std::string& name,
                                       bool reportArea, const std::vector<std::uint64_t>* levels = nullptr);
 
-/// Empty and false for an object that was given none.
+/// The name of an object and the mark for reports; empty and false for an object that was given none.
 QRV_API Result APIGetObjectPropertiesReadOnly(std::uint64_t nHistoryID, std::uint64_t object, std::string& name,
                                               bool& reportArea);
 
@@ -35,6 +35,7 @@ QRV_API Result APICreateStringAttribute(std::uint64_t nHistoryID, const std::str
 /// Changes the value for all objects that share it.
 QRV_API Result APISetStringAttributeValue(std::uint64_t nHistoryID, std::uint64_t attribute, const std::string& value);
 
+/// The key and value of a keyed value.
 /// @param owners  appended to: the objects that share the value, ascending
 QRV_API Result APIGetStringAttributeKeyValueReadOnly(std::uint64_t nHistoryID, std::uint64_t attribute,
                                                      std::string& key, std::string& value,

@@ -13,8 +13,8 @@ namespace QRV
 /// JPEG and PNG are known by their first bytes. Gives nOK, nTextureBadSize (fewer than 8 bytes) or nTextureBadFormat.
 Result::nResultType CheckBitmapFormat(std::string_view data);
 
-/// Encoded images by number, with counts of their references. Equal images are one, told by a hash of 64 bits alone. The
-/// bytes mean nothing here. Numbers are never given out twice.
+/// Encoded images by number, with counts of their references. Equal images are one, told by a hash of 64 bits alone.
+/// The bytes mean nothing here. Numbers are never given out twice.
 class BitmapStore
 {
 public:

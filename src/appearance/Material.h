@@ -20,12 +20,12 @@ public:
     static constexpr Result::nResultType kBadAttribute = Result::nMaterialBadAttribute;
     static constexpr auto Fields()
     {
-        return std::make_tuple(
-            Saved("color", &Material::m_color), Saved("hscale", &Material::m_dHScale),
-            Saved("vscale", &Material::m_dVScale), Saved("texture", &Material::m_pTexture).Since(4),
-            Saved("name", &Material::m_sName).Since(12), Saved("identifier", &Material::m_sIdentifier).Since(12),
-            Saved("additionaldata", &Material::m_aAdditionalData).Since(12),
-            Saved("additionaltextures", &Material::m_aAdditionalTextures).Since(12));
+        return std::make_tuple(Saved("color", &Material::m_color), Saved("hscale", &Material::m_dHScale),
+                               Saved("vscale", &Material::m_dVScale), Saved("texture", &Material::m_pTexture).Since(4),
+                               Saved("name", &Material::m_sName).Since(12),
+                               Saved("identifier", &Material::m_sIdentifier).Since(12),
+                               Saved("additionaldata", &Material::m_aAdditionalData).Since(12),
+                               Saved("additionaltextures", &Material::m_aAdditionalTextures).Since(12));
     }
 
     /// Textures of the model under keys of the host's own.

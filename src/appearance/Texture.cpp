@@ -131,7 +131,8 @@ void UpdateTextureOwners(const Object& user, const std::vector<Texture*>& aBefor
             pTexture->AddOwner(user);
 }
 
-std::size_t CheckTextureOwners(const Object& user, const std::vector<Texture*>& aTextures, std::vector<Result>& aResults)
+std::size_t CheckTextureOwners(const Object& user, const std::vector<Texture*>& aTextures,
+                               std::vector<Result>& aResults)
 {
     std::size_t nFindings = 0;
     for (const Texture* pTexture : aTextures)

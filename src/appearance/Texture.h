@@ -63,5 +63,6 @@ extern template class NamedObjectOf<Texture>;
 /// owner, those that it shows have it. The lists may hold nulls and repeat themselves.
 void UpdateTextureOwners(const Object& user, const std::vector<Texture*>& aBefore, const std::vector<Texture*>& aAfter);
 /// A finding for each texture that does not know the object that shows it.
-std::size_t CheckTextureOwners(const Object& user, const std::vector<Texture*>& aTextures, std::vector<Result>& aResults);
+std::size_t CheckTextureOwners(const Object& user, const std::vector<Texture*>& aTextures,
+                               std::vector<Result>& aResults);
 } // namespace QRV

@@ -87,7 +87,10 @@ public:
         return m_aWrittenBitmaps.insert(bitmap.GetIndex()).second;
     }
     BitmapReference GetBitmapRead(std::uint64_t nNumber) const override;
-    void SetBitmapRead(std::uint64_t nNumber, const BitmapReference& bitmap) override { m_mapReadBitmaps[nNumber] = bitmap; }
+    void SetBitmapRead(std::uint64_t nNumber, const BitmapReference& bitmap) override
+    {
+        m_mapReadBitmaps[nNumber] = bitmap;
+    }
     std::uint64_t GetHistoryID() const override { return m_header.nHistoryID; }
     bool HasDerivable() const override { return m_header.bDerivable; }
     std::uint64_t MapHistoryID(std::uint64_t nHistoryID) override;

@@ -10,7 +10,8 @@
 
 namespace QRV
 {
-// Where a field names a layer, material or texture, it is the place in the list of the same call, `INVALID_ID` for none.
+// Where a field names a layer, material or texture, it is the place in the list of the same call, `INVALID_ID` for
+// none.
 
 struct TextureData
 {

@@ -3,6 +3,7 @@
 #include "model/Finding.h"
 
 #include <algorithm>
+#include <array>
 
 namespace QRV
 {
@@ -51,7 +52,7 @@ private:
             if (!pObject)
                 continue;
             m_nFindings += pObject->CheckValidity(m_aResults);
-            ++m_mapCounts[pObject->GetType()];
+            ++m_aCounts[pObject->GetType()];
             if (pObject->GetReferencedHistoryID() != INVALID_ID)
                 aReferences.push_back(pObject->GetReferencedHistoryID());
         }
@@ -84,9 +85,9 @@ private:
     void CheckTrees()
     {
         const TopologyTrees& trees = m_history.m_trees.GetMain();
-        CheckTree(trees.m_faces, m_mapCounts[nFaceType], Result::nHistoryBadFaceTree);
-        CheckTree(trees.m_edges, m_mapCounts[nEdgeType], Result::nHistoryBadEdgeTree);
-        CheckTree(trees.m_vertices, m_mapCounts[nVertexType], Result::nHistoryBadVertexTree);
+        CheckTree(trees.m_faces, m_aCounts[nFaceType], Result::nHistoryBadFaceTree);
+        CheckTree(trees.m_edges, m_aCounts[nEdgeType], Result::nHistoryBadEdgeTree);
+        CheckTree(trees.m_vertices, m_aCounts[nVertexType], Result::nHistoryBadVertexTree);
     }
 
     void CheckReusableIDs()
@@ -99,7 +100,7 @@ private:
     template <class T>
     void CheckSet(Result::nResultType nType)
     {
-        if (m_history.GetSearchSet<T>().size() != m_mapCounts[T::kType])
+        if (m_history.GetSearchSet<T>().size() != m_aCounts[T::kType])
             ReportHistory(nType);
     }
 
@@ -109,7 +110,7 @@ private:
         CheckSet<Texture>(Result::nHistoryBadTextureSet);
         CheckSet<Level>(Result::nHistoryBadLevelSet);
         CheckSet<Layer>(Result::nHistoryBadLayerSet);
-        if (m_mapCounts[nGeneratedGeometryInformationType] > 1)
+        if (m_aCounts[nGeneratedGeometryInformationType] > 1)
             ReportHistory(Result::nHistoryManyGeneratedInfo);
     }
 
@@ -213,7 +214,7 @@ private:
     const History& m_history;
     std::vector<Result>& m_aResults;
     std::size_t m_nFindings = 0;
-    std::map<nObjectType, std::size_t> m_mapCounts; ///< live objects of each class
+    std::array<std::size_t, nPointMeshType + 1> m_aCounts{}; ///< live objects of each class
 };
 
 std::size_t History::CheckAllValidity(std::vector<Result>& aResults)

@@ -9,8 +9,8 @@ namespace QRV
 {
 /// The live objects of one class in an order of their own; `Order` tells any two of them apart.
 ///
-/// An object is out of the set while the values change that its place rests on. It keeps its node meanwhile: coming back
-/// asks for no memory, so undo cannot fail.
+/// An object is out of the set while the values change that its place rests on. It keeps its node meanwhile: coming
+/// back asks for no memory, so undo cannot fail.
 template <class T, class Order>
 class SearchSet
 {

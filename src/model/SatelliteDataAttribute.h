@@ -16,10 +16,10 @@ public:
     static constexpr auto Fields()
     {
         using Self = SatelliteDataAttribute;
-        return std::make_tuple(
-            Saved("latitude", &Self::m_dLatitude), Saved("longitud", &Self::m_dLongitude),
-            Saved("latitudeSpan", &Self::m_dLatitudeSpan), Saved("longitudSpan", &Self::m_dLongitudeSpan),
-            Saved("pixelWidth", &Self::m_nPixelWidth), Saved("pixelHeight", &Self::m_nPixelHeight));
+        return std::make_tuple(Saved("latitude", &Self::m_dLatitude), Saved("longitud", &Self::m_dLongitude),
+                               Saved("latitudeSpan", &Self::m_dLatitudeSpan),
+                               Saved("longitudSpan", &Self::m_dLongitudeSpan),
+                               Saved("pixelWidth", &Self::m_nPixelWidth), Saved("pixelHeight", &Self::m_nPixelHeight));
     }
 
     using PixelSize = std::array<std::uint64_t, 2>;

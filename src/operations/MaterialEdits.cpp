@@ -24,7 +24,8 @@ bool CheckScales(double dHScale, double dVScale, Result& result)
 }
 } // namespace
 
-Texture* CreateTexture(History& history, std::string_view bitmap, bool bUseAlpha, const std::string& sName, Result& result)
+Texture* CreateTexture(History& history, std::string_view bitmap, bool bUseAlpha, const std::string& sName,
+                       Result& result)
 {
     if (!CheckBitmap(bitmap, result))
         return nullptr;

@@ -8,9 +8,11 @@
 namespace QRV
 {
 /// Null with the code of `CheckBitmapFormat` or `nOutOfMemory`.
-Texture* CreateTexture(History& history, std::string_view bitmap, bool bUseAlpha, const std::string& sName, Result& result);
+Texture* CreateTexture(History& history, std::string_view bitmap, bool bUseAlpha, const std::string& sName,
+                       Result& result);
 /// A null name leaves the name alone. Changes nothing with a code of `CheckBitmapFormat`.
-void SetTextureData(Texture& texture, std::string_view bitmap, bool bUseAlpha, const std::string* pName, Result& result);
+void SetTextureData(Texture& texture, std::string_view bitmap, bool bUseAlpha, const std::string* pName,
+                    Result& result);
 
 /// What a host says of a material. What is null stays as it is; a texture that is null goes.
 struct MaterialSettings

@@ -35,7 +35,8 @@ void SetObjectProperties(Object& object, const std::string& sName, bool bReportA
 }
 
 StringAttribute* CreateStringAttribute(History& history, const std::string& sKey, const std::string& sValue,
-                                       const std::vector<Object*>& aObjects, nCopyBehavior nCopy, bool bSplit, Result& result)
+                                       const std::vector<Object*>& aObjects, nCopyBehavior nCopy, bool bSplit,
+                                       Result& result)
 {
     const auto isTaken = [&](const Object* pObject) { return CarriesKey(*pObject, sKey); };
     if (sKey.empty() || nCopy > nCopyOwn || std::ranges::any_of(aObjects, isTaken))

@@ -51,8 +51,9 @@ TEST(DressCalls, GiveBackWhatTheyTook)
     const StringPairs aData{{"gloss", "high"}};
     const TexturePairs aTextures{{"bump", model.nTexture}};
     const std::string sName = "oak";
-    EXPECT_TRUE(APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 5, 6, model.nTexture, &sName, nullptr, &aData,
-                                   &aTextures).IsGood());
+    EXPECT_TRUE(
+        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 5, 6, model.nTexture, &sName, nullptr, &aData, &aTextures)
+            .IsGood());
     Color color;
     double dH = 0;
     double dV = 0;
@@ -61,8 +62,9 @@ TEST(DressCalls, GiveBackWhatTheyTook)
     std::string sIdentifier;
     StringPairs aGot;
     TexturePairs aGotTextures;
-    EXPECT_TRUE(APIGetMaterialDataReadOnly(h, model.nPaint, color, dH, dV, nTexture, &sGot, &sIdentifier, &aGot,
-                                           &aGotTextures).IsGood());
+    EXPECT_TRUE(
+        APIGetMaterialDataReadOnly(h, model.nPaint, color, dH, dV, nTexture, &sGot, &sIdentifier, &aGot, &aGotTextures)
+            .IsGood());
     EXPECT_EQ(std::tie(dH, dV, nTexture, sGot, aGot, aGotTextures),
               std::tuple(5.0, 6.0, model.nTexture, sName, aData, aTextures));
     EXPECT_EQ(color, (Color{1, 2, 3, 4}));
@@ -243,8 +245,10 @@ TEST(DressCalls, KeepOneRecordOfWhereAHistoryComesFrom)
     const TestModel model;
     const std::uint64_t h = model.GetID();
     std::string s[4];
-    EXPECT_EQ(APIGetOstrelModelInformationReadOnly(h, s[0], s[1], s[2], s[3]).GetErrorCode(), Result::nHistoryNoOstrelInfo);
-    EXPECT_EQ(APIGetHalyxFamilyInformationReadOnly(h, s[0], s[1], s[2], s[3]).GetWarningCode(), Result::nHistoryNoHalyxInfo);
+    EXPECT_EQ(APIGetOstrelModelInformationReadOnly(h, s[0], s[1], s[2], s[3]).GetErrorCode(),
+              Result::nHistoryNoOstrelInfo);
+    EXPECT_EQ(APIGetHalyxFamilyInformationReadOnly(h, s[0], s[1], s[2], s[3]).GetWarningCode(),
+              Result::nHistoryNoHalyxInfo);
     EXPECT_TRUE(APISetOstrelModelInformation(h, "n", "1", "2", "3").IsGood());
     EXPECT_TRUE(APIGetOstrelModelInformationReadOnly(h, s[0], s[1], s[2], s[3]).IsGood());
     EXPECT_EQ(s[0] + s[1] + s[2] + s[3], "n123");
@@ -297,14 +301,17 @@ TEST(DressCalls, AreJournaledWithTheirLists)
     APICreateTexture(h, MakeJPEG('\x80'), true, n, "a");
     EXPECT_EQ(journal.ReadOn(), "    QRV.APICreateTexture(mainHistID, [255,216,128,0,1,2,3,4], true, \"a\");\n");
     APICreateMaterial(h, {1, 2, 3, 4}, 1, 0.5, INVALID_ID, n, "m", "i", nullptr, nullptr);
-    EXPECT_EQ(journal.ReadOn(), "    QRV.APICreateMaterial(mainHistID, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
-                                "1.0, 0.5, QRV.INVALID_ID, \"m\", \"i\", undefined, undefined);\n");
+    EXPECT_EQ(journal.ReadOn(),
+              "    QRV.APICreateMaterial(mainHistID, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
+              "1.0, 0.5, QRV.INVALID_ID, \"m\", \"i\", undefined, undefined);\n");
     APISetMaterialData(h, 1, {1, 2, 3, 4}, 1, 0.5, 0, nullptr, nullptr, &aData, &aTextures);
-    EXPECT_EQ(journal.ReadOn(), "    QRV.APISetMaterialData(mainHistID, 1, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
-                                "1.0, 0.5, 0, undefined, undefined, [{\"first\":\"k\",\"second\":\"v\"}], "
-                                "[{\"first\":\"t\",\"second\":1}]);\n");
+    EXPECT_EQ(journal.ReadOn(),
+              "    QRV.APISetMaterialData(mainHistID, 1, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
+              "1.0, 0.5, 0, undefined, undefined, [{\"first\":\"k\",\"second\":\"v\"}], "
+              "[{\"first\":\"t\",\"second\":1}]);\n");
     APISetSatelliteData(h, 7, {1, 2}, {3, 4}, {5, 6});
-    EXPECT_EQ(journal.ReadOn(), "    QRV.APISetSatelliteData(mainHistID, 7, QRV.Geom.Vector2d(1, 2), QRV.Geom.Vector2d(3, 4), [5,6]);\n");
+    EXPECT_EQ(journal.ReadOn(),
+              "    QRV.APISetSatelliteData(mainHistID, 7, QRV.Geom.Vector2d(1, 2), QRV.Geom.Vector2d(3, 4), [5,6]);\n");
     APISetLevelsData(h, {}, {});
     EXPECT_EQ(journal.ReadOn(), "");
 }

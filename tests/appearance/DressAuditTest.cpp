@@ -70,13 +70,16 @@ TEST(DressAudit, FindsTheOneThingThatIsBroken)
         {[&] { TakeOut(level); }, {Result::nHistoryBadLevelSet, Result::nLevelNotInSet}},
         {[&] { wallpaper.SetScales(1.0, 1e-13); }, {Result::nMaterialBadData}},
         {[&] { ForceOn<MaterialAttribute>(paint); }, {Result::nMaterialBadAttribute}},
-        {[&] { ForceOn<MaterialAttribute>(wallpaper); }, {Result::nMaterialBadAttribute, Result::nMaterialManyAttributes}},
+        {[&] { ForceOn<MaterialAttribute>(wallpaper); },
+         {Result::nMaterialBadAttribute, Result::nMaterialManyAttributes}},
         {[&] { ForceOn<LayerAttribute>(layer); }, {Result::nLayerManyAttributes}},
         {[&] { ForceOn<LevelAttribute>(level); }, {Result::nLevelManyAttributes}},
-        {[&] { face.AddAttribute(&history.Create<MaterialAttribute>(paint), true); }, {Result::nMaterialAttributeBadMaterial}},
+        {[&] { face.AddAttribute(&history.Create<MaterialAttribute>(paint), true); },
+         {Result::nMaterialAttributeBadMaterial}},
         {[&] { face.AddAttribute(&history.Create<LayerAttribute>(layer), true); }, {Result::nLayerAttributeBadLayer}},
         {[&] { face.AddAttribute(&history.Create<LevelAttribute>(level), true); }, {Result::nLevelAttributeBadLevel}},
-        {[&] { history.Create<StringAttribute>("", "", nCopyOwn, true).AddToSearch(); }, {Result::nStringAttributeEmptyKey}},
+        {[&] { history.Create<StringAttribute>("", "", nCopyOwn, true).AddToSearch(); },
+         {Result::nStringAttributeEmptyKey}},
         {[&]
          {
              for (int n = 0; n < 2; ++n)

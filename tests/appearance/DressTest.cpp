@@ -10,6 +10,7 @@ namespace QRV
 namespace
 {
 using IDs = std::vector<std::uint64_t>;
+using LevelPairs = std::vector<std::pair<std::string, double>>;
 
 /// The sets of the History hold just what lives, in order, and each object finds its like as a plain loop does.
 template <class T>
@@ -57,47 +58,52 @@ public:
         const std::string sName(1, char('a' + Pick(3)));
         const Color color{std::uint8_t(Pick(2)), 0, 0, 255};
         const std::array<Point3d, 4> aCorners{Point3d(double(Pick(2)), 0, 0)};
-        switch (Pick(22))
-        {
-        case 0: APICreateTexture(h, MakeJPEG(char(Pick(3))), Pick(2), n, sName); break;
-        case 1: APISetTextureData(h, Any(nTextureType), MakeJPEG(char(Pick(3))), Pick(2), &sName); break;
-        case 2: APICreateMaterial(h, color, 1, 1, Any(nTextureType), n, sName, "", nullptr, nullptr); break;
-        case 3:
-        {
-            const TexturePairs aMore{{"bump", Any(nTextureType)}, {"gloss", Any(nTextureType)}};
-            APISetMaterialData(h, Any(nMaterialType), color, 1, 1, Any(nTextureType), &sName, nullptr, nullptr,
-                               Pick(2) ? &aMore : nullptr);
-            break;
-        }
-        case 4: APISetMaterialTexture(h, Any(nMaterialType), 1, 1, INVALID_ID); break;
-        case 5: APISetObjectsMaterial(h, {Any(nFaceType), Any(nBodyType)}, Any(nMaterialType)); break;
-        case 6: APISetObjectsMaterial(h, {Any(nFaceType)}, INVALID_ID); break;
-        case 7: APISetFaceBacksideMaterial(h, {Any(nFaceType)}, Any(nMaterialType)); break;
-        case 8: APICreateLayer(h, sName, Pick(2), n); break;
-        case 9: APISetLayerData(h, Any(nLayerType), sName, Pick(2)); break;
-        case 10:
-            APIAddRemoveObjectsLayers(h, {Any(nLayerType)}, {Any(nLayerType)}, {Any(nEdgeType), Any(nFaceType)});
-            break;
-        case 11:
-        {
-            IDs aMade;
-            APICreateLevelObjects(h, {{sName, double(Pick(3))}, {sName, double(Pick(3))}}, aMade);
-            break;
-        }
-        case 12: APISetLevelsData(h, {Any(nLevelType)}, {{sName, double(Pick(3))}}); break;
-        case 13: APISetObjectsLevels(h, {Any(nBodyType)}, {Any(nLevelType), Any(nLevelType)}); break;
-        case 14: APICreateStringAttribute(h, sName, sName, {Any(nEdgeType)}, n, nCopyOwn, Pick(2)); break;
-        case 15: APISetStringAttributeValue(h, Any(nStringAttributeType), sName); break;
-        case 16: APICreateImageObject(h, sName, Any(nTextureType), 1, true, aCorners, n); break;
-        case 17: APISetImageData(h, Any(nImageType), sName, Pick(2) ? Any(nTextureType) : INVALID_ID, 1, true, aCorners); break;
-        case 18: APISetSatelliteData(h, Any(nImageType), {1, 2}, {3, double(Pick(3))}, {4, 5}); break;
-        case 19: APIMoveImage(h, Any(nImageType), int(Pick(5)) - 2); break;
-        case 20:
-            DeleteOne(Any(std::array{nMaterialType, nLayerType, nLevelType, nImageType, nStringAttributeType}[Pick(5)]));
-            break;
-        default:
-            APIConnectPoint3ds(h, GetFrames()[1](double(Pick(9)) / 4, -1, 2), GetFrames()[1](double(Pick(9)) / 4, 3, 2));
-        }
+        const std::vector<char> aBytes = MakeJPEG(char(Pick(3)));
+        const IDs aOnLayers{Any(nEdgeType), Any(nFaceType)};
+        const LevelPairs aLevels{{sName, double(Pick(3))}, {sName, double(Pick(3))}};
+        const TexturePairs aMore{{"bump", Any(nTextureType)}, {"gloss", Any(nTextureType)}};
+        const std::uint64_t nTexture = Any(nTextureType);
+        const std::uint64_t nMaterial = Any(nMaterialType);
+        const std::uint64_t nLayer = Any(nLayerType);
+        const std::uint64_t nFace = Any(nFaceType);
+        const std::uint64_t nImage = Any(nImageType);
+        const bool b = Pick(2);
+        IDs aMade;
+        const std::function<void()> aActs[] = {
+            [&] { APICreateTexture(h, aBytes, b, n, sName); },
+            [&] { APISetTextureData(h, nTexture, aBytes, b, &sName); },
+            [&] { APICreateMaterial(h, color, 1, 1, nTexture, n, sName, "", nullptr, nullptr); },
+            [&] {
+                APISetMaterialData(h, nMaterial, color, 1, 1, nTexture, &sName, nullptr, nullptr, b ? &aMore : nullptr);
+            },
+            [&] { APISetMaterialTexture(h, nMaterial, 1, 1, INVALID_ID); },
+            [&] {
+                APISetObjectsMaterial(h, {nFace, Any(nBodyType)}, nMaterial);
+            },
+            [&] { APISetObjectsMaterial(h, {nFace}, INVALID_ID); },
+            [&] { APISetFaceBacksideMaterial(h, {nFace}, nMaterial); },
+            [&] { APICreateLayer(h, sName, b, n); },
+            [&] { APISetLayerData(h, nLayer, sName, b); },
+            [&] { APIAddRemoveObjectsLayers(h, {nLayer}, {Any(nLayerType)}, aOnLayers); },
+            [&] { APICreateLevelObjects(h, aLevels, aMade); },
+            [&] { APISetLevelsData(h, {Any(nLevelType)}, aLevels); },
+            [&] {
+                APISetObjectsLevels(h, {Any(nBodyType)}, {Any(nLevelType), Any(nLevelType)});
+            },
+            [&] { APICreateStringAttribute(h, sName, sName, {Any(nEdgeType)}, n, nCopyOwn, b); },
+            [&] { APISetStringAttributeValue(h, Any(nStringAttributeType), sName); },
+            [&] { APICreateImageObject(h, sName, nTexture, 1, true, aCorners, n); },
+            [&] { APISetImageData(h, nImage, sName, b ? nTexture : INVALID_ID, 1, true, aCorners); },
+            [&] {
+                APISetSatelliteData(h, nImage, {1, 2}, {3, double(Pick(3))}, {4, 5});
+            },
+            [&] { APIMoveImage(h, nImage, int(Pick(5)) - 2); },
+            [&] {
+                DeleteOne({nMaterial, nLayer, nImage, Any(nLevelType), Any(nStringAttributeType)});
+            },
+            [&] { DrawOverTheBox(); },
+        };
+        aActs[Pick(std::size(aActs))]();
     }
     std::uint64_t Pick(std::uint64_t nCount) { return m_random() % nCount; }
 
@@ -107,10 +113,17 @@ private:
         const IDs aIDs = m_model.GetIDs(nType);
         return aIDs.empty() ? INVALID_ID : aIDs[Pick(aIDs.size())];
     }
-    void DeleteOne(std::uint64_t nID)
+    void DeleteOne(const IDs& aIDs)
     {
+        const std::uint64_t nID = aIDs[Pick(aIDs.size())];
         if (nID != INVALID_ID)
             Delete(m_model, {nID});
+    }
+    void DrawOverTheBox()
+    {
+        const Frame& frame = GetFrames()[1];
+        const double dFrom = double(Pick(9)) / 4;
+        m_model.Line(frame(dFrom, -1, 2), frame(double(Pick(9)) / 4, 3, 2));
     }
 
     DressedModel& m_model;
@@ -138,10 +151,17 @@ TEST(Dress, StaysSoundAndCountedThroughRandomCallsUndoAndRedo)
         {
             switch (dresser.Pick(8))
             {
-            case 0: APIUndoHistory(h, dresser.Pick(2)); break;
-            case 1: APIRedoHistory(h); break;
-            case 2: APIDeleteAllRedoHistory(h, true); break;
-            default: dresser.Act();
+            case 0:
+                APIUndoHistory(h, dresser.Pick(2));
+                break;
+            case 1:
+                APIRedoHistory(h);
+                break;
+            case 2:
+                APIDeleteAllRedoHistory(h, true);
+                break;
+            default:
+                dresser.Act();
             }
             ExpectSound(model);
             ExpectBitmapsCounted();
@@ -216,23 +236,36 @@ TEST(Dress, IsRefusedWhereAnIDOrANumberIsBad)
         [&] { return APICreateMaterial(h, color, 1, 1, nFace, n, s, s, nullptr, nullptr); },
         [&] { return APICreateMaterial(h, color, dNone, 1, INVALID_ID, n, s, s, nullptr, nullptr); },
         [&] { return APICreateMaterial(h, color, 1, 1, INVALID_ID, n, s, s, nullptr, &aNoTexture); },
-        [&] { return APICreateMaterialWithTexture(h, color, 1, INFINITY, MakeJPEG('x'), true, n, s, s, nullptr, nullptr, s); },
+        [&] {
+            return APICreateMaterialWithTexture(h, color, 1, INFINITY, MakeJPEG('x'), true, n, s, s, nullptr, nullptr,
+                                                s);
+        },
         [&] { return APISetMaterialColor(h, nFace, color); },
         [&] { return APISetMaterialData(h, model.nPaint, color, 1, dNone, INVALID_ID, &s, &s, nullptr, nullptr); },
         [&] { return APISetMaterialTexture(h, model.nPaint, 1, 1, nGone); },
-        [&] { return APISetObjectsMaterial(h, {nFace, nGone}, model.nWallpaper); },
+        [&] {
+            return APISetObjectsMaterial(h, {nFace, nGone}, model.nWallpaper);
+        },
         [&] { return APISetObjectsMaterial(h, aFace, nFace); },
         [&] { return APISetObjectsMaterial(h, {model.nPaint}, model.nWallpaper); },
         [&] { return APISetObjectsMaterial(h, {nAttribute}, model.nWallpaper); },
         [&] { return APISetFaceBacksideMaterial(h, {model.nBody}, model.nWallpaper); },
         [&] { return APISetTextureData(h, model.nPaint, MakeJPEG('x'), true, nullptr); },
-        [&] { return APISetLayersDisplayed(h, {model.nLayer, nFace}, false); },
+        [&] {
+            return APISetLayersDisplayed(h, {model.nLayer, nFace}, false);
+        },
         [&] { return APIAddObjectsLayers(h, {nFace}, aFace); },
         [&] { return APIAddObjectsLayers(h, {model.nLayer}, {nGone}); },
         [&] { return APIRemoveObjectsLayers(h, {model.nLayer}, {model.nLayer}); },
-        [&] { return APICreateLevelObjects(h, {{"good", 1.0}, {"bad", dNone}}, a); },
-        [&] { return APISetLevelsData(h, {model.nLevel, nFace}, {{"x", 5.0}, {"y", 6.0}}); },
-        [&] { return APISetObjectsLevels(h, {model.nBody, nFace}, {model.nLevel}); },
+        [&] {
+            return APICreateLevelObjects(h, {{"good", 1.0}, {"bad", dNone}}, a);
+        },
+        [&] {
+            return APISetLevelsData(h, {model.nLevel, nFace}, {{"x", 5.0}, {"y", 6.0}});
+        },
+        [&] {
+            return APISetObjectsLevels(h, {model.nBody, nFace}, {model.nLevel});
+        },
         [&] { return APISetObjectsLevels(h, {model.nBody}, {nFace}); },
         [&] { return APISetObjectProperties(h, nFace, s, true, &aFace); },
         [&] { return APICreateImageObject(h, s, nFace, 1, true, aCorners, n); },
@@ -240,12 +273,19 @@ TEST(Dress, IsRefusedWhereAnIDOrANumberIsBad)
         [&] { return APISetImageData(h, model.nImage, s, nGone, 1, true, aCorners); },
         [&] { return APIRemoveSatelliteData(h, model.nImage); },
         [&] { return APICreateStringAttribute(h, "", s, aFace, n, nCopyOwn, true); },
-        [&] { return APICreateStringAttribute(h, "k", s, {nFace, nGone}, n, nCopyOwn, true); },
+        [&] {
+            return APICreateStringAttribute(h, "k", s, {nFace, nGone}, n, nCopyOwn, true);
+        },
         [&] { return APICreateStringAttribute(h, "k", s, aFace, n, nCopyBehavior(3), true); },
-        [&] { return APICreateStringAttribute(h, "fire class", s, {model.aFaces[2], nFace}, n, nCopyOwn, true); },
+        [&] {
+            return APICreateStringAttribute(h, "fire class", s, {model.aFaces[2], nFace}, n, nCopyOwn, true);
+        },
         [&] { return APISetStringAttributeValue(h, nAttribute, s); },
         [&] { return APISetEdgesOrVerticesMarkedSmooth(h, {nGone}, true); },
-        [&] { return APISetLocalCoordinateSystem(h, Transf3d::projectOn(Plane(Point3d(), UnitVector3d::kZDir), Vector3d())); },
+        [&] {
+            return APISetLocalCoordinateSystem(h,
+                                               Transf3d::projectOn(Plane(Point3d(), UnitVector3d::kZDir), Vector3d()));
+        },
     };
     for (std::size_t i = 0; i < std::size(aCalls); ++i)
     {
@@ -253,15 +293,28 @@ TEST(Dress, IsRefusedWhereAnIDOrANumberIsBad)
         ExpectRefused(model, Result::nBadInput, aCalls[i]);
     }
     EXPECT_TRUE(a.empty());
-    ExpectRefused(model, Result::nTextureBadSize, [&] { return APICreateTexture(h, {'\xFF', '\xD8', 0, 0, 0, 0, 0}, true, n, s); });
-    ExpectRefused(model, Result::nTextureBadFormat, [&] { return APICreateTexture(h, std::vector<char>(100, 'x'), true, n, s); });
+    ExpectRefused(model, Result::nTextureBadSize,
+                  [&] {
+                      return APICreateTexture(h, {'\xFF', '\xD8', 0, 0, 0, 0, 0}, true, n, s);
+                  });
     ExpectRefused(model, Result::nTextureBadFormat,
-                  [&] { return APICreateImageObjectWithTexture(h, s, 1, true, aCorners, std::vector<char>(8, 'x'), n, s); });
+                  [&] { return APICreateTexture(h, std::vector<char>(100, 'x'), true, n, s); });
+    ExpectRefused(
+        model, Result::nTextureBadFormat,
+        [&] { return APICreateImageObjectWithTexture(h, s, 1, true, aCorners, std::vector<char>(8, 'x'), n, s); });
     ExpectRefused(model, Result::nImageTextureAndSatellite,
-                  [&] { return APISetSatelliteData(h, model.nImage, {1, 2}, {3, 4}, {5, 6}); });
-    ExpectRefused(model, Result::nImageTextureAndSatellite,
-                  [&] { return APICreateSatelliteImageObject(h, s, model.nTexture, 1, true, aCorners, {1, 2}, {3, 4}, {5, 6}, n); });
-    ExpectRefused(model, Result::nCaughtException, [&] { return APISetLevelsData(h, {model.nLevel, model.nLevel}, {{"x", 5.0}}); });
+                  [&] {
+                      return APISetSatelliteData(h, model.nImage, {1, 2}, {3, 4}, {5, 6});
+                  });
+    ExpectRefused(
+        model, Result::nImageTextureAndSatellite,
+        [&] {
+            return APICreateSatelliteImageObject(h, s, model.nTexture, 1, true, aCorners, {1, 2}, {3, 4}, {5, 6}, n);
+        });
+    ExpectRefused(model, Result::nCaughtException,
+                  [&] {
+                      return APISetLevelsData(h, {model.nLevel, model.nLevel}, {{"x", 5.0}});
+                  });
     ExpectBitmapsCounted();
 }
 } // namespace QRV

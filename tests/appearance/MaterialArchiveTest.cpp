@@ -80,7 +80,8 @@ TEST(MaterialArchive, ReadsEveryMemberOfEachClassThatItWrote)
 {
     const DressedModel model;
     const StringPairs aData{{"gloss", "high"}, {"", ""}};
-    APISetMaterialData(model.GetID(), model.nPaint, {1, 2, 3, 4}, 0.0, 5.0, INVALID_ID, nullptr, nullptr, &aData, nullptr);
+    APISetMaterialData(model.GetID(), model.nPaint, {1, 2, 3, 4}, 0.0, 5.0, INVALID_ID, nullptr, nullptr, &aData,
+                       nullptr);
     History& history = model.GetHistory();
     const auto& paint = *history.Get<Material>(model.nPaint);
     const auto& image = *history.Get<Image>(model.nImage);
@@ -88,30 +89,34 @@ TEST(MaterialArchive, ReadsEveryMemberOfEachClassThatItWrote)
     const auto& layer = *history.Get<Layer>(model.nLayer);
     const auto& level = *history.Get<Level>(model.nLevel);
     const std::string strData = SaveAll({&paint, &image, &keyed, &layer, &level});
-    InStep(model,
-           [&](History&)
-           {
-               auto& newPaint = history.Create<Material>();
-               auto& newImage = history.Create<Image>(0);
-               auto& newKeyed = history.Create<StringAttribute>("", "", nCopyNone, false);
-               auto& newLayer = history.Create<Layer>("", false);
-               auto& newLevel = history.Create<Level>("", 1.0);
-               BinaryFormatter archive{std::string_view(strData)};
-               archive.SetHistory(&history);
-               const std::pair<Object*, const Object*> aPairs[] = {
-                   {&newPaint, &paint}, {&newImage, &image}, {&newKeyed, &keyed}, {&newLayer, &layer}, {&newLevel, &level}};
-               for (const auto& [pNew, pOld] : aPairs)
-               {
-                   ASSERT_TRUE(pNew->Load(archive)) << pNew->GetName();
-                   ObjectPairing pairing;
-                   // A scale of nothing is read as 1.
-                   EXPECT_EQ(pNew->IsEquivalent(*pOld, pairing), pOld != &paint) << pNew->GetName();
-               }
-               EXPECT_EQ(archive.GetReadPosition(), strData.size());
-               EXPECT_EQ(newPaint.GetHScale(), 1.0);
-               EXPECT_EQ(newPaint.GetAdditionalData(), aData);
-           },
-           nEnd::nRollBack);
+    InStep(
+        model,
+        [&](History&)
+        {
+            auto& newPaint = history.Create<Material>();
+            auto& newImage = history.Create<Image>(0);
+            auto& newKeyed = history.Create<StringAttribute>("", "", nCopyNone, false);
+            auto& newLayer = history.Create<Layer>("", false);
+            auto& newLevel = history.Create<Level>("", 1.0);
+            BinaryFormatter archive{std::string_view(strData)};
+            archive.SetHistory(&history);
+            const std::pair<Object*, const Object*> aPairs[] = {{&newPaint, &paint},
+                                                                {&newImage, &image},
+                                                                {&newKeyed, &keyed},
+                                                                {&newLayer, &layer},
+                                                                {&newLevel, &level}};
+            for (const auto& [pNew, pOld] : aPairs)
+            {
+                ASSERT_TRUE(pNew->Load(archive)) << pNew->GetName();
+                ObjectPairing pairing;
+                // A scale of nothing is read as 1.
+                EXPECT_EQ(pNew->IsEquivalent(*pOld, pairing), pOld != &paint) << pNew->GetName();
+            }
+            EXPECT_EQ(archive.GetReadPosition(), strData.size());
+            EXPECT_EQ(newPaint.GetHScale(), 1.0);
+            EXPECT_EQ(newPaint.GetAdditionalData(), aData);
+        },
+        nEnd::nRollBack);
     ExpectSound(model);
 }
 
@@ -121,7 +126,8 @@ TEST(MaterialArchive, NamesWhatComesFromBeforeThereWereNames)
     InStep(model,
            [&](History& history)
            {
-               auto& texture = history.Create<Texture>(BitmapReference(std::string(MakeJPEG('q').data(), 8)), true, "new");
+               auto& texture =
+                   history.Create<Texture>(BitmapReference(std::string(MakeJPEG('q').data(), 8)), true, "new");
                auto& material = history.Create<Material>();
                texture.AddToSearch();
                material.AddToSearch();

@@ -56,7 +56,8 @@ Dress DressBox(TestModel& model)
     dress.nLevel = aLevels.front();
     ExpectGood(APISetObjectsLevels(h, {dress.nBody}, aLevels));
     ExpectGood(APISetObjectProperties(h, model.GetIDs(nEdgeType).front(), "ridge", true));
-    ExpectGood(APICreateStringAttribute(h, "fire class", "F90", {dress.aFaces[0], dress.aFaces[1]}, dress.nKeyed, nCopyShared, true));
+    ExpectGood(APICreateStringAttribute(h, "fire class", "F90", {dress.aFaces[0], dress.aFaces[1]}, dress.nKeyed,
+                                        nCopyShared, true));
     const std::array<Point3d, 4> aCorners{Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)};
     ExpectGood(APICreateImageObject(h, "plan", dress.nTexture, 0.5f, true, aCorners, dress.nImage));
     return dress;

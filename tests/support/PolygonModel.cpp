@@ -90,8 +90,9 @@ void WriteLinks(std::ostream& text, const Object& object)
     const auto* pAttribute = dynamic_cast<const Attribute*>(&object);
     const auto* pTexture = dynamic_cast<const Texture*>(&object);
     text << " of";
-    for (const std::uint64_t nOwner :
-         pAttribute ? pAttribute->GetOwnerIDs() : pTexture ? pTexture->GetOwnerIDs() : SharedIDSet())
+    for (const std::uint64_t nOwner : pAttribute ? pAttribute->GetOwnerIDs()
+                                      : pTexture ? pTexture->GetOwnerIDs()
+                                                 : SharedIDSet())
         text << ' ' << nOwner;
 }
 
