@@ -3,7 +3,13 @@
 
 set(QRV_PUBLIC_HEADERS
   src/api/API.h
+  src/api/HistoryInformation.h
+  src/api/Images.h
+  src/api/LayersAndLevels.h
+  src/api/Materials.h
+  src/api/ObjectData.h
   src/appearance/Color.h
+  src/frame/DataRecords.h
   src/frame/Export.h
   src/frame/GroupInstancePath.h
   src/frame/Ids.h

@@ -22,7 +22,12 @@
 #include <QRV/Export.h>
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
+#include <QRV/HistoryInformation.h>
 #include <QRV/Ids.h>
+#include <QRV/Images.h>
+#include <QRV/LayersAndLevels.h>
+#include <QRV/Materials.h>
+#include <QRV/ObjectData.h>
 #include <QRV/ObjectTypes.h>
 #include <QRV/Result.h>
 

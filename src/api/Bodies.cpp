@@ -2,28 +2,17 @@
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
+#include "operations/ObjectCreation.h"
 
 #include <QRV/API.h>
-
-#include <new>
 
 namespace QRV
 {
 Result APICreateEmptyBody(std::uint64_t nHistoryID, std::uint64_t& nBodyID)
 {
     return ModifyingCall("APICreateEmptyBody", nHistoryID, Out{nBodyID})
-        .Run(
-            [&](History& history, Result& result)
-            {
-                try
-                {
-                    nBodyID = history.Create<Body>().GetID();
-                }
-                catch (const std::bad_alloc&)
-                {
-                    result.SetErrorCode(Result::nOutOfMemory);
-                }
-            });
+        .Run([&](History& history, Result& result)
+             { GiveID(TryCreate<Body>(history, result, Result::nOutOfMemory), nBodyID); });
 }
 
 Result APIAddFaceComponentToBody(std::uint64_t nHistoryID, std::uint64_t nFaceID, std::uint64_t nBodyID)

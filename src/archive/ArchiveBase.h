@@ -82,6 +82,15 @@ public:
     bool WriteFilteredObjects(const std::vector<Object*>& aObjects, const char* pName) override;
     bool SavesDerivable() const override { return m_bSaveDerivable; }
     void AddReferencedHistory(std::uint64_t nHistoryID) override { m_aReferencedHistories.insert(nHistoryID); }
+    bool NoteBitmapWritten(const BitmapReference& bitmap) override
+    {
+        return m_aWrittenBitmaps.insert(bitmap.GetIndex()).second;
+    }
+    BitmapReference GetBitmapRead(std::uint64_t nNumber) const override;
+    void SetBitmapRead(std::uint64_t nNumber, const BitmapReference& bitmap) override
+    {
+        m_mapReadBitmaps[nNumber] = bitmap;
+    }
     std::uint64_t GetHistoryID() const override { return m_header.nHistoryID; }
     bool HasDerivable() const override { return m_header.bDerivable; }
     std::uint64_t MapHistoryID(std::uint64_t nHistoryID) override;
@@ -108,6 +117,8 @@ private:
     unsigned m_nDepth = 0;
     HistoryIDMap* m_pHistoryIDMap = nullptr;
     std::set<std::uint64_t> m_aReferencedHistories;
+    std::set<std::uint64_t> m_aWrittenBitmaps;
+    std::map<std::uint64_t, BitmapReference> m_mapReadBitmaps;
     bool m_bSaveDerivable;
     ObjectSet m_aExcludedObjects;
     ObjectMap m_mapVertexSubstitutes;

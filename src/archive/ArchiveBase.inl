@@ -101,6 +101,13 @@ std::uint64_t ArchiveBase_T<Formatter>::MapHistoryID(std::uint64_t nHistoryID)
     return nNewID;
 }
 
+template <class Formatter>
+BitmapReference ArchiveBase_T<Formatter>::GetBitmapRead(std::uint64_t nNumber) const
+{
+    const auto it = m_mapReadBitmaps.find(nNumber);
+    return it == m_mapReadBitmaps.end() ? BitmapReference() : it->second;
+}
+
 inline Object* FindSubstitute(const ObjectMap& map, const Object* pObject)
 {
     const auto it = map.find(pObject);

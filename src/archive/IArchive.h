@@ -1,6 +1,8 @@
 /// The stream of named values through which objects save and load themselves.
 #pragma once
 
+#include "appearance/BitmapStore.h"
+
 #include <QRV/Color.h>
 #include <QRV/Geometry.h>
 #include <QRV/Ids.h>
@@ -47,6 +49,8 @@ public:
     virtual bool SavesDerivable() const = 0;
     /// A History that a saved object refers to, to be saved behind this one.
     virtual void AddReferencedHistory(std::uint64_t nHistoryID) = 0;
+    /// Whether the bytes of a bitmap are to be written here: each bitmap's once in an archive.
+    virtual bool NoteBitmapWritten(const BitmapReference& bitmap) = 0;
 
     /// Lists are resized to their count, the tail behind a failed element staying zero. A count of more elements than
     /// the data can hold fails too, and leaves the list empty when it is above 65,536.
@@ -74,6 +78,9 @@ public:
 
     /// The History id in the header read.
     virtual std::uint64_t GetHistoryID() const = 0;
+    /// The bitmap that the data read calls by a number; none for a number that has not come yet.
+    virtual BitmapReference GetBitmapRead(std::uint64_t nNumber) const = 0;
+    virtual void SetBitmapRead(std::uint64_t nNumber, const BitmapReference& bitmap) = 0;
     /// Whether the data read holds derivable fields.
     virtual bool HasDerivable() const = 0;
     /// The id under which a referenced History is known after a load.

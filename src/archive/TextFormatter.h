@@ -39,6 +39,8 @@ public:
     bool WriteFloat(float f, const char* pName) override;
     bool WriteID(std::uint64_t nID, const char* pName) override;
     bool WriteBool(bool b, const char* pName) override;
+    /// Bitmaps are no reading for people.
+    bool NoteBitmapWritten(const BitmapReference&) override { return false; }
 
     bool ReadColors(std::vector<Color>&) override { return true; }
     bool ReadUInts(std::vector<std::uint32_t>&) override { return true; }

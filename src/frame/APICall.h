@@ -37,10 +37,16 @@ public:
         m_pType = pType;
         return *this;
     }
+    CallName& Unjournaled()
+    {
+        m_bJournaled = false;
+        return *this;
+    }
 
     const char* m_pName;
     const char* m_pJournalName;
     const char* m_pType = nullptr;
+    bool m_bJournaled = true;
 };
 
 template <class... Arguments>
@@ -58,7 +64,7 @@ void EmptyResults(const Arguments&... arguments)
 template <class... Arguments>
 void EnterCall(const CallName& name, const char* pType, HistoryArgument history, const Arguments&... arguments)
 {
-    if (HistoryRegistry::Get().GetJournal().IsEnabled())
+    if (name.m_bJournaled && HistoryRegistry::Get().GetJournal().IsEnabled())
         WriteJournalCall({.nKind = history.m_bPresent ? nJournalCallKind::nOneHistory : nJournalCallKind::nNoHistory,
                           .pName = name.m_pJournalName,
                           .pType = name.m_pType ? name.m_pType : pType,

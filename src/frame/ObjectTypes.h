@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -59,6 +60,14 @@ enum nFileType : std::uint32_t
     nFileTypeSolidDef = 11
 };
 
+/// How a copy of an object treats an attribute of it.
+enum nCopyBehavior : std::uint32_t
+{
+    nCopyNone = 0,   ///< the copy goes without it
+    nCopyShared = 1, ///< all copies that one operation makes share one attribute
+    nCopyOwn = 2     ///< each copy gets its own
+};
+
 /// How the faces at an edge, or the edges of an object, are bent. The values are bits, so that they serve as a mask.
 enum nConvexity : std::uint64_t
 {
@@ -96,4 +105,9 @@ enum nModelChangeType : std::int32_t
 
 /// Hits of a picking query in order: the parameter along the ray, and the index of the hit in the list of ids.
 using SortedHits = std::vector<std::pair<double, std::ptrdiff_t>>;
+
+/// Keys and values of the host's own.
+using StringPairs = std::vector<std::pair<std::string, std::string>>;
+/// Textures, by id, under keys of the host's own.
+using TexturePairs = std::vector<std::pair<std::string, std::uint64_t>>;
 } // namespace QRV

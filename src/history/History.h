@@ -3,6 +3,7 @@
 
 #include "history/ObjectHistory.h"
 #include "history/ReusableIDs.h"
+#include "history/SearchSets.h"
 #include "history/SearchTrees.h"
 #include "model/BodyBoxMemo.h"
 #include "model/OuterSideMemo.h"
@@ -124,6 +125,17 @@ public:
     void AwaitSearch(const Edge& edge);
     void AwaitSearch(const Face& face);
     void ClearTemporaryTrees() noexcept;
+    /// All live objects of a class that is found by content.
+    template <class T>
+    auto& GetSearchSet()
+    {
+        return m_sets.Get<T>();
+    }
+    template <class T>
+    const auto& GetSearchSet() const
+    {
+        return m_sets.Get<T>();
+    }
     BodyBoxMemo& GetBodyBoxMemo() { return m_bodyBoxes; }
     OuterSideMemo& GetOuterSides() { return m_outerSides; }
     Interval3d GetBox();
@@ -190,6 +202,7 @@ private:
     std::uint64_t m_nNextDeltaID = 1;
     std::uint64_t m_nActiveDeltaIdx = INVALID_ID;
     SearchTrees m_trees;
+    SearchSets m_sets;
     std::vector<std::uint64_t> m_aAwaitingEdges;
     std::vector<std::uint64_t> m_aAwaitingFaces;
     BodyBoxMemo m_bodyBoxes;

@@ -3,6 +3,7 @@
 #include "model/Finding.h"
 
 #include <algorithm>
+#include <array>
 
 namespace QRV
 {
@@ -18,6 +19,7 @@ public:
         CheckObjects(aReferences);
         CheckTrees();
         CheckReusableIDs();
+        CheckSets();
         CheckDeltas();
         CheckDeltaOrder();
         CheckRecords();
@@ -50,21 +52,9 @@ private:
             if (!pObject)
                 continue;
             m_nFindings += pObject->CheckValidity(m_aResults);
-            switch (pObject->GetType())
-            {
-            case nVertexType:
-                ++m_nVertices;
-                break;
-            case nEdgeType:
-                ++m_nEdges;
-                break;
-            case nFaceType:
-                ++m_nFaces;
-                break;
-            default:
-                if (pObject->GetReferencedHistoryID() != INVALID_ID)
-                    aReferences.push_back(pObject->GetReferencedHistoryID());
-            }
+            ++m_aCounts[pObject->GetType()];
+            if (pObject->GetReferencedHistoryID() != INVALID_ID)
+                aReferences.push_back(pObject->GetReferencedHistoryID());
         }
     }
 
@@ -95,9 +85,9 @@ private:
     void CheckTrees()
     {
         const TopologyTrees& trees = m_history.m_trees.GetMain();
-        CheckTree(trees.m_faces, m_nFaces, Result::nHistoryBadFaceTree);
-        CheckTree(trees.m_edges, m_nEdges, Result::nHistoryBadEdgeTree);
-        CheckTree(trees.m_vertices, m_nVertices, Result::nHistoryBadVertexTree);
+        CheckTree(trees.m_faces, m_aCounts[nFaceType], Result::nHistoryBadFaceTree);
+        CheckTree(trees.m_edges, m_aCounts[nEdgeType], Result::nHistoryBadEdgeTree);
+        CheckTree(trees.m_vertices, m_aCounts[nVertexType], Result::nHistoryBadVertexTree);
     }
 
     void CheckReusableIDs()
@@ -105,6 +95,23 @@ private:
         for (const std::uint64_t nID : m_history.m_reusableIDs.Get())
             if (nID >= m_history.m_objects.Size())
                 Report(Result::nBadReuseID, nullptr);
+    }
+
+    template <class T>
+    void CheckSet(Result::nResultType nType)
+    {
+        if (m_history.GetSearchSet<T>().size() != m_aCounts[T::kType])
+            ReportHistory(nType);
+    }
+
+    void CheckSets()
+    {
+        CheckSet<Material>(Result::nHistoryBadMaterialSet);
+        CheckSet<Texture>(Result::nHistoryBadTextureSet);
+        CheckSet<Level>(Result::nHistoryBadLevelSet);
+        CheckSet<Layer>(Result::nHistoryBadLayerSet);
+        if (m_aCounts[nGeneratedGeometryInformationType] > 1)
+            ReportHistory(Result::nHistoryManyGeneratedInfo);
     }
 
     void CheckDeltas()
@@ -207,9 +214,7 @@ private:
     const History& m_history;
     std::vector<Result>& m_aResults;
     std::size_t m_nFindings = 0;
-    std::size_t m_nVertices = 0;
-    std::size_t m_nEdges = 0;
-    std::size_t m_nFaces = 0;
+    std::array<std::size_t, nPointMeshType + 1> m_aCounts{}; ///< live objects of each class
 };
 
 std::size_t History::CheckAllValidity(std::vector<Result>& aResults)

@@ -140,6 +140,7 @@ void HistoryRegistry::DeleteAllHistories(Result& result)
     m_pLastFound = nullptr;
     auto mapDying = std::move(m_mapHistories);
     m_mapHistories.clear();
+    m_bitmaps.Clear(); // now, for callbacks may make Histories with bitmaps of their own
     // Also when a callback throws. Ids that callbacks gave to Histories of their own are passed over then.
     struct StartOver
     {

@@ -1,6 +1,7 @@
 /// The one process-wide object.
 #pragma once
 
+#include "appearance/BitmapStore.h"
 #include "frame/ProgressHooks.h"
 #include "history/History.h"
 #include "journal/JournalingState.h"
@@ -30,6 +31,7 @@ public:
     /// Appends the start and every History above or below it, breadth first, each once.
     void GetReachable(std::uint64_t nID, bool bUpward, std::vector<std::uint64_t>& aIDs) const;
 
+    BitmapStore& GetBitmaps() { return m_bitmaps; }
     JournalingState& GetJournal() { return m_journal; }
     ProgressHooks& GetProgressHooks() { return m_progressHooks; }
     const std::function<void(const ModelChangeData&)>& GetModelChangedCallback() const
@@ -47,6 +49,7 @@ private:
     std::uint64_t FindFreeID() const;
     void AnnounceEnd(History& history) const;
 
+    BitmapStore m_bitmaps; ///< outlives the Histories, whose textures release into it
     std::map<std::uint64_t, std::unique_ptr<History>> m_mapHistories;
     std::uint64_t m_nNextHistoryID = 0;
     mutable History* m_pLastFound = nullptr; ///< most calls ask for the same one again

@@ -22,6 +22,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -41,6 +43,8 @@ QRV_API nlohmann::json ToJSON(std::uint64_t nID);
 QRV_API nlohmann::json ToJSON(double dValue);
 QRV_API nlohmann::json ToJSON(float fValue);
 QRV_API nlohmann::json ToJSON(const std::string& strValue);
+/// A byte, 0 to 255.
+QRV_API nlohmann::json ToJSON(char value);
 QRV_API nlohmann::json ToJSON(const Point2d& value);
 QRV_API nlohmann::json ToJSON(const Vector2d& value);
 QRV_API nlohmann::json ToJSON(const Point3d& value);
@@ -72,6 +76,8 @@ QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, std:
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, double& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, float& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, std::string& out, bool optional);
+/// A byte, -128 to 255.
+QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, char& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Point2d& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Vector2d& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Point3d& out, bool optional);
@@ -173,6 +179,34 @@ struct from_json_impl<std::vector<T>>
                 return false;
             out[i] = std::move(element);
         }
+        return true;
+    }
+};
+
+template <class T, std::size_t kCount>
+struct to_json_impl<std::array<T, kCount>>
+{
+    static nlohmann::json f(const std::array<T, kCount>& aValues)
+    {
+        nlohmann::json array = nlohmann::json::array();
+        for (const T& value : aValues)
+            array.push_back(to_json_impl<T>::f(value));
+        return array;
+    }
+};
+
+/// From an array of just so many elements.
+template <class T, std::size_t kCount>
+struct from_json_impl<std::array<T, kCount>>
+{
+    static bool f(const nlohmann::json& source, const std::string& key, std::array<T, kCount>& out, bool optional)
+    {
+        if (!FindJSONValue(source, key))
+            return optional;
+        std::vector<T> aValues;
+        if (!from_json_impl<std::vector<T>>::f(source, key, aValues, false) || aValues.size() != kCount)
+            return false;
+        std::move(aValues.begin(), aValues.end(), out.begin());
         return true;
     }
 };

@@ -3,6 +3,7 @@
 #include "geometry/NumberText.h"
 
 #include <QRV/JSONConversion.h>
+#include <QRV/ObjectTypes.h>
 
 #include <initializer_list>
 
@@ -107,6 +108,11 @@ std::string JournalText(const GroupInstancePath& value)
     return Dump(to_json_impl<GroupInstancePath>::f(value));
 }
 
+std::string JournalText(const Color& value)
+{
+    return Dump(to_json_impl<Color>::f(value));
+}
+
 template <class T>
 std::string JournalText(const std::vector<T>& aValues)
 {
@@ -117,4 +123,17 @@ template std::string JournalText(const std::vector<std::uint64_t>&);
 template std::string JournalText(const std::vector<ObjectHistoryID>&);
 template std::string JournalText(const std::vector<Point3d>&);
 template std::string JournalText(const std::vector<Plane>&);
+template std::string JournalText(const std::vector<char>&);
+template std::string JournalText(const StringPairs&);
+template std::string JournalText(const TexturePairs&);
+template std::string JournalText(const std::vector<std::pair<std::string, double>>&);
+
+template <class T, std::size_t kCount>
+std::string JournalText(const std::array<T, kCount>& aValues)
+{
+    return Dump(to_json_impl<std::array<T, kCount>>::f(aValues));
+}
+
+template std::string JournalText(const std::array<Point3d, 4>&);
+template std::string JournalText(const std::array<std::uint64_t, 2>&);
 } // namespace QRV

@@ -1,10 +1,12 @@
 /// The script text of one argument of a journaled call.
 #pragma once
 
+#include <QRV/Color.h>
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
 #include <QRV/Ids.h>
 
+#include <array>
 #include <concepts>
 #include <string>
 #include <type_traits>
@@ -53,10 +55,13 @@ std::string JournalText(const Point2d& value);
 std::string JournalText(const Interval3d& value);
 std::string JournalText(const ObjectHistoryID& value);
 std::string JournalText(const GroupInstancePath& value);
+std::string JournalText(const Color& value);
 
 /// The JSON array of the elements' records. Instantiated in JournalText.cpp for each element type of an exported call.
 template <class T>
 std::string JournalText(const std::vector<T>& aValues);
+template <class T, std::size_t kCount>
+std::string JournalText(const std::array<T, kCount>& aValues);
 
 /// "undefined" for null, else the text of what it points to.
 template <class T>

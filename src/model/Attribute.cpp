@@ -27,7 +27,7 @@ bool Object::HasAttribute(const Attribute* pAttribute) const
 
 bool Object::AddAttribute(Attribute* pAttribute, bool bLink)
 {
-    if (HasAttribute(pAttribute))
+    if (HasAttribute(pAttribute) || (bLink && !AcceptsAttribute(*pAttribute)))
         return false;
     if (bLink)
         RecordChange();

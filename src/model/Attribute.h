@@ -36,7 +36,7 @@ public:
     std::size_t GetTopOwners(std::vector<Object*>& aOwners) const override;
     void GetParents(std::vector<Object*>& aParents, ObjectSet& seen) const override;
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
-    nCopyRule GetCopyRule() const override { return nCopyRule::nShare; }
+    nCopyBehavior GetCopyRule() const override { return nCopyShared; }
 
     /// A part split off an owner takes this attribute along.
     virtual bool IsInherited() const { return true; }

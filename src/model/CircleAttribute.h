@@ -34,7 +34,7 @@ public:
 
     bool IsAnalytic() const override { return true; }
     bool CanMerge(const Object&, const Object&) const override { return false; }
-    nCopyRule GetCopyRule() const override { return nCopyRule::nOwn; }
+    nCopyBehavior GetCopyRule() const override { return nCopyOwn; }
     void Transform(const Transf3d& transform) override;
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 

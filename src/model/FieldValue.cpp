@@ -17,4 +17,20 @@ bool Read(IArchive& archive, Plane& plane)
 {
     return archive.ReadUnitVector3d(plane.normal) && archive.ReadDouble(plane.d);
 }
+
+bool Write(IArchive& archive, const std::array<Point3d, 4>& aPoints, const char* pName)
+{
+    bool bGood = true;
+    for (std::size_t n = 0; n < aPoints.size(); ++n)
+        bGood = bGood && archive.WritePoint3d(aPoints[n], (pName + std::to_string(n)).c_str());
+    return bGood;
+}
+
+bool Read(IArchive& archive, std::array<Point3d, 4>& aPoints)
+{
+    bool bGood = true;
+    for (Point3d& p : aPoints)
+        bGood = bGood && archive.ReadPoint3d(p);
+    return bGood;
+}
 } // namespace QRV::FieldValue

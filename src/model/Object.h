@@ -43,14 +43,6 @@ enum nChange : unsigned
     nMoved = nMovedInBulk | nChangeAnalytic
 };
 
-/// How a copy of an owner treats an attribute.
-enum class nCopyRule
-{
-    nLeave = 0, ///< the copy goes without it
-    nShare = 1, ///< all copies of one operation share one attribute
-    nOwn = 2    ///< each copy of the owner gets its own
-};
-
 /// One thing of the model, with its identity and the attributes that it carries.
 ///
 /// A registered object never moves in memory while any record of it exists. Before a member of a live object
@@ -126,7 +118,10 @@ public:
     virtual bool IsEquivalent(const Object& other, ObjectPairing& pairing) const = 0;
     /// The History whose content this object places in its own; INVALID_ID for all but groups.
     virtual std::uint64_t GetReferencedHistoryID() const { return INVALID_ID; }
-    virtual nCopyRule GetCopyRule() const { return nCopyRule::nOwn; }
+    virtual nCopyBehavior GetCopyRule() const { return nCopyOwn; }
+    /// The object in a History that counts as the same, for what crosses Histories; null when there is none. May make
+    /// what only has to be made on demand.
+    virtual Object* FindEquivalent(History&) const { return nullptr; }
 
     // --- audit
     /// Appends one Result per broken rule of the class; gives their number.
@@ -142,8 +137,10 @@ public:
     bool IsEquivalentWithChildren(const Object& other, bool bStrict) const;
 
     // --- attributes
-    /// False when the attribute is already here. With `bLink` both sides record and know one another.
+    /// False when the attribute is already here. With `bLink` both sides record and know one another, and what the
+    /// class does not accept is refused too.
     bool AddAttribute(Attribute* pAttribute, bool bLink);
+    virtual bool AcceptsAttribute(const Attribute&) const { return true; }
     /// False when this object does not carry it. `bDeleted`: it was the last owner and the attribute died.
     bool RemoveAttribute(Attribute* pAttribute, bool& bDeleted);
     bool HasAttribute(const Attribute* pAttribute) const;
@@ -161,6 +158,17 @@ protected:
     bool LoadBase(IArchive& archive);
     std::size_t GetBaseSizeInBytes(bool bInMemory) const;
     void ReplaceAttributeReferences(const ObjectMap& map);
+    /// Gives a member of this object a value, recording first; nothing for an equal one. Gives whether it changed.
+    template <class Value>
+    bool Assign(Value& member, const Value& value)
+    {
+        if (member == value)
+            return false;
+        Value copy(value); // a copy that fails leaves no change to record
+        RecordChange();
+        std::swap(member, copy);
+        return true;
+    }
 
 private:
     friend class History;

@@ -68,13 +68,15 @@ protected:
     ObjectOf() = default;
     ObjectOf(const ObjectOf&) = default;
 
-private:
-    T& Self() { return static_cast<T&>(*this); }
-    const T& Self() const { return static_cast<const T&>(*this); }
+    /// The fields of one kind, without the base.
     template <nFieldKind kKind>
     bool SaveFields(IArchive& archive) const;
     template <nFieldKind kKind>
     bool LoadFields(IArchive& archive);
+
+private:
+    T& Self() { return static_cast<T&>(*this); }
+    const T& Self() const { return static_cast<const T&>(*this); }
 
     /// Visits the fields of the base and then those of the class, `visit(field)`.
     template <class Visit>

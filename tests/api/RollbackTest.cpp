@@ -1,7 +1,7 @@
 // Every call that changes something is tried with the first, the second, ... allocation refused, till it gets all.
 
+#include "support/DressedModel.h"
 #include "support/FailingAllocator.h"
-#include "support/TestModel.h"
 
 #include <numbers>
 #include <optional>
@@ -51,7 +51,7 @@ struct Case
     const char* pName;
     std::function<void(TestModel&)> setUp;
     std::function<Result(const TestModel&)> call;
-    bool bMakesTopObject = false;
+    Result::nResultType nOutOfMemory = Result::nCaughtException; ///< another code for the same, of calls that make one
     std::size_t nLeastRefusals = 10; ///< a case that does real work asks for memory this often
 };
 
@@ -78,6 +78,7 @@ void TryWithEveryAllocationRefused(const Case& test)
             result = test.call(*model);
         }
         ExpectSound(*model);
+        ExpectBitmapsCounted();
         if (!FailingAllocator::HasFailed())
         {
             EXPECT_TRUE(result.IsGood());
@@ -94,8 +95,7 @@ void TryWithEveryAllocationRefused(const Case& test)
             continue;
         }
         const auto nCode = result.GetErrorCode();
-        EXPECT_TRUE(nCode == Result::nCaughtException || (test.bMakesTopObject && nCode == Result::nOutOfMemory))
-            << result.GetErrorString();
+        EXPECT_TRUE(nCode == Result::nCaughtException || nCode == test.nOutOfMemory) << result.GetErrorString();
         before.ExpectIn(*model);
         if (testing::Test::HasFailure())
             return;
@@ -153,7 +153,8 @@ TEST(Rollback, LeavesNoTraceOfADrawingCallThatMemoryRanOutOn)
     std::uint64_t nBody = INVALID_ID;
 
     const Case aCases[] = {
-        {"a vertex in the air", DrawBox, [&](auto& m) { return APICreateVertex(m.GetID(), At(9, 9), nID); }, false, 3},
+        {"a vertex in the air", DrawBox, [&](auto& m) { return APICreateVertex(m.GetID(), At(9, 9), nID); },
+         Result::nCaughtException, 3},
         {"a vertex on a solid's edge", DrawBox, [&](auto& m) { return APICreateVertex(m.GetID(), At(1, 0, 2), nID); }},
         {"the last edge of a solid", DrawBoxButForOneEdge,
          [&](auto& m) { return APIConnectPoint3ds(m.GetID(), At(0, 0, 2), At(2, 0, 2)); }},
@@ -218,7 +219,8 @@ TEST(Rollback, LeavesNoTraceOfADrawingCallThatMemoryRanOutOn)
              return APICreateCircleOrArcFromPoints(m.GetID(), At(1, 0), At(-1, 0), At(0, 1), aPoints, 0.05, false,
                                                    Transf3d(), 6, false);
          }},
-        {"an empty body", DrawBox, [&](auto& m) { return APICreateEmptyBody(m.GetID(), nID); }, true, 3},
+        {"an empty body", DrawBox, [&](auto& m) { return APICreateEmptyBody(m.GetID(), nID); }, Result::nOutOfMemory,
+         3},
         {"a sheet for a body",
          [&](TestModel& m)
          {
@@ -245,15 +247,20 @@ TEST(Rollback, LeavesTheStepsAsTheyWereWhenMemoryRunsOutOnAJump)
     const auto undone = [&](int n) { return [&drawAndUndo, n](TestModel& model) { drawAndUndo(model, n); }; };
     // Whether a step asks for memory at all is its own affair.
     const Case aCases[] = {
-        {"undo", undone(0), [](auto& m) { return APIUndoHistory(m.GetID()); }, false, 0},
-        {"undo for good", undone(0), [](auto& m) { return APIUndoHistory(m.GetID(), true); }, false, 0},
-        {"redo", undone(5), [](auto& m) { return APIRedoHistory(m.GetID()); }, false, 0},
-        {"undo all", undone(0), [](auto& m) { return APIUndoHistoryToDelta(m.GetID(), INVALID_ID); }, false, 0},
-        {"redo far", undone(14), [](auto& m) { return APIRedoHistoryToDelta(m.GetID(), 12); }, false, 0},
-        {"merge", undone(2), [](auto& m) { return APIMergeDeltas(m.GetID(), 3, 9, true); }, false, 1},
-        {"delete redo", undone(6), [](auto& m) { return APIDeleteAllRedoHistory(m.GetID(), true); }, false, 1},
+        {"undo", undone(0), [](auto& m) { return APIUndoHistory(m.GetID()); }, Result::nCaughtException, 0},
+        {"undo for good", undone(0), [](auto& m) { return APIUndoHistory(m.GetID(), true); }, Result::nCaughtException,
+         0},
+        {"redo", undone(5), [](auto& m) { return APIRedoHistory(m.GetID()); }, Result::nCaughtException, 0},
+        {"undo all", undone(0), [](auto& m) { return APIUndoHistoryToDelta(m.GetID(), INVALID_ID); },
+         Result::nCaughtException, 0},
+        {"redo far", undone(14), [](auto& m) { return APIRedoHistoryToDelta(m.GetID(), 12); }, Result::nCaughtException,
+         0},
+        {"merge", undone(2), [](auto& m) { return APIMergeDeltas(m.GetID(), 3, 9, true); }, Result::nCaughtException,
+         1},
+        {"delete redo", undone(6), [](auto& m) { return APIDeleteAllRedoHistory(m.GetID(), true); },
+         Result::nCaughtException, 1},
         {"delete redo and leave the ids", undone(6), [](auto& m) { return APIDeleteAllRedoHistory(m.GetID(), false); },
-         false, 0},
+         Result::nCaughtException, 0},
     };
     for (const Case& test : aCases)
         TryWithEveryAllocationRefused(test);
@@ -293,6 +300,81 @@ struct Answer
     }
 };
 } // namespace
+
+TEST(Rollback, LeavesNoTraceOfADressingCallThatMemoryRanOutOn)
+{
+    const std::string s = "a name that is too long for the place inside a string";
+    const std::vector<char> aBytes = MakeJPEG('z');
+    const StringPairs aData{{s, s}, {s + "2", s}};
+    const std::array<Point3d, 4> aCorners{};
+    std::uint64_t nID = INVALID_ID;
+    IDs aIDs;
+    aIDs.reserve(100);
+    const std::vector<std::pair<std::string, double>> aLevels{{s, 1.0}, {s, 2.0}};
+    Dress dress;
+    TexturePairs aTextures;
+    IDs aLayers;
+    IDs aBodies;
+    IDs aEdges;
+    const IDs aNone;
+    const auto setUp = [&](TestModel& m)
+    {
+        dress = DressBox(m);
+        aTextures.assign(2, {s, dress.nTexture});
+        aLayers = {dress.nLayer};
+        aBodies = {dress.nBody};
+        aEdges = m.GetIDs(nEdgeType);
+    };
+    constexpr auto kOut = Result::nOutOfMemory;
+    constexpr auto kAny = Result::nCaughtException;
+    const Case aCases[] = {
+        {"a texture", setUp, [&](auto& m) { return APICreateTexture(m.GetID(), aBytes, true, nID, s); }, kOut, 5},
+        {"another image", setUp,
+         [&](auto& m) { return APISetTextureData(m.GetID(), dress.nTexture, aBytes, false, &s); }, kAny, 4},
+        {"a material", setUp,
+         [&](auto& m)
+         { return APICreateMaterialWithTexture(m.GetID(), {}, 1, 1, aBytes, true, nID, s, s, &aData, &aTextures, s); },
+         kOut},
+        {"other material data", setUp,
+         [&](auto& m)
+         { return APISetMaterialData(m.GetID(), dress.nPaint, {}, 2, 2, dress.nTexture, &s, &s, &aData, &aTextures); }},
+        {"a first back", setUp,
+         [&](auto& m) { return APISetFaceBacksideMaterial(m.GetID(), dress.aFaces, dress.nPaint); }},
+        {"another material", setUp,
+         [&](auto& m) { return APISetObjectsMaterial(m.GetID(), dress.aFaces, dress.nWallpaper); }},
+        {"a layer", setUp, [&](auto& m) { return APICreateLayer(m.GetID(), s, true, nID); }, kOut, 4},
+        {"another layer name", setUp, [&](auto& m) { return APISetLayerData(m.GetID(), dress.nLayer, s, false); }, kAny,
+         4},
+        {"on a layer and off", setUp,
+         [&](auto& m) { return APIAddRemoveObjectsLayers(m.GetID(), aLayers, aLayers, dress.aFaces); }},
+        {"levels", setUp, [&](auto& m) { return APICreateLevelObjects(m.GetID(), aLevels, aIDs); }, Result::nBadInput,
+         8},
+        {"off the levels", setUp, [&](auto& m) { return APISetObjectsLevels(m.GetID(), aBodies, aNone); }, kAny, 5},
+        {"a second image", setUp,
+         [&](auto& m) { return APICreateImageObjectWithTexture(m.GetID(), s, 1, true, aCorners, aBytes, nID, s); },
+         kOut},
+        {"an image of the earth", setUp,
+         [&](auto& m) {
+             return APICreateSatelliteImageObject(m.GetID(), s, INVALID_ID, 1, true, aCorners, {1, 2}, {3, 4}, {5, 6},
+                                                  nID);
+         },
+         kOut},
+        {"a keyed value", setUp,
+         [&](auto& m) { return APICreateStringAttribute(m.GetID(), s, s, dress.aFaces, nID, nCopyOwn, true); }},
+        {"another value", setUp, [&](auto& m) { return APISetStringAttributeValue(m.GetID(), dress.nKeyed, s); }, kAny,
+         4},
+        {"properties", setUp, [&](auto& m) { return APISetObjectProperties(m.GetID(), dress.nBody, s, true); }, kAny,
+         5},
+        {"a frame", setUp, [&](auto& m) { return APISetLocalCoordinateSystem(m.GetID(), Transf3d(Point3d(1, 2, 3))); },
+         kAny, 3},
+        {"an origin", setUp, [&](auto& m) { return APISetOstrelModelInformation(m.GetID(), s, s, s, s); }, kAny, 5},
+        {"smooth marks", setUp, [&](auto& m) { return APISetEdgesOrVerticesMarkedSmooth(m.GetID(), aEdges, true); }},
+        {"a line through all that is dressed", setUp,
+         [&](auto& m) { return APIConnectPoint3ds(m.GetID(), At(-1, 1, 2), At(3, 1, 2)); }},
+    };
+    for (const Case& test : aCases)
+        TryWithEveryAllocationRefused(test);
+}
 
 TEST(Rollback, IsNotNeededForAQuestionThatMemoryRanOutOn)
 {

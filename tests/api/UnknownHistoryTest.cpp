@@ -25,6 +25,15 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
     std::vector<UnitVector3d> aNormals;
     std::vector<Point2d> aUVs;
     std::vector<std::pair<std::uint64_t, UnitVector3d>> aVertexNormals;
+    std::uint64_t nCount = 0;
+    float f = 1.0f;
+    std::string s;
+    std::vector<char> aBytes(8);
+    Color color;
+    std::array<Point3d, 4> aCorners;
+    Vector2d place;
+    std::array<std::uint64_t, 2> aPixels{};
+    Transf3d transform;
     const Line3d ray(p, Vector3d(0, 0, 1));
     const Vector3d v(0, 0, 1);
     using Call = std::function<Result(std::uint64_t)>;
@@ -114,6 +123,55 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
         QRV_CALL(APICreateCircleOrArcFromPoints, p, q, p, aPoints, 0.1, true, Transf3d(), 3, true),
         QRV_CALL(APICreateEmptyBody, n),
         QRV_CALL(APIAddFaceComponentToBody, 0, 1),
+        QRV_CALL(APICreateMaterial, color, 1, 1, INVALID_ID, n, s, s, nullptr, nullptr),
+        QRV_CALL(APICreateMaterialWithTexture, color, 1, 1, aBytes, true, n, s, s, nullptr, nullptr, s),
+        QRV_CALL(APISetMaterialColor, 0, color),
+        QRV_CALL(APISetMaterialData, 0, color, 1, 1, INVALID_ID, &s, &s, nullptr, nullptr),
+        QRV_CALL(APISetMaterialTexture, 0, 1, 1, 0),
+        QRV_CALL(APIGetMaterialDataReadOnly, 0, color, d, d, n, nullptr, nullptr, nullptr, nullptr),
+        QRV_CALL(APIIsMaterialUsedReadOnly, 0, b),
+        QRV_CALL(APISetObjectsMaterial, a, 0),
+        QRV_CALL(APIGetObjectMaterialReadOnly, 0, n),
+        QRV_CALL(APISetFaceBacksideMaterial, a, 0),
+        QRV_CALL(APIGetFaceBacksideMaterialReadOnly, 0, n),
+        QRV_CALL(APICreateTexture, aBytes, true, n, s),
+        QRV_CALL(APISetTextureData, 0, aBytes, true, nullptr),
+        QRV_CALL(APIGetTextureDataReadOnly, 0, aBytes, b, nullptr),
+        QRV_CALL(APICreateLayer, s, true, n),
+        QRV_CALL(APISetLayerData, 0, s, true),
+        QRV_CALL(APISetLayersDisplayed, a, true),
+        QRV_CALL(APIGetLayerDataReadOnly, 0, s, b),
+        QRV_CALL(APIAddObjectsLayers, a, a),
+        QRV_CALL(APIRemoveObjectsLayers, a, a),
+        QRV_CALL(APIAddRemoveObjectsLayers, a, a, a),
+        QRV_CALL(APIGetObjectLayersReadOnly, 0, a),
+        QRV_CALL(APICreateLevelObjects, {{"ground", 0.0}}, a),
+        {kUnwritten, [&](std::uint64_t h) { return APISetLevelsData(h, a, {}); }},
+        QRV_CALL(APISetObjectsLevels, a, a),
+        QRV_CALL(APIGetLevelDataReadOnly, 0, s, d),
+        QRV_CALL(APIGetObjectLevelsReadOnly, 0, a),
+        QRV_CALL(APICreateImageObject, s, INVALID_ID, 1, true, aCorners, n),
+        QRV_CALL(APICreateImageObjectWithTexture, s, 1, true, aCorners, aBytes, n, s),
+        QRV_CALL(APICreateSatelliteImageObject, s, INVALID_ID, 1, true, aCorners, place, place, aPixels, n),
+        QRV_CALL(APIMoveImage, 0, 1),
+        QRV_CALL(APISetImageData, 0, s, INVALID_ID, 1, true, aCorners),
+        QRV_CALL(APIGetImageDataReadOnly, 0, s, n, nCount, f, b, aCorners, b),
+        QRV_CALL(APIGetSatelliteDataReadOnly, 0, place, place, aPixels),
+        QRV_CALL(APISetSatelliteData, 0, place, place, aPixels),
+        QRV_CALL(APIRemoveSatelliteData, 0),
+        QRV_CALL(APICreateStringAttribute, "key", s, a, n, nCopyOwn, true),
+        QRV_CALL(APISetStringAttributeValue, 0, s),
+        QRV_CALL(APIGetStringAttributeKeyValueReadOnly, 0, s, s, a),
+        QRV_CALL(APIGetStringAttributesByKeyReadOnly, 0, "key", a),
+        QRV_CALL(APISetObjectProperties, 0, s, true),
+        QRV_CALL(APIGetObjectPropertiesReadOnly, 0, s, b),
+        QRV_CALL(APISetEdgesOrVerticesMarkedSmooth, a, true),
+        QRV_CALL(APIGetLocalCoordinateSystemReadOnly, transform),
+        QRV_CALL(APISetLocalCoordinateSystem, transform),
+        QRV_CALL(APIGetOstrelModelInformationReadOnly, s, s, s, s),
+        QRV_CALL(APISetOstrelModelInformation, s, s, s, s),
+        QRV_CALL(APIGetHalyxFamilyInformationReadOnly, s, s, s, s),
+        QRV_CALL(APISetHalyxFamilyInformation, s, s, s, s),
     };
 #undef QRV_CALL
     Journaled journal(INVALID_ID);

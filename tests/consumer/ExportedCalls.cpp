@@ -14,6 +14,11 @@ namespace
 using ID = std::uint64_t;
 using IDs = std::vector<ID>;
 using Points = std::vector<Point3d>;
+using Text = std::string;
+using Bytes = std::vector<char>;
+using Levels = std::vector<std::pair<std::string, double>>;
+using Corners = std::array<Point3d, 4>;
+using Pixels = std::array<std::uint64_t, 2>;
 using AnyCall = void (*)();
 
 template <class Type, Type* pCall>
@@ -119,6 +124,65 @@ AnyCall g_aCalls[] = {
     Linked<Result(ID, const IDs&, const char*, nFileType, bool, double, const std::vector<ObjectHistoryID>&,
                   const std::vector<ObjectHistoryID>&),
            &APISaveToFileReadOnly>(),
+    Linked<Result(ID, const Color&, double, double, ID, ID&, const Text&, const Text&, const StringPairs*,
+                  const TexturePairs*),
+           &APICreateMaterial>(),
+    Linked<Result(ID, const Color&, double, double, const Bytes&, bool, ID&, const Text&, const Text&,
+                  const StringPairs*, const TexturePairs*, const Text&),
+           &APICreateMaterialWithTexture>(),
+    Linked<Result(ID, ID, const Color&), &APISetMaterialColor>(),
+    Linked<Result(ID, ID, const Color&, double, double, ID, const Text*, const Text*, const StringPairs*,
+                  const TexturePairs*),
+           &APISetMaterialData>(),
+    Linked<Result(ID, ID, double, double, ID), &APISetMaterialTexture>(),
+    Linked<Result(ID, ID, Color&, double&, double&, ID&, Text*, Text*, StringPairs*, TexturePairs*),
+           &APIGetMaterialDataReadOnly>(),
+    Linked<Result(ID, ID, bool&), &APIIsMaterialUsedReadOnly>(),
+    Linked<Result(ID, const IDs&, ID), &APISetObjectsMaterial>(),
+    Linked<Result(ID, ID, ID&), &APIGetObjectMaterialReadOnly>(),
+    Linked<Result(ID, const IDs&, ID), &APISetFaceBacksideMaterial>(),
+    Linked<Result(ID, ID, ID&), &APIGetFaceBacksideMaterialReadOnly>(),
+    Linked<Result(ID, const Bytes&, bool, ID&, const Text&), &APICreateTexture>(),
+    Linked<Result(ID, ID, const Bytes&, bool, const Text*), &APISetTextureData>(),
+    Linked<Result(ID, ID, Bytes&, bool&, Text*), &APIGetTextureDataReadOnly>(),
+    Linked<Result(ID, const Text&, bool, ID&), &APICreateLayer>(),
+    Linked<Result(ID, ID, const Text&, bool), &APISetLayerData>(),
+    Linked<Result(ID, const IDs&, bool), &APISetLayersDisplayed>(),
+    Linked<Result(ID, ID, Text&, bool&, IDs*), &APIGetLayerDataReadOnly>(),
+    Linked<Result(ID, const IDs&, const IDs&), &APIAddObjectsLayers>(),
+    Linked<Result(ID, const IDs&, const IDs&), &APIRemoveObjectsLayers>(),
+    Linked<Result(ID, const IDs&, const IDs&, const IDs&), &APIAddRemoveObjectsLayers>(),
+    Linked<Result(ID, ID, IDs&), &APIGetObjectLayersReadOnly>(),
+    Linked<Result(ID, const Levels&, IDs&), &APICreateLevelObjects>(),
+    Linked<Result(ID, const IDs&, const Levels&), &APISetLevelsData>(),
+    Linked<Result(ID, const IDs&, const IDs&), &APISetObjectsLevels>(),
+    Linked<Result(ID, ID, Text&, double&), &APIGetLevelDataReadOnly>(),
+    Linked<Result(ID, ID, IDs&), &APIGetObjectLevelsReadOnly>(),
+    Linked<Result(ID, const Text&, ID, float, bool, const Corners&, ID&), &APICreateImageObject>(),
+    Linked<Result(ID, const Text&, float, bool, const Corners&, const Bytes&, ID&, const Text&),
+           &APICreateImageObjectWithTexture>(),
+    Linked<Result(ID, const Text&, ID, float, bool, const Corners&, const Vector2d&, const Vector2d&, const Pixels&,
+                  ID&),
+           &APICreateSatelliteImageObject>(),
+    Linked<Result(ID, ID, int), &APIMoveImage>(),
+    Linked<Result(ID, ID, const Text&, ID, float, bool, const Corners&), &APISetImageData>(),
+    Linked<Result(ID, ID, Text&, ID&, ID&, float&, bool&, Corners&, bool&), &APIGetImageDataReadOnly>(),
+    Linked<Result(ID, ID, Vector2d&, Vector2d&, Pixels&), &APIGetSatelliteDataReadOnly>(),
+    Linked<Result(ID, ID, const Vector2d&, const Vector2d&, const Pixels&), &APISetSatelliteData>(),
+    Linked<Result(ID, ID), &APIRemoveSatelliteData>(),
+    Linked<Result(ID, const Text&, const Text&, const IDs&, ID&, nCopyBehavior, bool), &APICreateStringAttribute>(),
+    Linked<Result(ID, ID, const Text&), &APISetStringAttributeValue>(),
+    Linked<Result(ID, ID, Text&, Text&, IDs&), &APIGetStringAttributeKeyValueReadOnly>(),
+    Linked<Result(ID, ID, const Text&, IDs&), &APIGetStringAttributesByKeyReadOnly>(),
+    Linked<Result(ID, ID, const Text&, bool, const IDs*), &APISetObjectProperties>(),
+    Linked<Result(ID, ID, Text&, bool&), &APIGetObjectPropertiesReadOnly>(),
+    Linked<Result(ID, const IDs&, bool), &APISetEdgesOrVerticesMarkedSmooth>(),
+    Linked<Result(ID, Transf3d&), &APIGetLocalCoordinateSystemReadOnly>(),
+    Linked<Result(ID, const Transf3d&), &APISetLocalCoordinateSystem>(),
+    Linked<Result(ID, Text&, Text&, Text&, Text&), &APIGetOstrelModelInformationReadOnly>(),
+    Linked<Result(ID, const Text&, const Text&, const Text&, const Text&), &APISetOstrelModelInformation>(),
+    Linked<Result(ID, Text&, Text&, Text&, Text&), &APIGetHalyxFamilyInformationReadOnly>(),
+    Linked<Result(ID, const Text&, const Text&, const Text&, const Text&), &APISetHalyxFamilyInformation>(),
 };
 
 bool AreDistinct()
@@ -143,6 +207,10 @@ bool TakesDefaults(ID nHistory)
     APIMergeDeltas(nHistory);
     APIRayFireReadOnly(nHistory, Line3d(), aIDs, 0.0, true, true, true, 1.0);
     APIComputeAreaReadOnly(nHistory, nID, dSize);
+    Text sName;
+    bool bFlag = false;
+    APIGetLayerDataReadOnly(nHistory, nID, sName, bFlag);
+    APISetObjectProperties(nHistory, nID, sName, bFlag);
     return !APIComputeVolumeReadOnly(nHistory, nID, dSize).IsGood();
 }
 

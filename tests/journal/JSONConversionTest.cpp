@@ -210,4 +210,21 @@ TEST(JSONConversion, CarriesValuesThatOnlyTheHostKnows)
     utils::any value;
     EXPECT_FALSE(Read(json::parse("{}"), value));
 }
+
+TEST(JSONConversion, WritesBytesWithoutSignAndTakesThemWithEither)
+{
+    const std::vector<char> aBytes{0, 127, '\x80', '\xFF'};
+    EXPECT_EQ(to_json_impl<std::vector<char>>::f(aBytes).dump(), "[0,127,128,255]");
+    std::vector<char> aRead;
+    EXPECT_TRUE(Read(json::parse("[0,127,-128,255]"), aRead));
+    EXPECT_EQ(aRead, aBytes);
+    for (const char* pBad : {"[256]", "[-129]", "[\"a\"]", "[true]", "[1e300]", "[null]"})
+        EXPECT_FALSE(Read(json::parse(pBad), aRead)) << pBad;
+
+    std::array<std::uint64_t, 2> pair{7, 7};
+    EXPECT_TRUE(Read(json::parse("[1,4294967295]"), pair));
+    EXPECT_EQ(pair, (std::array<std::uint64_t, 2>{1, INVALID_ID}));
+    for (const char* pBad : {"[1]", "[1,2,3]", "3", "[1,\"a\"]"})
+        EXPECT_FALSE(Read(json::parse(pBad), pair)) << pBad;
+}
 } // namespace QRV

@@ -1,5 +1,6 @@
 #include "support/PolygonModel.h"
 
+#include "archive/TextFormatter.h"
 #include "history/HistoryRegistry.h"
 
 #include <algorithm>
@@ -71,6 +72,28 @@ void WriteContents(std::ostream& text, const Object& object)
     }
     else if (const auto* pBody = dynamic_cast<const Body*>(&object))
         WriteList(text, pBody->GetLumps());
+    else
+    {
+        text << '\n';
+        TextFormatter archive(text, false, 1);
+        object.Save(archive);
+    }
+}
+
+/// What it carries, and what carries it.
+void WriteLinks(std::ostream& text, const Object& object)
+{
+    std::vector<Attribute*> aAttributes;
+    object.GetAttributes(aAttributes);
+    text << " with";
+    WriteList(text, aAttributes);
+    const auto* pAttribute = dynamic_cast<const Attribute*>(&object);
+    const auto* pTexture = dynamic_cast<const Texture*>(&object);
+    text << " of";
+    for (const std::uint64_t nOwner : pAttribute ? pAttribute->GetOwnerIDs()
+                                      : pTexture ? pTexture->GetOwnerIDs()
+                                                 : SharedIDSet())
+        text << ' ' << nOwner;
 }
 
 std::size_t CountTreeEntries(History& history)
@@ -82,7 +105,10 @@ std::size_t CountTreeEntries(History& history)
     trees.m_vertices.GetElements(aVertices);
     trees.m_edges.GetElements(aEdges);
     trees.m_faces.GetElements(aFaces);
-    return aVertices.size() + aEdges.size() + aFaces.size();
+    return aVertices.size() + aEdges.size() + aFaces.size() + history.GetSearchSet<Material>().size() +
+           history.GetSearchSet<Texture>().size() + history.GetSearchSet<Layer>().size() +
+           history.GetSearchSet<Level>().size() + history.GetSearchSet<StringAttribute>().size() +
+           history.GetSearchSet<Image>().size();
 }
 } // namespace
 
@@ -224,6 +250,7 @@ std::string Describe(const History& history)
         {
             text << nID << ' ' << pObject->GetName();
             WriteContents(text, *pObject);
+            WriteLinks(text, *pObject);
             text << '\n';
         }
     return text.str();
