@@ -110,9 +110,10 @@ private:
     /// Whether a face in the plane has a coedge that runs as the new face's would. Notes the shells met.
     bool IsSideFilled()
     {
+        std::vector<Coedge*> aCoedges;
         for (const auto& [pEdge, bForward] : m_path)
         {
-            std::vector<Coedge*> aCoedges;
+            aCoedges.clear();
             pEdge->GetCoedges(aCoedges);
             m_bSeveralFacesOnEdge = m_bSeveralFacesOnEdge || aCoedges.size() >= 2;
             for (const Coedge* pCoedge : aCoedges)
@@ -205,9 +206,10 @@ private:
 
     void NoteShellsAtVertices()
     {
+        std::vector<Face*> aFaces;
         for (const auto& step : m_path)
         {
-            std::vector<Face*> aFaces;
+            aFaces.clear();
             GetStart(step)->GetFaces(aFaces);
             for (const Face* pFace : aFaces)
                 NoteShell(*pFace);
@@ -257,12 +259,12 @@ private:
     void JoinShell(Face& face)
     {
         Body* pBody = m_pShell->GetBody();
-        if (m_bSeveralShells)
-            m_pShell->AddFaces({&face});
-        else
-            m_pShell->AddFaces(GetShelllessAround(face));
+        const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : GetShelllessAround(face);
+        m_pShell->AddFaces(aJoining);
         if (pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge))
             pBody->Rebuild(false);
+        if (aJoining.size() > 1)
+            RebuildBranchedBodies({face.GetShell()->GetFaces().begin(), face.GetShell()->GetFaces().end()});
     }
 
     /// The face and all that hang together with it over edges and have no shell yet.
@@ -270,13 +272,15 @@ private:
     {
         std::vector<Face*> aFaces{&face};
         ObjectSet seen{&face};
+        std::vector<Edge*> aEdges;
+        std::vector<Face*> aNeighbours;
         for (std::size_t i = 0; i < aFaces.size(); ++i)
         {
-            std::vector<Edge*> aEdges;
+            aEdges.clear();
             aFaces[i]->GetEdges(aEdges);
             for (const Edge* pEdge : aEdges)
             {
-                std::vector<Face*> aNeighbours;
+                aNeighbours.clear();
                 pEdge->GetFaces(aNeighbours);
                 for (Face* pNeighbour : aNeighbours)
                     if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
