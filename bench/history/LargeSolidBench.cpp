@@ -16,8 +16,7 @@ namespace
 using QRV::BenchModel;
 using QRV::Point3d;
 
-/// A unit cube, its sides ruled into m by m cells. The lines of neighbouring sides do not meet: a ring of lines around
-/// the cube would close into a face across it.
+/// A unit cube, its sides ruled into m by m cells.
 std::unique_ptr<BenchModel> DrawRuledCube(int m)
 {
     auto pModel = std::make_unique<BenchModel>();
@@ -35,7 +34,7 @@ std::unique_ptr<BenchModel> DrawRuledCube(int m)
         for (const double dSide : {0.0, 1.0})
             for (int n = 1; n < m; ++n)
             {
-                const double d = (n + 0.25 * nAxis) / m;
+                const double d = double(n) / m;
                 pModel->Draw({place(nAxis, dSide, d, 0.0), place(nAxis, dSide, d, 1.0)});
                 pModel->Draw({place(nAxis, dSide, 0.0, d), place(nAxis, dSide, 1.0, d)});
             }
@@ -56,7 +55,7 @@ const BenchModel& GetRuledCube(int m)
 /// A diagonal of a cell on the top side, the cells counted from 0.
 QRV::Segment GetDiagonal(int m, int nX, int nY)
 {
-    return {{(nX + 0.5) / m, (nY + 0.5) / m, 1.0}, {(nX + 1.5) / m, (nY + 1.5) / m, 1.0}};
+    return {{double(nX) / m, double(nY) / m, 1.0}, {double(nX + 1) / m, double(nY + 1) / m, 1.0}};
 }
 
 /// Splits a cell in the middle of a side by its diagonal, takes that back and does it again; gives the time of each.

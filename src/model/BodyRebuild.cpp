@@ -52,8 +52,7 @@ public:
 
     bool Run()
     {
-        GatherComponents();
-        SplitIncoherent();
+        GatherShells();
         RecordShells();
         RemoveEmpty();
         FillTree();
@@ -64,37 +63,68 @@ public:
     }
 
 private:
-    /// One shell for each sheet of faces that hang together.
-    void GatherComponents()
+    /// One shell for each sheet of faces that hang together: that of its first face, unless another sheet has it
+    /// already.
+    void GatherShells()
     {
-        std::vector<Face*> aFaces;
-        m_body.GetBodyFaces(aFaces);
-        ObjectSet seen;
         ObjectSet taken;
-        for (Face* pSeed : aFaces)
+        for (const std::vector<Face*>& aSheet : FindSheets())
         {
-            if (seen.contains(pSeed))
-                continue;
-            std::vector<Face*> aComponent;
-            Face::Sheet sheet;
-            sheet.pWithin = &m_body;
-            pSeed->GetConnectedComponent(aComponent, seen, sheet);
-            Shell* pShell = pSeed->GetShell();
-            if (!taken.insert(pShell).second)
+            Shell* pShell = aSheet.front()->GetShell();
+            if (taken.contains(pShell))
                 pShell = &m_history.Create<Shell>();
             taken.insert(pShell);
-            MoveFaces(aComponent, *pShell);
+            MoveFaces(aSheet, *pShell);
             m_aShells.push_back(pShell);
         }
     }
 
-    /// Where many faces meet at an edge a sheet can depend on faces that went to another shell; without them it falls
-    /// apart.
-    void SplitIncoherent()
+    /// In order of id, and each sheet from its lowest, so that the result depends on the faces alone and a second run
+    /// moves nothing.
+    std::vector<std::vector<Face*>> FindSheets() const
     {
-        for (std::size_t i = 0; i < m_aShells.size(); ++i)
-            while (m_aShells[i]->Split(m_aShells))
-                m_bMoved = true;
+        std::vector<Face*> aFaces;
+        m_body.GetBodyFaces(aFaces);
+        std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
+        std::vector<std::vector<Face*>> aSheets;
+        ObjectSet seen;
+        for (Face* pSeed : aFaces)
+        {
+            if (seen.contains(pSeed))
+                continue;
+            std::vector<Face*> aSheet;
+            Face::Sheet sheet;
+            sheet.pWithin = &m_body;
+            pSeed->GetConnectedComponent(aSheet, seen, sheet);
+            AddCoherent(std::move(aSheet), aSheets);
+        }
+        return aSheets;
+    }
+
+    /// Where many faces meet at an edge a sheet can depend on faces that went to another; without them it falls apart.
+    static void AddCoherent(std::vector<Face*> aSheet, std::vector<std::vector<Face*>>& aSheets)
+    {
+        std::vector<std::vector<Face*>> aToDo{std::move(aSheet)};
+        while (!aToDo.empty())
+        {
+            std::vector<Face*> aFaces = std::move(aToDo.back());
+            aToDo.pop_back();
+            std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
+            const ObjectSet among(aFaces.begin(), aFaces.end());
+            std::vector<Face*> aCoherent;
+            ObjectSet seen;
+            Face::Sheet sheet;
+            sheet.pAmong = &among;
+            aFaces.front()->GetConnectedComponent(aCoherent, seen, sheet);
+            if (aCoherent.size() == aFaces.size())
+            {
+                aSheets.push_back(std::move(aFaces));
+                continue;
+            }
+            std::erase_if(aFaces, [&](const Face* pFace) { return seen.contains(pFace); });
+            aToDo.push_back(std::move(aFaces));
+            aToDo.push_back(std::move(aCoherent));
+        }
     }
 
     void RecordShells()

@@ -108,6 +108,7 @@ public:
         bool bStopWhenOpen = false; ///< asked by the caller: the first open edge ends the walk
         /// Asked by the caller: the shell or body whose faces alone count, as if there were no others at their edges.
         const Object* pWithin = nullptr;
+        const ObjectSet* pAmong = nullptr; ///< asked by the caller: the same, with the faces themselves
         bool bClosed = false;       ///< no open edge, consistent orientation
         bool bNoOpenEdge = false;   ///< closed but for the orientation
     };

@@ -80,6 +80,8 @@ private:
     bool Counts(const Face* pFace) const
     {
         const Object* pWithin = m_sheet.pWithin;
+        if (m_sheet.pAmong)
+            return pFace && m_sheet.pAmong->contains(pFace);
         return !pWithin || (pFace && (pFace->GetShell() == pWithin || static_cast<const Object*>(pFace->GetBody()) == pWithin));
     }
 
@@ -100,7 +102,7 @@ private:
             return nullptr;
         if (pPartner->GetPartner() == &coedge)
             return Counts(pPartner->GetFace()) ? pPartner : nullptr;
-        if (!m_sheet.pWithin)
+        if (!m_sheet.pWithin && !m_sheet.pAmong)
             return &coedge;
         const std::vector<Coedge*> aChain = GetChain(*coedge.GetEdge());
         if (aChain.size() == 2)

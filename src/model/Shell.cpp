@@ -61,31 +61,6 @@ void Shell::RemoveFace(Face* pFace)
         GetHistory()->GetBodyBoxMemo().NoteFaceLeft(*pBody, pFace->GetCachedBox());
 }
 
-bool Shell::Split(std::vector<Shell*>& aShells)
-{
-    const std::vector<Face*> aAll(m_aFaces.begin(), m_aFaces.end());
-    ObjectSet seen;
-    bool bSplit = false;
-    for (Face* pSeed : aAll)
-    {
-        if (seen.contains(pSeed))
-            continue;
-        std::vector<Face*> aComponent;
-        Face::Sheet sheet;
-        sheet.pWithin = this;
-        pSeed->GetConnectedComponent(aComponent, seen, sheet);
-        if (pSeed == aAll.front())
-            continue;
-        for (Face* pFace : aComponent)
-            RemoveFace(pFace);
-        Shell& shell = GetHistory()->Create<Shell>();
-        shell.AddFaces(aComponent);
-        aShells.push_back(&shell);
-        bSplit = true;
-    }
-    return bSplit;
-}
-
 bool Shell::IsClosed() const
 {
     if (m_aFaces.size() == 0)

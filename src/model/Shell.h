@@ -35,8 +35,6 @@ public:
     /// Takes in the faces that have no shell; those of this or another shell are passed over.
     void AddFaces(const std::vector<Face*>& aFaces);
     void RemoveFace(Face* pFace);
-    /// Splits off every component but that of the first face, as new shells without a lump. Gives whether any was.
-    bool Split(std::vector<Shell*>& aShells);
     bool IsClosed() const;
     bool GetSamplePoint(Point3d& p) const;
     bool ContainsPoint(const Point3d& p, const Vector3d* pDirection = nullptr) const;

@@ -1,6 +1,7 @@
 #include "operations/FaceBuilding.h"
 
 #include "geometry/Finite.h"
+#include "geometry/Trigonometry.h"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
@@ -24,18 +25,47 @@ Vertex* GetEnd(const LoopPath::value_type& step)
     return step.second ? step.first->GetEndVertex() : step.first->GetStartVertex();
 }
 
+/// Whether the faces of the shell run along each edge as often one way as the other. One plain pass, for a shell may be
+/// large.
+bool HasNoOpenEdge(const Shell& shell)
+{
+    std::vector<Coedge*> aCoedges;
+    std::vector<Coedge*> aOnEdge;
+    const auto isOpen = [&](const Coedge* pCoedge)
+    {
+        aOnEdge.clear();
+        pCoedge->GetEdge()->GetCoedges(aOnEdge);
+        std::ptrdiff_t nSurplus = 0;
+        for (const Coedge* pOther : aOnEdge)
+            if (pOther->GetFace() && pOther->GetFace()->GetShell() == &shell)
+                nSurplus += pOther->IsForward() ? 1 : -1;
+        return nSurplus != 0;
+    };
+    for (const Face* pFace : shell.GetFaces())
+    {
+        aCoedges.clear();
+        pFace->GetCoedges(aCoedges);
+        if (std::any_of(aCoedges.begin(), aCoedges.end(), isOpen))
+            return false;
+    }
+    return true;
+}
+
 /// Builds one face; the steps share what they learn about the neighbours.
 class FaceBuilder
 {
 public:
-    FaceBuilder(History& history, const LoopPath& path, const Plane& plane) : m_history(history), m_path(path), m_plane(plane) {}
+    FaceBuilder(History& history, const LoopPath& path, const Plane& plane)
+        : m_history(history), m_path(path), m_plane(plane)
+    {
+    }
 
     Face* Run(const std::vector<Attribute*>* pFaceAttributes)
     {
         if (m_path.size() < 3 || !m_plane.isValid() || IsSomeEdgeFull())
             return nullptr;
         m_bClockwise = IsClockwise();
-        if (IsSideFilled())
+        if (IsSideFilled() || DividesSolids())
             return nullptr;
         if (!m_pShell)
             NoteShellsAtVertices();
@@ -53,7 +83,8 @@ public:
 private:
     bool IsSomeEdgeFull() const
     {
-        return std::any_of(m_path.begin(), m_path.end(), [](const auto& step) { return step.first->GetUse() >= kMaxUse; });
+        return std::any_of(m_path.begin(), m_path.end(),
+                           [](const auto& step) { return step.first->GetUse() >= kMaxUse; });
     }
 
     bool IsClockwise() const
@@ -79,9 +110,10 @@ private:
     /// Whether a face in the plane has a coedge that runs as the new face's would. Notes the shells met.
     bool IsSideFilled()
     {
+        std::vector<Coedge*> aCoedges;
         for (const auto& [pEdge, bForward] : m_path)
         {
-            std::vector<Coedge*> aCoedges;
+            aCoedges.clear();
             pEdge->GetCoedges(aCoedges);
             m_bSeveralFacesOnEdge = m_bSeveralFacesOnEdge || aCoedges.size() >= 2;
             for (const Coedge* pCoedge : aCoedges)
@@ -111,11 +143,73 @@ private:
         return m_plane.normal % other.normal > 0.0 ? 1 : -1;
     }
 
-    void NoteShellsAtVertices()
+    /// Whether the path runs round on solids and the face would stand inside them: what a solid encloses is filled
+    /// already, and a face across it would take the solid apart.
+    bool DividesSolids() const
     {
+        std::vector<const Shell*> aShells;
+        std::vector<Coedge*> aCoedges;
         for (const auto& step : m_path)
         {
-            std::vector<Face*> aFaces;
+            aCoedges.clear();
+            step.first->GetCoedges(aCoedges);
+            const Shell* pShell = FindShellAround(aCoedges, GetInward(step));
+            if (!pShell)
+                return false;
+            if (std::find(aShells.begin(), aShells.end(), pShell) == aShells.end())
+                aShells.push_back(pShell);
+        }
+        return std::all_of(aShells.begin(), aShells.end(), [](const Shell* pShell) { return HasNoOpenEdge(*pShell); });
+    }
+
+    /// From the edge into the face to be made.
+    Vector3d GetInward(const LoopPath::value_type& step) const
+    {
+        const Vector3d left = m_plane.normal * (GetEnd(step)->GetPosition() - GetStart(step)->GetPosition());
+        return m_bClockwise ? -left : left;
+    }
+
+    /// The shell of a body that two of the coedges of one edge belong to and that has its inside in the direction;
+    /// null for none.
+    static const Shell* FindShellAround(const std::vector<Coedge*>& aCoedges, const Vector3d& direction)
+    {
+        for (std::size_t i = 0; i < aCoedges.size(); ++i)
+            for (std::size_t j = 0; j < i; ++j)
+            {
+                Face* pFirst = aCoedges[i]->GetFace();
+                Face* pSecond = aCoedges[j]->GetFace();
+                if (pFirst && pSecond && pFirst->GetBody() && pFirst->GetShell() == pSecond->GetShell() &&
+                    IsBetween(*aCoedges[i], *aCoedges[j], direction))
+                    return pFirst->GetShell();
+            }
+        return nullptr;
+    }
+
+    /// Whether a direction away from the edge of two coedges runs behind the faces of both, clear of either.
+    static bool IsBetween(const Coedge& first, const Coedge& second, const Vector3d& direction)
+    {
+        constexpr double kFullTurn = 6.283185307179586;
+        if (first.IsForward() == second.IsForward())
+            return false;
+        const UnitVector3d normal = first.GetFace()->GetPlane().normal;
+        const UnitVector3d edge = first.GetEdge()->GetDirection();
+        const Vector3d along = first.IsForward() ? Vector3d(edge) : -Vector3d(edge);
+        const Vector3d intoFirst = normal * along;
+        const Vector3d intoSecond = -(second.GetFace()->GetPlane().normal * along);
+        const auto getTurn = [&](const Vector3d& v)
+        {
+            const double dTurn = ArcTan2(-(v % normal), v % intoFirst);
+            return dTurn < kPerpendicularTolerance ? dTurn + kFullTurn : dTurn;
+        };
+        return getTurn(direction) < getTurn(intoSecond) - kPerpendicularTolerance;
+    }
+
+    void NoteShellsAtVertices()
+    {
+        std::vector<Face*> aFaces;
+        for (const auto& step : m_path)
+        {
+            aFaces.clear();
             GetStart(step)->GetFaces(aFaces);
             for (const Face* pFace : aFaces)
                 NoteShell(*pFace);
@@ -165,12 +259,12 @@ private:
     void JoinShell(Face& face)
     {
         Body* pBody = m_pShell->GetBody();
-        if (m_bSeveralShells)
-            m_pShell->AddFaces({&face});
-        else
-            m_pShell->AddFaces(GetShelllessAround(face));
+        const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : GetShelllessAround(face);
+        m_pShell->AddFaces(aJoining);
         if (pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge))
             pBody->Rebuild(false);
+        if (aJoining.size() > 1)
+            RebuildBranchedBodies({face.GetShell()->GetFaces().begin(), face.GetShell()->GetFaces().end()});
     }
 
     /// The face and all that hang together with it over edges and have no shell yet.
@@ -178,13 +272,15 @@ private:
     {
         std::vector<Face*> aFaces{&face};
         ObjectSet seen{&face};
+        std::vector<Edge*> aEdges;
+        std::vector<Face*> aNeighbours;
         for (std::size_t i = 0; i < aFaces.size(); ++i)
         {
-            std::vector<Edge*> aEdges;
+            aEdges.clear();
             aFaces[i]->GetEdges(aEdges);
             for (const Edge* pEdge : aEdges)
             {
-                std::vector<Face*> aNeighbours;
+                aNeighbours.clear();
                 pEdge->GetFaces(aNeighbours);
                 for (Face* pNeighbour : aNeighbours)
                     if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
@@ -213,7 +309,8 @@ Face* FindFaceHolding(History& history, const std::vector<Vertex*>& aVertices, c
     std::vector<Face*> aFaces;
     history.GetFaceTree().FindHolding(box, aFaces);
     std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
-    const auto holdsAll = [&](Face* pFace) {
+    const auto holdsAll = [&](Face* pFace)
+    {
         return pFace->GetSideIn(plane) != 0 &&
                std::all_of(aVertices.begin(), aVertices.end(),
                            [&](const Vertex* pVertex) { return pFace->ContainsPoint(pVertex->GetPosition(), false); });

@@ -10,6 +10,7 @@
 #include "spatial/Measures.h"
 
 #include <algorithm>
+#include <functional>
 #include <unordered_set>
 #include <utility>
 
@@ -260,11 +261,33 @@ bool CoincidesWithAnother(History& history, Face& face)
                        [&](Face* pOther) { return pOther != &face && pOther->IsCoincident(face); });
 }
 
-/// The face with those of the shell that it has joined.
-std::vector<Face*> GetSheetJoined(Face& face)
+bool IsAtBranch(const Face& face)
+{
+    std::vector<Edge*> aEdges;
+    face.GetEdges(aEdges);
+    return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() > 2; });
+}
+
+/// Whether the face shares its edges with one other at most, so that nothing hangs together through it.
+bool HangsOnOneFace(const Face& face)
+{
+    std::vector<Edge*> aEdges;
+    face.GetEdges(aEdges);
+    std::vector<Face*> aFaces;
+    for (const Edge* pEdge : aEdges)
+        pEdge->GetFaces(aFaces);
+    std::erase(aFaces, &face);
+    return std::adjacent_find(aFaces.begin(), aFaces.end(), std::not_equal_to<>()) == aFaces.end();
+}
+
+/// The faces at whose edges shells may hang together in another way now that a face has come to stand among others. It
+/// alone will do when its own edges branch, for then its body is rebuilt, and when it is no bridge. Else all of its
+/// shell: which way a sheet goes at a branch depends on what it has reached before.
+std::vector<Face*> GetSheetJoined(Face& face, bool bBroughtOthers)
 {
     std::vector<Face*> aSheet{&face};
-    if (const Shell* pShell = face.GetShell())
+    const Shell* pShell = face.GetShell();
+    if (pShell && (bBroughtOthers || !(IsAtBranch(face) || HangsOnOneFace(face))))
         aSheet.insert(aSheet.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
     return aSheet;
 }
@@ -277,13 +300,15 @@ std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
     const ObjectSet component(aFaces.begin(), aFaces.end());
     std::vector<Face*> aQueue{aFaces.front()};
     ObjectSet seen{aFaces.front()};
+    std::vector<Coedge*> aCoedges;
+    std::vector<Coedge*> aOnEdge;
     for (std::size_t i = 0; i < aQueue.size(); ++i)
     {
-        std::vector<Coedge*> aCoedges;
+        aCoedges.clear();
         aQueue[i]->GetCoedges(aCoedges);
         for (const Coedge* pCoedge : aCoedges)
         {
-            std::vector<Coedge*> aOnEdge;
+            aOnEdge.clear();
             pCoedge->GetEdge()->GetCoedges(aOnEdge);
             std::erase_if(aOnEdge, [&](const Coedge* pOther)
                           { return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace()); });
@@ -306,9 +331,10 @@ std::vector<Face*> FindTwoSidedComponent(Face& face)
 {
     std::vector<Face*> aFaces{&face};
     ObjectSet seen{&face};
+    std::vector<Coedge*> aCoedges;
     for (std::size_t i = 0; i < aFaces.size(); ++i)
     {
-        std::vector<Coedge*> aCoedges;
+        aCoedges.clear();
         aFaces[i]->GetCoedges(aCoedges);
         for (const Coedge* pCoedge : aCoedges)
         {
@@ -385,6 +411,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 {
     History& history = *newFace.GetHistory();
     const std::uint64_t nNewFace = newFace.GetID();
+    const Shell* pShellBefore = newFace.GetShell();
     Face* pAround = pHolding && pHolding->AddInnerFace(&newFace) ? pHolding : nullptr;
     if (!pHolding)
         pAround = FillHoleAround(history, newFace);
@@ -394,7 +421,8 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     const bool bTookHoles = holes.Run();
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
-    RebuildBranchedBodies(GetSheetJoined(newFace));
+    const bool bJoinedAround = newFace.GetShell() != pShellBefore;
+    RebuildBranchedBodies(GetSheetJoined(newFace, bTookHoles || (bJoinedAround && IsAtBranch(newFace))));
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
@@ -425,9 +453,10 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
 {
     std::vector<Face*> aAtBranches;
+    std::vector<Edge*> aEdges;
     for (const Face* pFace : aFaces)
     {
-        std::vector<Edge*> aEdges;
+        aEdges.clear();
         pFace->GetEdges(aEdges);
         for (const Edge* pEdge : aEdges)
             if (pEdge->GetUse() > 2)

@@ -6,14 +6,84 @@
 #include "model/Face.h"
 #include "model/Vertex.h"
 #include "spatial/PickSorting.h"
+#include "spatial/RayTriangleTest.h"
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
 
 namespace QRV
 {
 namespace
 {
+/// Asks for the memory of a face ahead of a look at it.
+void Prefetch(const Face& face)
+{
+    constexpr std::size_t kCacheLine = 64;
+    for (std::size_t n = 0; n < sizeof(Face); n += kCacheLine)
+        __builtin_prefetch(reinterpret_cast<const char*>(&face) + n);
+}
+
+/// Sorts the faces whose box a ray meets into those that it may meet itself and those that it cannot. Some at a time,
+/// so that the memory of all of them is on its way at once: a face, its triangles and their corners lie apart.
+class FaceSieve
+{
+public:
+    /// `aMet` gets the faces that the ray may meet, `aNear` those of them that it may meet in an edge or vertex.
+    FaceSieve(const RayTriangleTest& test, std::vector<Face*>& aMet, std::vector<Face*>& aNear)
+        : m_test(test), m_aMet(aMet), m_aNear(aNear)
+    {
+    }
+
+    void Add(Face* pFace)
+    {
+        Prefetch(*pFace);
+        m_aFaces[m_nFaces++] = pFace;
+        if (m_nFaces == m_aFaces.size())
+            Flush();
+    }
+
+    void Flush()
+    {
+        for (std::size_t n = 0; n < m_nFaces; ++n)
+            if ((m_aFacets[n] = m_aFaces[n]->GetCachedFacets()))
+                __builtin_prefetch(&m_aFacets[n]->GetFacets());
+        ForEachFacet([](const Facet& facet) { __builtin_prefetch(&facet); });
+        ForEachFacet(
+            [](const Facet& facet)
+            {
+                for (const Vertex* pVertex : facet.aVertices)
+                    __builtin_prefetch(&pVertex->GetPosition());
+            });
+        for (std::size_t n = 0; n < m_nFaces; ++n)
+        {
+            const nRayPass nPass = m_aFacets[n] ? m_test.Classify(*m_aFacets[n]) : nRayPass::nNear;
+            if (nPass != nRayPass::nMissed)
+                m_aMet.push_back(m_aFaces[n]);
+            if (nPass == nRayPass::nNear)
+                m_aNear.push_back(m_aFaces[n]);
+        }
+        m_nFaces = 0;
+    }
+
+private:
+    template <class Visit>
+    void ForEachFacet(Visit visit) const
+    {
+        for (std::size_t n = 0; n < m_nFaces; ++n)
+            if (m_aFacets[n] && m_aFacets[n]->GetFacets().size() <= RayTriangleTest::kMostTriangles)
+                for (const Facet& facet : m_aFacets[n]->GetFacets())
+                    visit(facet);
+    }
+
+    const RayTriangleTest& m_test;
+    std::vector<Face*>& m_aMet;
+    std::vector<Face*>& m_aNear;
+    std::array<Face*, 16> m_aFaces{};
+    std::array<const FaceFacets*, 16> m_aFacets{};
+    std::size_t m_nFaces = 0;
+};
+
 /// One ray through one History. A hit on a vertex stands for its edges and faces, one on an edge for its faces: each is
 /// reported by the most specific kind asked for.
 class RayQuery
@@ -29,10 +99,7 @@ public:
         if (!m_kinds.bVertices && !m_kinds.bEdges && !m_kinds.bFaces)
             return;
         if (m_kinds.bFaces)
-        {
-            m_history.GetFaceTree().FindOnRay(m_ray, m_aFaces, m_dTol, m_dMax);
-            std::sort(m_aFaces.begin(), m_aFaces.end(), ByObjectID());
-        }
+            FindFaces();
         FindCandidates();
         MeetVertices();
         MeetEdges();
@@ -68,7 +135,24 @@ private:
             AddHit(pObject, t);
     }
 
-    /// The vertices and edges that the ray may hit. For faces alone those around the faces met suffice, mostly few.
+    void FindFaces()
+    {
+        BoxTree<Face>& tree = m_history.GetFaceTree();
+        const Interval3d whole = tree.GetBox();
+        const RayBoxTest boxTest(m_ray, m_dTol, m_dMax, whole);
+        const RayTriangleTest triangleTest(m_ray, m_dTol, whole);
+        FaceSieve sieve(triangleTest, m_aFaces, m_aNearFaces);
+        tree.Visit([&](const Interval3d& box) { return boxTest.MayHoldMet(box); },
+                   [&](Face* pFace, const Interval3d&)
+                   {
+                       sieve.Add(pFace);
+                       return true;
+                   });
+        sieve.Flush();
+        std::sort(m_aFaces.begin(), m_aFaces.end(), ByObjectID());
+    }
+
+    /// The vertices and edges that the ray may hit. For faces alone those of the faces near the ray suffice, mostly none.
     void FindCandidates()
     {
         if (m_kinds.bVertices || m_kinds.bEdges || !TakeCandidatesOfFaces())
@@ -93,7 +177,7 @@ private:
     {
         constexpr std::size_t kManyCorners = 64;
         std::vector<Coedge*> aCoedges;
-        for (const Face* pFace : m_aFaces)
+        for (const Face* pFace : m_aNearFaces)
         {
             pFace->GetCoedges(aCoedges);
             if (aCoedges.size() > kManyCorners)
@@ -177,9 +261,10 @@ private:
     const double m_dTol;
     const double m_dMax;
     const PickKinds m_kinds;
-    std::vector<Vertex*> m_aVertices; ///< each once, in order of id, as the edges and faces; the boxes of faces are met
+    std::vector<Vertex*> m_aVertices; ///< each once, in order of id, as the edges and faces; all may be met yet
     std::vector<Edge*> m_aEdges;
     std::vector<Face*> m_aFaces;
+    std::vector<Face*> m_aNearFaces; ///< those that may be met in an edge or vertex
     std::vector<Object*> m_aObjects;
     SortedHits m_aHits;
     ObjectSet m_seen; ///< edges and faces
@@ -202,7 +287,7 @@ std::size_t RayFire(History& history, const Line3d& ray, double dTol, double dMa
         results.aIDs.push_back(pObject->GetID());
     if (results.pSorted)
     {
-        results.pSorted->swap(query.GetHits());
+        results.pSorted->assign(query.GetHits().begin(), query.GetHits().end());
         SortHits(*results.pSorted);
     }
     return query.GetObjects().size();

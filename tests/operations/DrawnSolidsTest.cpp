@@ -1,3 +1,5 @@
+#include "history/History.h"
+#include "model/Body.h"
 #include "support/TestModel.h"
 
 #include <algorithm>
@@ -187,6 +189,19 @@ TEST(DrawnBoxes, KeepTheirVolumesWhereTheyTouchInEdgesAndCorners)
     EXPECT_GT(nTouching, 50);
 }
 
+namespace
+{
+/// Shells and lumps are those that follow from the faces as they stand.
+void ExpectRebuildMovesNothing(TestModel& model)
+{
+    History& history = model.GetHistory();
+    ASSERT_TRUE(history.StartDelta());
+    for (const std::uint64_t nBody : model.GetIDs(nBodyType))
+        EXPECT_FALSE(history.Get<Body>(nBody)->Rebuild(false));
+    history.Rollback();
+}
+} // namespace
+
 TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
 {
     std::vector<std::uint64_t> aSeeds{1988}; // a face without a branch makes its shell hang together in another way
@@ -215,6 +230,7 @@ TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
         model.Lines(aEdges);
         ExpectSound(model);
         EXPECT_GE(model.Count(nBodyType), 1u);
+        ExpectRebuildMovesNothing(model);
         ExpectUndoRedoRestores(model);
     }
 }

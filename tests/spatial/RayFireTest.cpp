@@ -152,6 +152,7 @@ void FillAtRandom(PolygonModel& model, const Frame& at, std::mt19937& random)
 /// Rays at nothing in particular, and such as tests of rays stumble over.
 std::vector<Line3d> MakeRays(History& history, std::mt19937& random)
 {
+    constexpr double kAside = 0.15; // about the widest tolerance
     std::uniform_real_distribution<double> coordinate(-1.0, 1.0);
     const auto getVector = [&] { return Vector3d(coordinate(random), coordinate(random), coordinate(random)); };
     const Point3d middle = history.GetBox().mid();
@@ -160,12 +161,16 @@ std::vector<Line3d> MakeRays(History& history, std::mt19937& random)
         aRays.emplace_back(middle + getVector() * 12.0, middle + getVector() * 4.0);
     for (const Vertex* pVertex : GetAll<Vertex>(history))
         if (random() % 6 == 0)
+        {
             aRays.emplace_back(middle + getVector() * 12.0, pVertex->GetPosition());
+            aRays.emplace_back(middle + getVector() * 12.0, pVertex->GetPosition() + getVector() * kAside);
+        }
     for (const Edge* pEdge : GetAll<Edge>(history))
         switch (random() % 12)
         {
         case 0:
             aRays.emplace_back(middle + getVector() * 12.0, pEdge->GetMidpoint());
+            aRays.emplace_back(middle + getVector() * 12.0, pEdge->GetMidpoint() + getVector() * kAside);
             break;
         case 1:
             aRays.emplace_back(pEdge->GetLine().GetPointFromParameter(-2.0), pEdge->GetLine().vector);
