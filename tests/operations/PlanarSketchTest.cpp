@@ -1,3 +1,5 @@
+#include "history/History.h"
+#include "model/Face.h"
 #include "support/Arrangement.h"
 #include "support/SharedData.h"
 #include "support/TestModel.h"
@@ -149,6 +151,96 @@ TEST(PlanarSketch, MakesTheFacesOfDenseSketches)
         const std::string strFault = FindFault(aSketch, at);
         ASSERT_EQ(strFault, "") << "seed " << nSeed << ", at least:\n" << Shrink(aSketch, at);
     }
+}
+
+TEST(PlanarSketch, DividesTheWholeOfALargeSketch)
+{
+    // Clusters grow together here: large outlines close around islands of many faces, and most lines fall into large
+    // faces. Faces below the shortest chord may be missing, so that only their places tell.
+    for (std::uint64_t nSeed = 0; nSeed < 3; ++nSeed)
+    {
+        std::mt19937_64 random(nSeed);
+        std::uniform_real_distribution<double> place(0, 1);
+        std::uniform_real_distribution<double> turn(0, 6.28);
+        std::vector<PlanarSegment> aSketch;
+        while (aSketch.size() < 1500)
+        {
+            const Point2d a(place(random), place(random));
+            const double dTurn = turn(random);
+            aSketch.emplace_back(a, Point2d(a.x + 0.08 * std::cos(dTurn), a.y + 0.08 * std::sin(dTurn)));
+        }
+        const Arrangement expected = ComputeArrangement(aSketch, 1e-10);
+        TestModel model;
+        Draw(model, nSeed == 2 ? MakeRandomFrame(random, 10.0) : GetFrames()[0], aSketch);
+        EXPECT_EQ(model.Count(nVertexType), expected.nVertices) << nSeed;
+        EXPECT_EQ(model.Count(nEdgeType), expected.nEdges) << nSeed;
+        EXPECT_EQ(model.Count(nBodyType), 0u) << nSeed;
+        EXPECT_NEAR(model.GetArea(), expected.dArea, 1e-8) << nSeed;
+        ExpectSound(model);
+    }
+}
+
+TEST(PlanarSketch, CutsOutIslandsOfFacesThatShareEdgesOrCorners)
+{
+    const auto addOutline = [](std::vector<PlanarSegment>& aSketch, const std::vector<Point2d>& aCorners)
+    {
+        for (std::size_t n = 0; n < aCorners.size(); ++n)
+            aSketch.emplace_back(aCorners[n], aCorners[(n + 1) % aCorners.size()]);
+    };
+    std::vector<PlanarSegment> aPinwheel; // four wings round a square that shares an edge with each
+    addOutline(aPinwheel, {{4, 4}, {6, 4}, {6, 6}, {4, 6}});
+    for (const auto& [tip, from] : {std::pair(Point2d(5, 1), Point2d(4, 4)), {{9, 5}, {6, 4}}, {{5, 9}, {6, 6}}, {{1, 5}, {4, 6}}})
+        aPinwheel.emplace_back(tip, from);
+    for (const auto& [tip, to] : {std::pair(Point2d(5, 1), Point2d(6, 4)), {{9, 5}, {6, 6}}, {{5, 9}, {4, 6}}, {{1, 5}, {4, 4}}})
+        aPinwheel.emplace_back(tip, to);
+    std::vector<PlanarSegment> aInscribed; // its corners on the outline that closes around it
+    addOutline(aInscribed, {{5, 0}, {10, 10}, {0, 10}});
+    std::vector<PlanarSegment> aNested; // an island in a lake of an island
+    for (const double d : {1.0, 2.0, 4.0})
+        addOutline(aNested, {{d, d}, {10 - d, d}, {10 - d, 10 - d}, {d, 10 - d}});
+    aNested.emplace_back(Point2d(1, 1), Point2d(2, 2));
+    aNested.emplace_back(Point2d(4, 4), Point2d(3, 3));
+    for (const auto& [aIsland, aAround] :
+         {std::pair(aPinwheel, std::vector<Point2d>{{-1, -1}, {11, -1}, {11, 11}, {-1, 11}}),
+          {aInscribed, {{0, 0}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}},
+          {aNested, {{-1, -1}, {11, -1}, {11, 11}, {-1, 11}}}})
+    {
+        std::vector<PlanarSegment> aSketch = aIsland;
+        addOutline(aSketch, aAround);
+        for (const Frame& at : GetFrames())
+            EXPECT_EQ(FindFault(aSketch, at), "") << at.pName;
+        std::reverse(aSketch.begin(), aSketch.end());
+        EXPECT_EQ(FindFault(aSketch, GetFrames()[0]), "") << "the outline first";
+    }
+}
+
+TEST(PlanarSketch, FillsAnEmptyPlaceInItsMiddleAnew)
+{
+    // What is known of the outside of the sketch must not be taken for true of a place that lost its face.
+    TestModel model;
+    const Frame at = GetFrames()[0];
+    for (int n = 0; n <= 3; ++n)
+    {
+        model.Line(at(0, n), at(3, n));
+        model.Line(at(n, 0), at(n, 3));
+    }
+    History& history = model.GetHistory();
+    std::vector<Object*> aFaces;
+    history.GetObjectsByType(aFaces, nFaceType, false);
+    ASSERT_EQ(aFaces.size(), 9u);
+    ASSERT_TRUE(history.StartDelta());
+    for (Object* pFace : aFaces)
+        if (static_cast<Face*>(pFace)->ContainsPoint(at(1.5, 1.5), false))
+            static_cast<Face*>(pFace)->Delete(false, true);
+    ASSERT_TRUE(history.Commit("test"));
+    ASSERT_EQ(model.Count(nFaceType), 8u);
+    model.Line(at(3, 0), at(4, 0));
+    model.Line(at(4, 0), at(3, 1)); // a corner outside
+    EXPECT_EQ(model.Count(nFaceType), 9u);
+    model.Line(at(1, 1), at(2, 2)); // across the empty place: both halves close
+    EXPECT_EQ(model.Count(nFaceType), 11u);
+    EXPECT_NEAR(model.GetArea(), 9.5, 1e-12);
+    ExpectSound(model);
 }
 
 TEST(PlanarSketch, ClosesThePocketBesideAFaceThatTouchesItsSurroundings)
