@@ -12,8 +12,9 @@ namespace
 /// Room for one more id, so that the push after it cannot fail.
 void ReserveOne(std::vector<std::uint64_t>& aIDs)
 {
+    constexpr std::size_t kSmallStep = 3; // an edge and its ends: the commonest, and there are as many as steps
     if (aIDs.size() == aIDs.capacity())
-        aIDs.reserve(std::max<std::size_t>(4, 2 * aIDs.capacity()));
+        aIDs.reserve(std::max(kSmallStep, 2 * aIDs.capacity()));
 }
 } // namespace
 

@@ -14,8 +14,8 @@ constexpr std::int32_t kIndentStep = 4;
 
 JournalFile::JournalFile(const std::string& strPath, std::uint64_t nMainHistoryID) : m_nMainHistoryID(nMainHistoryID)
 {
-    m_stream.imbue(std::locale::classic());
-    m_stream.open(strPath, std::ios::out | std::ios::trunc | std::ios::binary);
+    m_file.pubimbue(std::locale::classic());
+    m_file.open(strPath, std::ios::out | std::ios::trunc | std::ios::binary);
     Write("function runtest() \n{\n");
     m_nIndent += kIndentStep;
     WriteIndent();
@@ -35,18 +35,18 @@ JournalFile::~JournalFile()
 
 void JournalFile::Write(std::string_view strText)
 {
-    m_stream.write(strText.data(), static_cast<std::streamsize>(strText.size()));
+    m_file.sputn(strText.data(), static_cast<std::streamsize>(strText.size()));
 }
 
 void JournalFile::WriteIndent()
 {
     for (std::int32_t i = 0; i < m_nIndent; ++i)
-        m_stream.put(' ');
+        m_file.sputc(' ');
 }
 
 void JournalFile::Flush()
 {
-    m_stream.flush();
+    m_file.pubsync();
 }
 
 std::string JournalFile::CreateHistoryVariable(std::uint64_t nHistoryID)

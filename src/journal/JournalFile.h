@@ -34,7 +34,7 @@ public:
 private:
     std::int32_t m_nIndent = 0;
     std::uint32_t m_nNextVariableNumber = 1;
-    std::ofstream m_stream;
+    std::filebuf m_file; ///< without a stream around it, which would guard every write
     std::uint64_t m_nMainHistoryID;
     std::map<std::uint64_t, std::string> m_aHistoryVariableNames; ///< never shrinks: a deleted History keeps its name
 };

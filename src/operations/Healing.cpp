@@ -329,6 +329,7 @@ bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVerte
 {
     bool bChanged = false;
     std::vector<std::uint64_t> aZeroEdges;
+    std::vector<std::uint64_t> aWithSpikes; // back to back by the merge, and not dangling ends that stood so before
     for (const std::uint64_t nVertex : aVertexIDs)
     {
         const auto* pVertex = history.Get<Vertex>(nVertex);
@@ -344,6 +345,8 @@ bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVerte
                     auto* pGone = history.Get<Edge>(aEdgeIDs[j]);
                     if (!pGone || pGone->GetStartVertex() == pGone->GetEndVertex() || !JoinSameVertices(*pKept, *pGone))
                         continue;
+                    if (!pKept->IsFree() && !pGone->IsFree())
+                        aWithSpikes.push_back(aEdgeIDs[i]);
                     TakeOverEdge(*pKept, *pGone);
                     aRemovedEdges.push_back(aEdgeIDs[i]);
                     bChanged = true;
@@ -356,7 +359,7 @@ bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVerte
             RemoveZeroEdge(history, nEdge);
             bRemovedZeroEdges = bChanged = true;
         }
-    for (const std::uint64_t nEdge : aRemovedEdges)
+    for (const std::uint64_t nEdge : aWithSpikes)
         CutOutSpikes(history, nEdge);
     return bChanged;
 }

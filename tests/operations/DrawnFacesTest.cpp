@@ -1,3 +1,5 @@
+#include "history/History.h"
+#include "model/Face.h"
 #include "support/TestModel.h"
 
 #include <algorithm>
@@ -213,6 +215,28 @@ TEST(DrawnFaces, ALineOverAPolylineMergesWhatCoincides)
         model.Line(at(2, 0), at(2, 2));
         EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 1, 4, 4}));
         ExpectAreas(model, {4});
+    }
+}
+
+TEST(DrawnFaces, ALineDrawnTwiceLeavesTheSpurThatItIs)
+{
+    for (const Frame& at : GetSketchFrames())
+    {
+        SCOPED_TRACE(at.pName);
+        TestModel model;
+        model.Outline(MakeRectangle(at, 0, 0, 4, 4));
+        model.Line(at(2, 0), at(2, 2));
+        model.Polyline({at(2, 0), at(2, 2)}, false); // keeps to itself, with vertices of its own
+        EXPECT_EQ(model.Count(nEdgeType), 7u);
+        // Where a line starts, vertices become one, and so do edges between the same ends.
+        model.Line(at(2, 0), at(2, -1));
+        model.Line(at(2, 2), at(2, 3));
+        EXPECT_EQ(model.Count(nEdgeType), 8u);
+        std::vector<Edge*> aEdges;
+        model.GetHistory().Get<Face>(model.GetIDs(nFaceType).front())->GetEdges(aEdges);
+        EXPECT_EQ(aEdges.size(), 5u + 2); // the outline, and the spur that has grown
+        ExpectSound(model);
+        ExpectUndoRedoRestores(model);
     }
 }
 
