@@ -261,6 +261,19 @@ bool CoincidesWithAnother(History& history, Face& face)
                        [&](Face* pOther) { return pOther != &face && pOther->IsCoincident(face); });
 }
 
+/// Whether another face in the plane covers what a chord has split off, though with another outline: an edge too short
+/// for a chord has been passed by.
+bool IsCovered(History& history, Face& face)
+{
+    Point3d p;
+    if (!face.GetInteriorPoint(p))
+        return false;
+    std::vector<Face*> aAround;
+    history.GetFaceTree().FindHolding(Interval3d(p), aAround);
+    return std::any_of(aAround.begin(), aAround.end(), [&](Face* pOther)
+                       { return pOther != &face && pOther->GetSideIn(face.GetPlane()) != 0 && pOther->ContainsPointInside(p); });
+}
+
 bool IsAtBranch(const Face& face)
 {
     std::vector<Edge*> aEdges;
@@ -445,7 +458,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         }
         for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace, bAllCorners)).DrawInAll())
             aToDrawIn.push_back(nSplitOff);
-        if (bSplitOff && CoincidesWithAnother(history, *pFace))
+        if (bSplitOff && (CoincidesWithAnother(history, *pFace) || IsCovered(history, *pFace)))
             DeleteTwin(history, *pFace);
     }
 }
