@@ -16,7 +16,8 @@ constexpr std::size_t kMaxSidesToWalk = 48;
 
 void PassEdge(PointSide& side, const Edge& edge)
 {
-    side.Pass(edge.GetStartVertex()->GetPosition(), edge.GetEndVertex()->GetPosition());
+    if (edge.IsComplete())
+        side.Pass(edge.GetStartVertex()->GetPosition(), edge.GetEndVertex()->GetPosition());
 }
 
 /// False, with only a part passed, when there are more sides than should be walked.
@@ -25,14 +26,14 @@ bool WalkSides(const Face& face, PointSide& side, std::size_t nMax)
     std::size_t nSides = 0;
     for (const Loop* pLoop : face.GetLoops())
     {
-        const Coedge* pCoedge = pLoop->GetCoedge();
-        do
+        for (const Coedge* pCoedge = pLoop->GetCoedge(); pCoedge;)
         {
             if (++nSides > nMax)
                 return false;
-            PassEdge(side, *pCoedge->GetEdge());
-            pCoedge = pCoedge->GetNext();
-        } while (pCoedge != pLoop->GetCoedge());
+            if (const Edge* pEdge = pCoedge->GetEdge())
+                PassEdge(side, *pEdge);
+            pCoedge = pCoedge->GetNext() == pLoop->GetCoedge() ? nullptr : pCoedge->GetNext();
+        }
     }
     return true;
 }
