@@ -19,6 +19,7 @@
 /// - Calls come from one thread at a time.
 #pragma once
 
+#include <QRV/Callbacks.h>
 #include <QRV/Export.h>
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>

@@ -29,6 +29,10 @@ AnyCall g_aCalls[] = {
     Linked<Result(), &APIDisableJournaling>(),
     Linked<Result(bool&), &APIIsJournalingReadOnly>(),
     Linked<Result(std::set<std::string>&), &APIGetEnabledJournalingTypesReadOnly>(),
+    Linked<Result(const std::function<void(const ModelChangeData&)>&), &APIRegisterModelChangedCallbackReadOnly>(),
+    Linked<Result(const std::function<void(const std::string&)>&, const std::function<void(float)>&,
+                  const std::function<void(const Result&)>&, float, float, float),
+           &APIRegisterProgressCallbacksReadOnly>(),
     Linked<Result(ID&, bool), &APICreateHistory>(),
     Linked<Result(ID), &APIDeleteHistory>(),
     Linked<Result(), &APIDeleteAllHistories>(),
@@ -138,6 +142,7 @@ bool TakesDefaults(ID nHistory)
     APIGetLastDeltaIDReadOnly(nHistory, nID);
     APIUndoHistory(nHistory);
     APIRedoHistory(nHistory);
+    APIRegisterProgressCallbacksReadOnly({}, {}, {});
     APIUndoOrRedoHistoryToDelta(nHistory, nID);
     APIDeleteAllRedoHistory(nHistory);
     APIMergeDeltas(nHistory);
