@@ -20,6 +20,7 @@
 #pragma once
 
 #include <QRV/Callbacks.h>
+#include <QRV/ChangeReports.h>
 #include <QRV/Export.h>
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>

@@ -3,6 +3,7 @@
 #include "geometry/NumberText.h"
 
 #include <QRV/JSONConversion.h>
+#include <QRV/ObjectTypes.h>
 
 #include <initializer_list>
 
@@ -114,6 +115,7 @@ std::string JournalText(const std::vector<T>& aValues)
 }
 
 template std::string JournalText(const std::vector<std::uint64_t>&);
+template std::string JournalText(const std::vector<nObjectType>&);
 template std::string JournalText(const std::vector<ObjectHistoryID>&);
 template std::string JournalText(const std::vector<Point3d>&);
 template std::string JournalText(const std::vector<Plane>&);

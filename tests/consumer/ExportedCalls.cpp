@@ -61,6 +61,11 @@ AnyCall g_aCalls[] = {
     Linked<Result(ID, ID, ID&), &APIGetDeltaFlagsReadOnly>(),
     Linked<Result(ID, ID, ID), &APISetDeltaFlags>(),
     Linked<Result(ID, ID, ID, bool), &APISetAllDeltaFlags>(),
+    Linked<Result(ID, IDs*, IDs*, IDs*, nObjectType, bool), &APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly>(),
+    Linked<Result(ID, ID, ID, IDs*, IDs*, IDs*, const std::vector<nObjectType>&),
+           &APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly>(),
+    Linked<Result(ID, ID, const IDs&, nHistoryComparison&), &APICompareHistoryReadOnly>(),
+    Linked<Result(ID, ID, bool&, ID, ID), &APIIsExactMatchReadOnly>(),
     Linked<Result(ID, ID, std::vector<Result>&), &APICheckValidityReadOnly>(),
     Linked<Result(ID, std::vector<Result>&), &APICheckHistoryValidityReadOnly>(),
     Linked<Result(ID, ID, nObjectType&), &APIGetObjectTypeReadOnly>(),
@@ -137,12 +142,16 @@ bool TakesDefaults(ID nHistory)
     ID nID = 0;
     IDs aIDs;
     double dSize = 0;
+    bool bMatch = false;
     APIGetAllHistoriesReadOnly(aIDs);
     APIGetIdOfActiveDeltaReadOnly(nHistory, nID);
     APIGetLastDeltaIDReadOnly(nHistory, nID);
     APIUndoHistory(nHistory);
     APIRedoHistory(nHistory);
     APIRegisterProgressCallbacksReadOnly({}, {}, {});
+    APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(nHistory, &aIDs, nullptr, nullptr);
+    APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(nHistory, 0, nID, nullptr, &aIDs, nullptr);
+    APIIsExactMatchReadOnly(nHistory, nHistory, bMatch);
     APIUndoOrRedoHistoryToDelta(nHistory, nID);
     APIDeleteAllRedoHistory(nHistory);
     APIMergeDeltas(nHistory);
