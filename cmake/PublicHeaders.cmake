@@ -5,6 +5,7 @@ set(QRV_PUBLIC_HEADERS
   src/api/API.h
   src/api/Callbacks.h
   src/api/ChangeReports.h
+  src/api/ObjectDump.h
   src/appearance/Color.h
   src/frame/Export.h
   src/frame/GroupInstancePath.h

@@ -25,6 +25,7 @@
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
 #include <QRV/Ids.h>
+#include <QRV/ObjectDump.h>
 #include <QRV/ObjectTypes.h>
 #include <QRV/Result.h>
 

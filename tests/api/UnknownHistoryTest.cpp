@@ -14,6 +14,7 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
     nConvexity convexity{};
     nEdgeFaceClass nClass{};
     nHistoryComparison comparison{};
+    std::string strText;
     Interval3d box;
     Plane plane;
     Point3d p(1, 2, 3);
@@ -63,6 +64,7 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
         QRV_CALL(APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly, 1, 2, &a, &a, &a),
         QRV_CALL(APICompareHistoryReadOnly, 0, a, comparison),
         QRV_CALL(APIIsExactMatchReadOnly, 0, b),
+        QRV_CALL(APIDebugObjectReadOnly, 0, strText),
         QRV_CALL(APICheckValidityReadOnly, 0, aResults),
         QRV_CALL(APICheckHistoryValidityReadOnly, aResults),
         QRV_CALL(APIGetObjectTypeReadOnly, 0, nType),

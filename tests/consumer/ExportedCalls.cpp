@@ -66,6 +66,7 @@ AnyCall g_aCalls[] = {
            &APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly>(),
     Linked<Result(ID, ID, const IDs&, nHistoryComparison&), &APICompareHistoryReadOnly>(),
     Linked<Result(ID, ID, bool&, ID, ID), &APIIsExactMatchReadOnly>(),
+    Linked<Result(ID, ID, std::string&), &APIDebugObjectReadOnly>(),
     Linked<Result(ID, ID, std::vector<Result>&), &APICheckValidityReadOnly>(),
     Linked<Result(ID, std::vector<Result>&), &APICheckHistoryValidityReadOnly>(),
     Linked<Result(ID, ID, nObjectType&), &APIGetObjectTypeReadOnly>(),
