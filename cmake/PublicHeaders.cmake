@@ -7,6 +7,7 @@ set(QRV_PUBLIC_HEADERS
   src/api/ChangeReports.h
   src/api/ObjectDump.h
   src/appearance/Color.h
+  src/frame/DataRecords.h
   src/frame/Export.h
   src/frame/GroupInstancePath.h
   src/frame/Ids.h
@@ -25,6 +26,7 @@ set(QRV_PUBLIC_HEADERS
   src/geometry/Transf3d.h
   src/journal/AnyConverters.h
   src/journal/JSONConversion.h
+  src/journal/JSONDataRecords.h
   src/journal/Journaling.h
 )
 

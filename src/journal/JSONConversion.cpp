@@ -113,6 +113,11 @@ json ToJSON(const std::string& strValue)
     return strValue;
 }
 
+json ToJSON(char value)
+{
+    return static_cast<unsigned char>(value);
+}
+
 json ToJSON(const utils::any& value)
 {
     json result;
@@ -153,7 +158,8 @@ bool FromJSON(const json& source, const std::string& key, std::string& out, bool
 bool FromJSON(const json& source, const std::string& key, float& out, bool optional)
 {
     double dValue = out;
-    if (!FromJSON(source, key, dValue, optional))
+    if (!FromJSON(source, key, dValue, optional) ||
+        (std::isfinite(dValue) && std::abs(dValue) > std::numeric_limits<float>::max()))
         return false;
     out = static_cast<float>(dValue);
     return true;
@@ -168,6 +174,18 @@ bool FromJSON(const json& source, const std::string& key, int& out, bool optiona
     if (!ReadJSONInteger(*pValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), nValue))
         return false;
     out = static_cast<int>(nValue);
+    return true;
+}
+
+bool FromJSON(const json& source, const std::string& key, char& out, bool optional)
+{
+    const json* pValue = FindJSONValue(source, key);
+    if (!pValue)
+        return optional;
+    std::int64_t nValue = 0;
+    if (!pValue->is_number() || !ReadJSONInteger(*pValue, -128, 255, nValue))
+        return false;
+    out = static_cast<char>(static_cast<unsigned char>(nValue));
     return true;
 }
 

@@ -18,6 +18,7 @@
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
 #include <QRV/Ids.h>
+#include <QRV/JSONDataRecords.h>
 #include <QRV/Result.h>
 
 #include <nlohmann/json.hpp>
@@ -41,6 +42,8 @@ QRV_API nlohmann::json ToJSON(std::uint64_t nID);
 QRV_API nlohmann::json ToJSON(double dValue);
 QRV_API nlohmann::json ToJSON(float fValue);
 QRV_API nlohmann::json ToJSON(const std::string& strValue);
+/// A byte, 0 to 255.
+QRV_API nlohmann::json ToJSON(char value);
 QRV_API nlohmann::json ToJSON(const Point2d& value);
 QRV_API nlohmann::json ToJSON(const Vector2d& value);
 QRV_API nlohmann::json ToJSON(const Point3d& value);
@@ -72,6 +75,8 @@ QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, std:
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, double& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, float& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, std::string& out, bool optional);
+/// A byte, -128 to 255.
+QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, char& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Point2d& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Vector2d& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Point3d& out, bool optional);
