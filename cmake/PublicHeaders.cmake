@@ -3,11 +3,14 @@
 
 set(QRV_PUBLIC_HEADERS
   src/api/API.h
+  src/api/Callbacks.h
+  src/api/ChangeReports.h
   src/api/HistoryInformation.h
   src/api/Images.h
   src/api/LayersAndLevels.h
   src/api/Materials.h
   src/api/ObjectData.h
+  src/api/ObjectDump.h
   src/appearance/Color.h
   src/frame/DataRecords.h
   src/frame/Export.h
@@ -28,6 +31,7 @@ set(QRV_PUBLIC_HEADERS
   src/geometry/Transf3d.h
   src/journal/AnyConverters.h
   src/journal/JSONConversion.h
+  src/journal/JSONDataRecords.h
   src/journal/Journaling.h
 )
 

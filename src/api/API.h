@@ -19,6 +19,8 @@
 /// - Calls come from one thread at a time.
 #pragma once
 
+#include <QRV/Callbacks.h>
+#include <QRV/ChangeReports.h>
 #include <QRV/Export.h>
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
@@ -28,6 +30,7 @@
 #include <QRV/LayersAndLevels.h>
 #include <QRV/Materials.h>
 #include <QRV/ObjectData.h>
+#include <QRV/ObjectDump.h>
 #include <QRV/ObjectTypes.h>
 #include <QRV/Result.h>
 

@@ -65,10 +65,11 @@ template <class... Arguments>
 void EnterCall(const CallName& name, const char* pType, HistoryArgument history, const Arguments&... arguments)
 {
     if (name.m_bJournaled && HistoryRegistry::Get().GetJournal().IsEnabled())
-        WriteJournalCall({.nKind = history.m_bPresent ? nJournalCallKind::nOneHistory : nJournalCallKind::nNoHistory,
+        WriteJournalCall({.nKind = history.m_nKind,
                           .pName = name.m_pJournalName,
                           .pType = name.m_pType ? name.m_pType : pType,
-                          .nFirstHistory = history.m_nID},
+                          .nFirstHistory = history.m_nID,
+                          .nSecondHistory = history.m_nSecondID},
                          arguments...);
     EmptyResults(arguments...);
 }

@@ -46,18 +46,39 @@ concept ResultArgument = requires(const T& argument)
     argument.Empty();
 };
 
+/// How the history ids of a call are written in the journal.
+enum class nJournalCallKind
+{
+    nNoHistory = 0,
+    nOneHistory = 1,
+    nTwoHistories = 2,
+    nNewHistory = 3 ///< the call makes the second one, which gets a script variable
+};
+
 /// Stands in the place of the history id in a call whose line has none.
 struct NoHistory
 {
 };
 
-/// The first argument of a call: a history id, or none.
+/// Stands there in a call on two of them. The frame looks for the first.
+struct TwoHistories
+{
+    std::uint64_t m_nFirst;
+    std::uint64_t m_nSecond;
+};
+
+/// The first argument of a call: a history id, two, or none.
 struct HistoryArgument
 {
     HistoryArgument(std::uint64_t nID) : m_nID(nID) {}
-    HistoryArgument(NoHistory) : m_bPresent(false) {}
+    HistoryArgument(TwoHistories both)
+        : m_nID(both.m_nFirst), m_nSecondID(both.m_nSecond), m_nKind(nJournalCallKind::nTwoHistories)
+    {
+    }
+    HistoryArgument(NoHistory) : m_nKind(nJournalCallKind::nNoHistory) {}
 
     std::uint64_t m_nID = INVALID_ID;
-    bool m_bPresent = true;
+    std::uint64_t m_nSecondID = INVALID_ID;
+    nJournalCallKind m_nKind = nJournalCallKind::nOneHistory;
 };
 } // namespace QRV

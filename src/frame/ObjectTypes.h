@@ -89,6 +89,18 @@ enum nEdgeFaceClass : std::uint64_t
     nEdgeNonManifold = 4 ///< three coedges or more
 };
 
+/// How a History stands to a copy of it elsewhere: a set of bits.
+enum nHistoryComparison : std::uint32_t
+{
+    nHistoryAgrees = 0,
+    nHistoryListLonger = 1,     ///< the list of the copy has more deltas than the shared prefix here
+    nHistoryPrefixLonger = 2,   ///< the shared prefix here has more deltas than the list
+    nHistoryHasLaterDeltas = 4, ///< there are deltas behind the shared prefix
+    nHistoryActiveBelow = 8,    ///< the active delta stands before that of the copy
+    nHistoryActiveAbove = 16,   ///< the active delta stands behind that of the copy
+    nHistoryDeltaDiffers = 32   ///< a delta of the prefix has another id in the list
+};
+
 /// What happened to a History.
 enum nModelChangeType : std::int32_t
 {

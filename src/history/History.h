@@ -79,6 +79,18 @@ public:
     /// before the first delta and listed as itself. Nothing for an unknown id.
     void GetDeltaIDs(std::uint64_t nFrom, std::uint64_t nTo, std::vector<std::uint64_t>& aDeltas) const;
 
+    // --- change reports: appended to the lists
+    /// What the active delta did, or with `bNext` what undoing the one behind it did. False while a Delta with
+    /// content is open, and without deltas.
+    bool ReportActiveDelta(const ChangeLists& lists, nObjectType nType, bool bNext) const;
+    /// What leads from the state after one delta to that after another; 0 and INVALID_ID are the state before the
+    /// first. False, with nothing appended, for ends that are unknown or the same, and while a Delta is open.
+    bool ReportDeltaRange(std::uint64_t nFrom, std::uint64_t nTo, const ChangeLists& lists,
+                          const std::vector<nObjectType>& aTypes) const;
+    /// How the deltas that copies of this History share stand to the list and the active index of a copy. Gives a set
+    /// of nHistoryComparison.
+    std::uint32_t Compare(std::uint64_t nActiveIndex, const std::vector<std::uint64_t>& aDeltaIDs) const;
+
     // --- objects
     /// Makes and registers an object; the only way to make one. Its id is the lowest reusable one, else the next.
     template <class T, class... Arguments>
@@ -190,6 +202,8 @@ private:
     std::uint64_t GetActiveDeltaID() const { return GetDeltaIDRelative(0); }
     /// INVALID_ID when there is none.
     std::uint64_t FindDeltaIndex(std::uint64_t nID) const;
+    /// The number of deltas applied when this is the active one: 0 for 0 and INVALID_ID. False for an unknown one.
+    bool FindDeltaOrStart(std::uint64_t nDelta, std::uint64_t& nPlace) const;
     std::uint64_t GetDeltaIDAt(std::uint64_t nIndex) const;
 
     ObjectTable m_objects;

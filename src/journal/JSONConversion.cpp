@@ -158,7 +158,8 @@ bool FromJSON(const json& source, const std::string& key, std::string& out, bool
 bool FromJSON(const json& source, const std::string& key, float& out, bool optional)
 {
     double dValue = out;
-    if (!FromJSON(source, key, dValue, optional))
+    if (!FromJSON(source, key, dValue, optional) ||
+        (std::isfinite(dValue) && std::abs(dValue) > std::numeric_limits<float>::max()))
         return false;
     out = static_cast<float>(dValue);
     return true;

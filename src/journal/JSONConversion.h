@@ -18,6 +18,7 @@
 #include <QRV/Geometry.h>
 #include <QRV/GroupInstancePath.h>
 #include <QRV/Ids.h>
+#include <QRV/JSONDataRecords.h>
 #include <QRV/Result.h>
 
 #include <nlohmann/json.hpp>

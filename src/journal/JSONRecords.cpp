@@ -1,6 +1,6 @@
 // The records of the geometry and id types.
 
-#include <QRV/JSONConversion.h>
+#include "journal/JSONRecordReader.h"
 
 namespace QRV
 {
@@ -8,89 +8,12 @@ using nlohmann::json;
 
 namespace
 {
-constexpr const char* kObjectName = "objectName";
 constexpr const char* kCoordinateKeys[] = {"x", "y", "z"};
-/// No record of ours goes deeper; text that does is refused before it can exhaust the stack of whoever copies it.
-constexpr int kMaxDepth = 64;
 
 json NewRecord(const char* pName)
 {
     return {{kObjectName, pName}};
 }
-
-enum class nArray
-{
-    nRefused,
-    nAllowed ///< the record may come as a plain array
-};
-
-/// Finds the record that is to be read.
-class RecordReader
-{
-public:
-    RecordReader(const json& source, const std::string& key, bool optional, const char* pName,
-                 const char* pOtherName = nullptr, nArray nArrayRule = nArray::nRefused)
-        : m_bOptional(optional), m_bResultIfBad(optional)
-    {
-        m_pValue = FindJSONValue(source, key);
-        if (!m_pValue)
-            return;
-        if (m_pValue->is_string() && !key.empty() && !ParseText())
-            return;
-        m_bBad = !(m_pValue->is_array() && nArrayRule == nArray::nAllowed) && !HasName(pName, pOtherName);
-    }
-
-    /// There is no such record, and `GetResultIfBad` is the answer.
-    bool IsBad() const { return m_bBad; }
-    bool GetResultIfBad() const { return m_bResultIfBad; }
-    const json& GetValue() const { return *m_pValue; }
-
-    template <class T>
-    bool Read(const char* pKey, T& out) const
-    {
-        return from_json_impl<T>::f(*m_pValue, pKey, out, false);
-    }
-
-private:
-    /// Takes the JSON in the string for the value. False when it is too deep.
-    bool ParseText()
-    {
-        struct TooDeep
-        {
-        };
-        const auto checkDepth = [](int nDepth, json::parse_event_t, json&)
-        { return nDepth < kMaxDepth ? true : throw TooDeep(); };
-        try
-        {
-            m_parsed = json::parse(m_pValue->get_ref<const std::string&>(), checkDepth);
-        }
-        catch (const TooDeep&)
-        {
-            m_bResultIfBad = false;
-            return false;
-        }
-        m_pValue = &m_parsed;
-        return true;
-    }
-
-    bool HasName(const char* pName, const char* pOtherName)
-    {
-        const json* pHeld = m_pValue->is_object() ? FindJSONValue(*m_pValue, kObjectName) : nullptr;
-        if (pHeld && pHeld->is_string())
-        {
-            const std::string& strHeld = pHeld->get_ref<const std::string&>();
-            return strHeld == pName || (pOtherName && strHeld == pOtherName);
-        }
-        m_bResultIfBad = m_bOptional && (m_pValue->is_null() || (m_pValue->is_structured() && m_pValue->empty()));
-        return false;
-    }
-
-    const json* m_pValue = nullptr;
-    json m_parsed;
-    bool m_bOptional;
-    bool m_bBad = true;
-    bool m_bResultIfBad;
-};
 
 template <class T>
 json WriteCoordinates(const char* pName, const T& value, std::size_t nDimensions)
@@ -279,7 +202,7 @@ json ToJSON(const ObjectHistoryID& value)
 
 bool FromJSON(const json& source, const std::string& key, ObjectHistoryID& out, bool optional)
 {
-    const RecordReader reader(source, key, optional, "ObjectHistoryID", nullptr, nArray::nAllowed);
+    const RecordReader reader(source, key, optional, "ObjectHistoryID", nullptr, nJSONArray::nAllowed);
     if (reader.IsBad())
         return reader.GetResultIfBad();
     if (!reader.GetValue().is_array())
@@ -298,7 +221,7 @@ json ToJSON(const GroupInstancePath& value)
 
 bool FromJSON(const json& source, const std::string& key, GroupInstancePath& out, bool optional)
 {
-    const RecordReader reader(source, key, optional, "GroupInstancePath", nullptr, nArray::nAllowed);
+    const RecordReader reader(source, key, optional, "GroupInstancePath", nullptr, nJSONArray::nAllowed);
     if (reader.IsBad())
         return reader.GetResultIfBad();
     std::vector<ObjectHistoryID> aIDs;

@@ -8,15 +8,6 @@
 
 namespace QRV
 {
-/// How the history ids of a call are written.
-enum class nJournalCallKind
-{
-    nNoHistory = 0,
-    nOneHistory = 1,
-    nTwoHistories = 2,
-    nNewHistory = 3 ///< the call gives the History `nSecondHistory`, which gets a script variable
-};
-
 /// What a journal line says besides the arguments.
 struct JournalHead
 {

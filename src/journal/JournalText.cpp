@@ -120,6 +120,7 @@ std::string JournalText(const std::vector<T>& aValues)
 }
 
 template std::string JournalText(const std::vector<std::uint64_t>&);
+template std::string JournalText(const std::vector<nObjectType>&);
 template std::string JournalText(const std::vector<ObjectHistoryID>&);
 template std::string JournalText(const std::vector<Point3d>&);
 template std::string JournalText(const std::vector<Plane>&);

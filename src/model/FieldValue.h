@@ -3,6 +3,7 @@
 
 #include "archive/IArchive.h"
 #include "model/Object.h"
+#include "model/ObjectPairing.h"
 #include "model/SharedObjectSet.h"
 
 #include <array>

@@ -219,40 +219,4 @@ std::size_t Object::GetAllChildren(std::vector<Object*>& aChildren, bool bOwnedO
         aChildren[i]->GetChildren(aChildren, seen, bOwnedOnly);
     return aChildren.size() - nBefore;
 }
-
-bool Object::IsEquivalentWithChildren(const Object& other, bool /*bStrict*/) const
-{
-    if (this == &other)
-        return true;
-    std::vector<Object*> aMine{const_cast<Object*>(this)};
-    std::vector<Object*> aOthers{const_cast<Object*>(&other)};
-    GetAllChildren(aMine, false);
-    other.GetAllChildren(aOthers, false);
-    if (aMine.size() != aOthers.size())
-        return false;
-    ObjectPairing pairing;
-    for (std::size_t i = 0; i < aMine.size(); ++i)
-    {
-        std::vector<Attribute*> aAttributes;
-        std::vector<Attribute*> aOtherAttributes;
-        aMine[i]->GetAttributes(aAttributes);
-        aOthers[i]->GetAttributes(aOtherAttributes);
-        if (aMine[i]->GetType() != aOthers[i]->GetType() || !aMine[i]->IsEquivalent(*aOthers[i], pairing) ||
-            aAttributes.size() != aOtherAttributes.size())
-            return false;
-        for (std::size_t n = 0; n < aAttributes.size(); ++n)
-            if (!pairing.Pair(aAttributes[n], aOtherAttributes[n]))
-                return false;
-    }
-    return true;
-}
-
-bool ObjectPairing::Pair(const Object* pA, const Object* pB)
-{
-    if (!pA || !pB)
-        return pA == pB;
-    const auto itForward = m_mapForward.emplace(pA, pB).first;
-    const auto itBackward = m_mapBackward.emplace(pB, pA).first;
-    return itForward->second == pB && itBackward->second == pA;
-}
 } // namespace QRV

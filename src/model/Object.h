@@ -179,18 +179,6 @@ private:
     std::unique_ptr<AttributeTable> m_pAttributes;
 };
 
-/// The pairs met so far in a comparison of two structures: what one side calls a, the other calls b.
-class ObjectPairing
-{
-public:
-    /// True when both are null, are a pair already, or are both new to the pairing (they are a pair from now on).
-    bool Pair(const Object* pA, const Object* pB);
-
-private:
-    std::unordered_map<const Object*, const Object*> m_mapForward;
-    std::unordered_map<const Object*, const Object*> m_mapBackward;
-};
-
 /// Orders objects for every list whose order shows.
 struct ByObjectID
 {

@@ -13,6 +13,8 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
     nObjectType nType = nFaceType;
     nConvexity convexity{};
     nEdgeFaceClass nClass{};
+    nHistoryComparison comparison{};
+    std::string strText;
     Interval3d box;
     Plane plane;
     Point3d p(1, 2, 3);
@@ -67,6 +69,11 @@ TEST(UnknownHistory, IsRefusedByEveryCallAndStillJournaled)
         {kUnwritten, [&](std::uint64_t h) { return APIGetDeltaFlagsReadOnly(h, 1, n); }},
         {kUnwritten, [&](std::uint64_t h) { return APISetDeltaFlags(h, 1, 1); }},
         {kUnwritten, [&](std::uint64_t h) { return APISetAllDeltaFlags(h, 1, 1, true); }},
+        QRV_CALL(APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly, &a, &a, &a),
+        QRV_CALL(APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly, 1, 2, &a, &a, &a),
+        QRV_CALL(APICompareHistoryReadOnly, 0, a, comparison),
+        QRV_CALL(APIIsExactMatchReadOnly, 0, b),
+        QRV_CALL(APIDebugObjectReadOnly, 0, strText),
         QRV_CALL(APICheckValidityReadOnly, 0, aResults),
         QRV_CALL(APICheckHistoryValidityReadOnly, aResults),
         QRV_CALL(APIGetObjectTypeReadOnly, 0, nType),

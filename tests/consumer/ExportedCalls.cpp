@@ -34,6 +34,10 @@ AnyCall g_aCalls[] = {
     Linked<Result(), &APIDisableJournaling>(),
     Linked<Result(bool&), &APIIsJournalingReadOnly>(),
     Linked<Result(std::set<std::string>&), &APIGetEnabledJournalingTypesReadOnly>(),
+    Linked<Result(const std::function<void(const ModelChangeData&)>&), &APIRegisterModelChangedCallbackReadOnly>(),
+    Linked<Result(const std::function<void(const std::string&)>&, const std::function<void(float)>&,
+                  const std::function<void(const Result&)>&, float, float, float),
+           &APIRegisterProgressCallbacksReadOnly>(),
     Linked<Result(ID&, bool), &APICreateHistory>(),
     Linked<Result(ID), &APIDeleteHistory>(),
     Linked<Result(), &APIDeleteAllHistories>(),
@@ -62,6 +66,12 @@ AnyCall g_aCalls[] = {
     Linked<Result(ID, ID, ID&), &APIGetDeltaFlagsReadOnly>(),
     Linked<Result(ID, ID, ID), &APISetDeltaFlags>(),
     Linked<Result(ID, ID, ID, bool), &APISetAllDeltaFlags>(),
+    Linked<Result(ID, IDs*, IDs*, IDs*, nObjectType, bool), &APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly>(),
+    Linked<Result(ID, ID, ID, IDs*, IDs*, IDs*, const std::vector<nObjectType>&),
+           &APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly>(),
+    Linked<Result(ID, ID, const IDs&, nHistoryComparison&), &APICompareHistoryReadOnly>(),
+    Linked<Result(ID, ID, bool&, ID, ID), &APIIsExactMatchReadOnly>(),
+    Linked<Result(ID, ID, std::string&), &APIDebugObjectReadOnly>(),
     Linked<Result(ID, ID, std::vector<Result>&), &APICheckValidityReadOnly>(),
     Linked<Result(ID, std::vector<Result>&), &APICheckHistoryValidityReadOnly>(),
     Linked<Result(ID, ID, nObjectType&), &APIGetObjectTypeReadOnly>(),
@@ -197,11 +207,16 @@ bool TakesDefaults(ID nHistory)
     ID nID = 0;
     IDs aIDs;
     double dSize = 0;
+    bool bMatch = false;
     APIGetAllHistoriesReadOnly(aIDs);
     APIGetIdOfActiveDeltaReadOnly(nHistory, nID);
     APIGetLastDeltaIDReadOnly(nHistory, nID);
     APIUndoHistory(nHistory);
     APIRedoHistory(nHistory);
+    APIRegisterProgressCallbacksReadOnly({}, {}, {});
+    APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(nHistory, &aIDs, nullptr, nullptr);
+    APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(nHistory, 0, nID, nullptr, &aIDs, nullptr);
+    APIIsExactMatchReadOnly(nHistory, nHistory, bMatch);
     APIUndoOrRedoHistoryToDelta(nHistory, nID);
     APIDeleteAllRedoHistory(nHistory);
     APIMergeDeltas(nHistory);

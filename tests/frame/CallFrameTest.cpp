@@ -1,6 +1,6 @@
 // What a host hears during a call, what it may do then, and what its throwing does.
 
-#include "history/HistoryRegistry.h"
+#include "support/Journaled.h"
 #include "support/TestModel.h"
 
 #include <stdexcept>
@@ -22,11 +22,11 @@ class CallFrame : public testing::Test
 protected:
     CallFrame()
     {
-        HistoryRegistry::Get().GetProgressHooks() = ProgressHooks(
+        APIRegisterProgressCallbacksReadOnly(
             [this](const std::string& strName) { Hear("start " + strName); },
             [this](float f) { Hear("progress " + std::to_string(int(f))); },
             [this](const Result& result) { Hear("end " + std::to_string(result.GetErrorCode())); }, 1.0f, 0.0f, 50.0f);
-        HistoryRegistry::Get().SetModelChangedCallback(
+        APIRegisterModelChangedCallbackReadOnly(
             [this](const ModelChangeData& change)
             {
                 const char* pWhere = change.historyID == m_model.GetID() ? "model"
@@ -43,8 +43,8 @@ protected:
 
     static void Deafen()
     {
-        HistoryRegistry::Get().GetProgressHooks() = {};
-        HistoryRegistry::Get().SetModelChangedCallback(nullptr);
+        APIRegisterProgressCallbacksReadOnly({}, {}, {});
+        APIRegisterModelChangedCallbackReadOnly(nullptr);
     }
 
     void Hear(const std::string& strWord)
@@ -232,7 +232,7 @@ TEST_F(CallFrame, TurnsWhatTheHostThrowsIntoACode)
 TEST_F(CallFrame, PushesTheBarToItsEndOnceThoughHooksThrow)
 {
     Words aWords;
-    HistoryRegistry::Get().GetProgressHooks() = ProgressHooks(
+    APIRegisterProgressCallbacksReadOnly(
         {},
         [&](float f)
         {
@@ -253,15 +253,47 @@ TEST_F(CallFrame, PushesTheBarToItsEndOnceThoughHooksThrow)
 TEST_F(CallFrame, LetsACallbackRegisterAnother)
 {
     int nHeard = 0;
-    HistoryRegistry::Get().SetModelChangedCallback(
+    APIRegisterModelChangedCallbackReadOnly(
         [&nHeard, strKept = std::string(100, 'x')](const ModelChangeData&)
         {
-            HistoryRegistry::Get().SetModelChangedCallback(nullptr);
-            HistoryRegistry::Get().GetProgressHooks() = {};
+            APIRegisterModelChangedCallbackReadOnly(nullptr);
+            APIRegisterProgressCallbacksReadOnly({}, {}, {});
             nHeard += strKept == std::string(100, 'x');
         });
     EXPECT_TRUE(DrawMore().IsGood());
     EXPECT_TRUE(DrawMore().IsGood());
     EXPECT_EQ(nHeard, 1);
+}
+
+TEST_F(CallFrame, KeepsTheHooksItHasWhenOthersCannotBeTaken)
+{
+    struct Uncopied
+    {
+        Uncopied() = default;
+        Uncopied(const Uncopied& other) : pCopies(other.pCopies)
+        {
+            if (++*pCopies > 1)
+                throw std::bad_alloc();
+        }
+        void operator()(const ModelChangeData&) const {}
+        void operator()(const Result&) const {}
+        int* pCopies = nullptr;
+    };
+    const Journaled journal(GetID());
+    const std::string strBefore = journal.Read();
+    int nCopies = 0;
+    Uncopied hook;
+    hook.pCopies = &nCopies;
+    EXPECT_EQ(APIRegisterModelChangedCallbackReadOnly(hook).GetErrorCode(), Result::nCaughtException);
+    nCopies = 0;
+    EXPECT_EQ(APIRegisterProgressCallbacksReadOnly({}, {}, hook).GetErrorCode(), Result::nCaughtException);
+    EXPECT_EQ(journal.Read(), strBefore) << "what is no part of a script is not written";
+    EXPECT_TRUE(DrawMore().IsGood());
+    EXPECT_EQ(GetHeard().size(), 3u);
+    // The second registration wins wholly.
+    EXPECT_TRUE(APIRegisterProgressCallbacksReadOnly([this](const std::string&) { Hear("start"); }, {}, {}).IsGood());
+    EXPECT_TRUE(APIRegisterModelChangedCallbackReadOnly({}).IsGood());
+    EXPECT_TRUE(DrawMore().IsGood());
+    EXPECT_EQ(GetHeard(), Words{"start"});
 }
 } // namespace QRV

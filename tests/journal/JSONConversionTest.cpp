@@ -1,9 +1,13 @@
+#include "support/CommaLocale.h"
+
 #include <QRV/JSONConversion.h>
 #include <QRV/ObjectTypes.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
+#include <typeinfo>
 
 namespace QRV
 {
@@ -90,6 +94,86 @@ TEST(JSONConversion, GoesToAndFroForEveryValue)
                    to_json_impl<Transf3d>::f(Transf3d::translation(Vector3d(5, 6, 7))).dump().c_str());
 }
 
+TEST(JSONConversion, GoesToAndFroForEveryRecord)
+{
+    const std::string kPoint = R"({"objectName":"Point3d","x":1.0,"y":2.0,"z":3.0})";
+    const std::string kUV = R"({"objectName":"Point2d","x":0.5,"y":0.25})";
+    const std::string kColor = R"({"objectName":"Color","r":1,"g":2,"b":3,"a":4})";
+    const std::string kTransform = to_json_impl<Transf3d>::f(Transf3d::translation(Vector3d(5, 6, 7))).dump();
+    const std::string kNormal = R"({"objectName":"UnitVector3d","x":0.0,"y":0.0,"z":1.0})";
+    const Point3d point(1, 2, 3);
+    const Color color{1, 2, 3, 4};
+    const Transf3d transform = Transf3d::translation(Vector3d(5, 6, 7));
+    ExpectBothWays(TextureData{"t", {'\0', '\x7f', '\x80', '\xff'}},
+                   R"({"objectName":"TextureData","name":"t","texture":[0,127,128,255]})");
+    ExpectBothWays(
+        MaterialData{"m", color, 0.5, 2.0, 3},
+        (R"({"objectName":"MaterialData","name":"m","h_scale":0.5,"v_scale":2.0,"texture":3,"color":)" + kColor + "}")
+            .c_str());
+    ExpectBothWays(LayerData{"l", false, INVALID_ID},
+                   R"({"objectName":"LayerData","name":"l","displayed":false,"material":4294967295})");
+    ExpectBothWays(InstanceData{"i", 1, 2, 3, transform, true},
+                   (R"({"objectName":"InstanceData","name":"i","layer":1,"history":2,"material":3,"hidden":true,
+                        "transform":)" +
+                    kTransform + "}")
+                       .c_str());
+    const LoopData loop{{point, point}, {true, false}, {false, true}, true, {{0.5, 0.25}}, {}};
+    const std::string kLoop =
+        R"({"objectName":"LoopData","vertices_smooth":[true,false],"edges_smooth":[false,true],"is_arc":true,
+            "back_uv":[],"front_uv":[)" +
+        kUV + R"(],"vertices":[)" + kPoint + "," + kPoint + "]}";
+    ExpectBothWays(loop, kLoop.c_str());
+    ExpectBothWays(FaceData{4, UnitVector3d(Vector3d(0, 0, 1), false), loop, {loop}, {{point}, {}}, 5, 6, true},
+                   (R"({"objectName":"FaceData","layer":4,"front_material":5,"back_material":6,"hidden":true,
+                        "outer_loop":)" +
+                    kLoop + R"(,"inner_loops":[)" + kLoop + R"(],"normal":)" + kNormal + R"(,"openings":[[)" + kPoint +
+                    "],[]]}")
+                       .c_str());
+    ExpectBothWays(EdgeData{1, color, point, point, true, true},
+                   (R"({"objectName":"EdgeData","layer":1,"smooth":true,"hidden":true,"color":)" + kColor +
+                    R"(,"start_pt":)" + kPoint + R"(,"end_pt":)" + kPoint + "}")
+                       .c_str());
+    ExpectBothWays(CurveData{1, color, true, {point}, true},
+                   (R"({"objectName":"CurveData","layer":1,"is_arc":true,"hidden":true,"color":)" + kColor +
+                    R"(,"points":[)" + kPoint + "]}")
+                       .c_str());
+    ExpectBothWays(ImageData{"p", 1, 2, 3.5, 4.5, transform, true},
+                   (R"({"objectName":"ImageData","name":"p","layer":1,"texture":2,"width":3.5,"height":4.5,
+                        "hidden":true,"transform":)" +
+                    kTransform + "}")
+                       .c_str());
+    ExpectBothWays(FacetsBodyData{{point}, {{0, 1, 2}, {}}, {7}, {color}, {8}, {color}},
+                   (R"({"objectName":"FacetsBodyData","m_polygonIndices":[[0,1,2],[]],"m_polygonSmoothingIds":[7],
+                        "m_polygonColorIndices":[8],"m_points":[)" +
+                    kPoint + R"(],"m_colors":[)" + kColor + R"(],"m_pointColors":[)" + kColor + "]}")
+                       .c_str());
+    ExpectBothWays(ModelChangeData{3, nModelUndone, "APIUndo\"History", 2, INVALID_ID},
+                   R"({"objectName":"ModelChangeData","historyID":3,"type":-1,"name":"APIUndo\"History",
+                       "previousDelta":2,"currentDelta":4294967295})");
+}
+
+TEST(JSONConversion, KeepsWhatARecordMayLeaveOut)
+{
+    LayerData layer{"before", false, 9};
+    EXPECT_TRUE(Read(json::parse(R"({"objectName":"LayerData","name":"l","displayed":true})"), layer));
+    EXPECT_TRUE(layer.name == "l" && layer.displayed && layer.material == 9);
+    EXPECT_FALSE(Read(json::parse(R"({"objectName":"LayerData","name":"l"})"), layer));
+    MaterialData material;
+    EXPECT_TRUE(Read(json::parse(R"({"objectName":"MaterialData","name":"m"})"), material));
+    EXPECT_EQ(material.h_scale, 10.0);
+    EXPECT_EQ(material.texture, INVALID_ID);
+    EXPECT_EQ(material.color.a, 255);
+    FaceData face;
+    EXPECT_FALSE(Read(json::parse(R"({"objectName":"FaceData","normal":{"objectName":"UnitVector3d","x":0.0,"y":0.0,
+                                     "z":1.0}})"),
+                      face))
+        << "a face without its outline";
+    TextureData texture;
+    EXPECT_TRUE(Read(json::parse(R"({"objectName":"TextureData","name":"t","texture":[-128,-1]})"), texture));
+    EXPECT_EQ(texture.texture, (std::vector<char>{'\x80', '\xff'}));
+    ExpectRefused<std::vector<char>>({"[256]", "[-129]", "[\"a\"]", "[true]", "[1e300]"});
+}
+
 TEST(JSONConversion, TakesTheShortAndTheForeignForms)
 {
     Vector3d vector;
@@ -128,6 +212,7 @@ TEST(JSONConversion, RefusesWhatDoesNotFit)
 {
     ExpectRefused<std::uint64_t>({"-2", "1e300", "-1e300", "18446744073709551616", "\"7\"", "true", "null", "{}"});
     ExpectRefused<int>({"2147483648", "-2147483649", "1e10", "\"1\"", "null"});
+    ExpectRefused<float>({"1e300", "-1e39", "\"1\""});
     ExpectRefused<double>({"\"1\"", "true", "null", "[]"});
     ExpectRefused<bool>({"1", "\"true\"", "null"});
     ExpectRefused<std::string>({"1", "null", "[]"});
@@ -143,6 +228,10 @@ TEST(JSONConversion, RefusesWhatDoesNotFit)
     ExpectRefused<ObjectHistoryID>({R"({"History":1,"Object":2})", "[1]", "[1,2,3]", "[]", "[1,\"2\"]", "[null,2]"});
     ExpectRefused<GroupInstancePath>({"[7]", "[[1,2],null]", R"({"objectName":"GroupInstancePath"})"});
     ExpectRefused<Transf3d>({R"({"objectName":"Transf3d","data":[1,2,3]})", R"({"objectName":"Transf3d","data":7})"});
+    ExpectRefused<ModelChangeData>(
+        {R"({"objectName":"ModelChangeData","historyID":3,"type":0,"name":"","previousDelta":2})",
+         R"({"objectName":"ModelChangeData","historyID":3,"type":3000000000,"name":"","previousDelta":2,"currentDelta":3})",
+         R"({"objectName":"ModelChangeData","historyID":3,"type":0,"name":7,"previousDelta":2,"currentDelta":3})"});
     ExpectRefused<Result>({R"({"objectName":"Result","error":5})", R"({"objectName":"QRV::Result","error":-1})"});
 }
 
@@ -226,5 +315,113 @@ TEST(JSONConversion, WritesBytesWithoutSignAndTakesThemWithEither)
     EXPECT_EQ(pair, (std::array<std::uint64_t, 2>{1, INVALID_ID}));
     for (const char* pBad : {"[1]", "[1,2,3]", "3", "[1,\"a\"]"})
         EXPECT_FALSE(Read(json::parse(pBad), pair)) << pBad;
+}
+
+namespace
+{
+/// Neither the whole document nor what it has under a key is a `T`, and reading it does no harm.
+template <class T>
+void ExpectHarmless(const json& hostile)
+{
+    for (const char* pKey : {"", "key"})
+        for (const bool bOptional : {false, true})
+            try
+            {
+                T read{};
+                const bool bRead = Read(hostile, read, pKey, bOptional);
+                EXPECT_TRUE(!bRead || bOptional) << typeid(T).name() << ' ' << pKey;
+            }
+            catch (const json::exception&)
+            {
+            }
+}
+
+/// So many arrays or objects, each within the next.
+json Nest(std::size_t nDepth, bool bObjects)
+{
+    json inner = bObjects ? json{{"objectName", "Point3d"}} : json(1);
+    for (std::size_t n = 0; n < nDepth; ++n)
+    {
+        json outer = bObjects ? json::object() : json::array();
+        if (bObjects)
+            outer.emplace("key", std::move(inner));
+        else
+            outer.push_back(std::move(inner));
+        inner = std::move(outer);
+    }
+    return inner;
+}
+} // namespace
+
+TEST(JSONConversion, StandsHostileDocuments)
+{
+    const std::string kBracket(100000, '[');
+    const std::string kBalanced = kBracket + std::string(100000, ']');
+    std::string strObjects;
+    for (int n = 0; n < 100000; ++n)
+        strObjects += R"({"key":)";
+    json aHostile[] = {
+        Nest(100000, false),
+        Nest(100000, true),
+        json{{"key", kBracket}},
+        json{{"key", kBalanced}},
+        json{{"key", strObjects}},
+        json{{"key", "\xff\xfe{"}},
+        json{{"key", json(json(R"({"objectName":"Point3d","x":1,"y":2,"z":3})").dump()).dump()}}, // text in text in text
+        json{{"key", R"({"objectName":"\ud800"})"}},
+        json{{"key", json::binary({1, 2, 3})}},
+        json{{"key", {{"objectName", "Point3d"}, {"x", std::numeric_limits<double>::quiet_NaN()}, {"y", kBalanced}}}},
+    };
+    for (const json& hostile : aHostile)
+    {
+        ExpectHarmless<Point3d>(hostile);
+        ExpectHarmless<UnitVector3d>(hostile);
+        ExpectHarmless<Plane>(hostile);
+        ExpectHarmless<Transf3d>(hostile);
+        ExpectHarmless<Color>(hostile);
+        ExpectHarmless<ObjectHistoryID>(hostile);
+        ExpectHarmless<GroupInstancePath>(hostile);
+        ExpectHarmless<Result>(hostile);
+        ExpectHarmless<ModelChangeData>(hostile);
+        ExpectHarmless<std::vector<std::vector<std::uint64_t>>>(hostile);
+        ExpectHarmless<std::pair<int, Point3d>>(hostile);
+        // Values that are carried as they come may be taken.
+        for (const char* pKey : {"", "key"})
+        {
+            utils::any value;
+            std::map<std::string, utils::any> aValues;
+            Read(hostile, value, pKey);
+            Read(hostile, aValues, pKey);
+        }
+    }
+    // What cannot be parsed at all.
+    for (const double d : {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(), std::nan("")})
+    {
+        std::uint64_t nID = 7;
+        int nInt = 7;
+        float fValue = 7.0f;
+        Color color;
+        EXPECT_FALSE(Read(json(d), nID));
+        EXPECT_FALSE(Read(json(d), nInt));
+        EXPECT_FALSE(Read(json{{"objectName", "Color"}, {"r", d}, {"g", 0}, {"b", 0}, {"a", 0}}, color));
+        EXPECT_TRUE(Read(json(d), fValue));
+        EXPECT_FALSE(std::isfinite(fValue));
+        EXPECT_TRUE(nID == 7 && nInt == 7);
+    }
+}
+
+TEST(JSONConversion, KnowsNoLocale)
+{
+    const CommaLocale commas;
+    const Point3d point(1234567.5, -0.001, 1e300);
+    const std::string strText = to_json_impl<Point3d>::f(point).dump();
+    EXPECT_EQ(strText, R"({"objectName":"Point3d","x":1234567.5,"y":-0.001,"z":1e+300})");
+    Point3d read;
+    EXPECT_TRUE(Read(json{{"p", strText}}, read, "p"));
+    EXPECT_TRUE(read[0] == point[0] && read[1] == point[1] && read[2] == point[2]);
+    EXPECT_EQ(to_json_impl<std::vector<std::uint64_t>>::f({1234567, INVALID_ID}).dump(), "[1234567,4294967295]");
+    Result result;
+    result.SetErrorCode(Result::nUndoDeltaFailed, 1234567);
+    EXPECT_EQ(result.GetErrorString(), "Undo of Delta-1234567 failed.");
 }
 } // namespace QRV

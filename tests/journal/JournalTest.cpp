@@ -1,3 +1,4 @@
+#include "support/CommaLocale.h"
 #include "support/Journaled.h"
 #include "support/TestModel.h"
 
@@ -6,7 +7,6 @@
 #include <QRV/Journaling.h>
 
 #include <cstdlib>
-#include <locale>
 
 namespace QRV
 {
@@ -16,26 +16,6 @@ const std::string kHead = "function runtest() \n{\n"
                           "    var result = true; \n"
                           "    var mainHistID = QRV.APIGetActiveHistory();\n";
 const std::string kTail = "    return result; \n}";
-
-/// What a host in a country of decimal commas does.
-class CommaLocale
-{
-public:
-    CommaLocale() : m_before(std::locale::global(std::locale(std::locale::classic(), new Punctuation))) {}
-    ~CommaLocale() { std::locale::global(m_before); }
-    CommaLocale(const CommaLocale&) = delete;
-    CommaLocale& operator=(const CommaLocale&) = delete;
-
-private:
-    struct Punctuation : std::numpunct<char>
-    {
-        char do_decimal_point() const override { return ','; }
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
-    std::locale m_before;
-};
-
 } // namespace
 
 TEST(Journal, TellsAWholeSession)
