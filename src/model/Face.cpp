@@ -5,6 +5,7 @@
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Shell.h"
+#include "model/SideWalk.h"
 #include "model/Vertex.h"
 #include "spatial/FaceFacets.h"
 
@@ -50,19 +51,6 @@ Plane FitPlane(const std::vector<Point3d>& aPoints)
 /// A face with more sides than this gets its facets when somebody asks for them. While lines are drawn in a large ragged
 /// face, each would have to pay for all of it.
 constexpr std::size_t kMaxSidesForFacetsAtOnce = 64;
-
-bool HasFewSides(const Face& face)
-{
-    std::size_t nSides = 0;
-    for (const Loop* pLoop : face.GetLoops())
-        for (const Coedge* pCoedge = pLoop->GetCoedge(); pCoedge;)
-        {
-            if (++nSides > kMaxSidesForFacetsAtOnce)
-                return false;
-            pCoedge = pCoedge->GetNext() == pLoop->GetCoedge() ? nullptr : pCoedge->GetNext();
-        }
-    return true;
-}
 
 /// Appends what `get` gives for each coedge of the face, each object once.
 template <class T, class Get>
@@ -227,7 +215,7 @@ void Face::CompleteCaches()
 {
     GetPlane();
     GetBox();
-    if (HasFewSides(*this))
+    if (VisitSidesUpTo(*this, kMaxSidesForFacetsAtOnce, [](const Coedge&) {}))
         GetFacets();
 }
 

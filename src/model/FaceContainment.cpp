@@ -2,6 +2,7 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/PointSide.h"
+#include "model/SideWalk.h"
 #include "model/Vertex.h"
 #include "spatial/FaceFacets.h"
 
@@ -18,24 +19,6 @@ void PassEdge(PointSide& side, const Edge& edge)
 {
     if (edge.IsComplete())
         side.Pass(edge.GetStartVertex()->GetPosition(), edge.GetEndVertex()->GetPosition());
-}
-
-/// False, with only a part passed, when there are more sides than should be walked.
-bool WalkSides(const Face& face, PointSide& side, std::size_t nMax)
-{
-    std::size_t nSides = 0;
-    for (const Loop* pLoop : face.GetLoops())
-    {
-        for (const Coedge* pCoedge = pLoop->GetCoedge(); pCoedge;)
-        {
-            if (++nSides > nMax)
-                return false;
-            if (const Edge* pEdge = pCoedge->GetEdge())
-                PassEdge(side, *pEdge);
-            pCoedge = pCoedge->GetNext() == pLoop->GetCoedge() ? nullptr : pCoedge->GetNext();
-        }
-    }
-    return true;
 }
 
 /// The shortest way out of a face's box along one of the plane's two coordinates.
@@ -78,7 +61,12 @@ nLoopSide Face::FindSide(const Point3d& p)
     History& history = *GetHistory();
     const std::size_t nMax = history.HasTemporaryTrees() ? std::size_t(-1) : kMaxSidesToWalk;
     PointSide walked(p, PlaneAxes(normal));
-    if (WalkSides(*this, walked, nMax))
+    const auto passSide = [&](const Coedge& coedge)
+    {
+        if (const Edge* pEdge = coedge.GetEdge())
+            PassEdge(walked, *pEdge);
+    };
+    if (VisitSidesUpTo(*this, nMax, passSide))
         return walked.Get();
 
     const WayOut way = FindWayOut(p, normal, GetBox());

@@ -5,20 +5,17 @@
 #include "model/Lump.h"
 #include "model/Shell.h"
 #include "model/Vertex.h"
+#include "operations/FaceInterior.h"
 #include "operations/FaceSearch.h"
-#include "operations/OutlineWalk.h"
 #include "spatial/Measures.h"
 
 #include <algorithm>
 #include <functional>
-#include <unordered_set>
-#include <utility>
 
 namespace QRV
 {
 namespace
 {
-
 /// Of the outline, or of all loops.
 std::vector<std::uint64_t> GetCornerIDs(const Face& face, bool bAll)
 {
@@ -34,79 +31,6 @@ std::vector<std::uint64_t> GetCornerIDs(const Face& face, bool bAll)
     return aIDs;
 }
 
-/// Draws the edges that leave certain corners of a face, and that it does not use yet, into it.
-class EdgesIntoFace
-{
-public:
-    EdgesIntoFace(History& history, Face& face, std::vector<std::uint64_t> aCorners)
-        : m_history(history), m_face(face), m_aCorners(std::move(aCorners)), m_seen(m_aCorners.begin(), m_aCorners.end())
-    {
-    }
-
-    /// The dangling edges, with the trees of edges behind them.
-    void DrawInSpurs()
-    {
-        ObjectSet done;
-        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
-        {
-            for (const std::uint64_t nEdge : FindEdgesAt(i))
-            {
-                auto* pEdge = m_history.Get<Edge>(nEdge);
-                if (pEdge && !m_face.HasEdge(*pEdge))
-                    m_face.AddSpurEdge(*pEdge, pEdge->GetStartVertex()->GetID() == m_aCorners[i], done);
-            }
-            FollowSpurs(i);
-        }
-    }
-
-    /// Those between two corners too, as chords. Gives the ids of the faces that these split off, each of which has its
-    /// own edges to draw in.
-    std::vector<std::uint64_t> DrawInAll()
-    {
-        DrawInSpurs();
-        std::vector<std::uint64_t> aSplitOff;
-        for (std::size_t i = 0; i < m_aCorners.size(); ++i)
-            for (const std::uint64_t nEdge : FindEdgesAt(i))
-            {
-                auto* pEdge = m_history.Get<Edge>(nEdge);
-                Face* pSplitOff = nullptr;
-                if (pEdge && !m_face.HasEdge(*pEdge) && m_face.SplitByEdge(*pEdge, &pSplitOff, false) && pSplitOff)
-                    aSplitOff.push_back(pSplitOff->GetID());
-            }
-        return aSplitOff;
-    }
-
-private:
-    const std::vector<std::uint64_t>& FindEdgesAt(std::size_t nCorner)
-    {
-        m_aFound.clear();
-        m_aEdges.clear();
-        const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
-        if (pCorner && pCorner->GetConnectedEdges(m_aEdges) > 2)
-            for (const Edge* pEdge : m_aEdges)
-                if (!m_face.HasEdge(*pEdge))
-                    m_aFound.push_back(pEdge->GetID());
-        return m_aFound;
-    }
-
-    /// What hangs on the far ends of spurs is to be drawn in as well.
-    void FollowSpurs(std::size_t nCorner)
-    {
-        const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
-        for (const Edge* pEdge : m_aEdges)
-            if (pEdge->GetUseBy(m_face) > 1)
-                if (const std::uint64_t nFar = pEdge->GetOtherVertex(pCorner)->GetID(); m_seen.insert(nFar).second)
-                    m_aCorners.push_back(nFar);
-    }
-
-    History& m_history;
-    Face& m_face;
-    std::vector<std::uint64_t> m_aCorners; ///< by id, since splitting may end vertices
-    std::unordered_set<std::uint64_t> m_seen;
-    std::vector<std::uint64_t> m_aFound;
-    std::vector<Edge*> m_aEdges;
-};
-
 /// The first face around the new one that takes it as a hole, by ascending id; null for none.
 Face* FillHoleAround(History& history, Face& face)
 {
@@ -118,126 +42,6 @@ Face* FillHoleAround(History& history, Face& face)
             return pAround;
     return nullptr;
 }
-
-/// Makes holes for the faces that stand in another: one for all that hang together, round the outside of them, with the
-/// dangling edges there.
-class HoleTaking
-{
-public:
-    HoleTaking(History& history, Face& face)
-        : m_history(history), m_face(face), m_plane(face.GetPlane()), m_nAxis((m_plane.normal.dominantDirection() + 1) % 3)
-    {
-    }
-
-    /// Gives whether there was any.
-    bool Run()
-    {
-        bool bTook = false;
-        for (Face* pInner : FindInnerFaces())
-            bTook = Take(*pInner) || bTook;
-        return bTook;
-    }
-
-    /// Some hole runs round one face alone, since the outside of what hangs together there was not clear.
-    bool LeftEdgesOut() const { return m_bLeftEdgesOut; }
-
-private:
-    /// Those in the plane and in the box, the farthest out along one axis first: of faces that hang together that one
-    /// has a corner on the outside.
-    std::vector<Face*> FindInnerFaces() const
-    {
-        std::vector<Face*> aInside;
-        m_history.GetFaceTree().FindInside(m_face.GetBox(), aInside);
-        std::erase_if(aInside, [&](Face* pInside)
-                      { return pInside == &m_face || !pInside->GetOuterLoop() || pInside->GetSideIn(m_plane) == 0; });
-        const auto getReach = [&](Face* pFace) { return pFace->GetBox().lower[std::size_t(m_nAxis)]; };
-        std::sort(aInside.begin(), aInside.end(),
-                  [&](Face* pA, Face* pB)
-                  {
-                      const double dA = getReach(pA);
-                      const double dB = getReach(pB);
-                      return dA != dB ? dA < dB : pA->GetID() < pB->GetID();
-                  });
-        return aInside;
-    }
-
-    bool Take(Face& inner)
-    {
-        Vertex& corner = FindFarthestCorner(inner);
-        if (IsOnFace(corner) || !m_face.ContainsPointInside(corner.GetPosition()))
-            return false;
-        std::vector<std::pair<Edge*, bool>> aWay;
-        switch (GoRound(corner, aWay))
-        {
-        case nOutline::nApart:
-            m_face.AddHole(aWay, inner);
-            return true;
-        case nOutline::nTouching:
-            return false; // its edges are drawn in from there, and cut it out
-        case nOutline::nUnclear:
-            break;
-        }
-        m_bLeftEdgesOut = true;
-        return m_face.AddInnerFace(&inner);
-    }
-
-    Vertex& FindFarthestCorner(const Face& inner) const
-    {
-        Vertex* pFarthest = nullptr;
-        const auto n = std::size_t(m_nAxis);
-        inner.GetOuterLoop()->ForEachCoedge(
-            [&](const Coedge& coedge)
-            {
-                Vertex* pVertex = coedge.GetStartVertex();
-                if (!pFarthest || pVertex->GetPosition()[n] < pFarthest->GetPosition()[n])
-                    pFarthest = pVertex;
-            });
-        return *pFarthest;
-    }
-
-    bool IsOnFace(const Vertex& vertex)
-    {
-        m_aCoedges.clear();
-        return vertex.GetCoedges(m_aCoedges, &m_face) > 0;
-    }
-
-    enum class nOutline
-    {
-        nApart,
-        nTouching, ///< the face has a corner on it
-        nUnclear
-    };
-
-    nOutline GoRound(Vertex& corner, std::vector<std::pair<Edge*, bool>>& aWay)
-    {
-        Vector3d outward;
-        outward[std::size_t(m_nAxis)] = -1.0;
-        outward -= m_plane.normal * (m_plane.normal % outward);
-        const SideOfEdge first = OutlineWalk::FindSideFacing(m_plane, corner, outward);
-        if (!first.pEdge)
-            return nOutline::nUnclear;
-        OutlineWalk walk(m_plane, first);
-        do
-        {
-            const SideOfEdge& at = walk.GetAt();
-            if (at.pEdge->GetUse() + 2 > Edge::kMaxUse)
-                return nOutline::nUnclear;
-            if (IsOnFace(*at.GetStart()))
-                return nOutline::nTouching;
-            aWay.emplace_back(at.pEdge, at.bForward);
-            if (!walk.Step())
-                return nOutline::nUnclear;
-        } while (!walk.IsBack());
-        return walk.GetOrientation() < 0 ? nOutline::nApart : nOutline::nUnclear;
-    }
-
-    History& m_history;
-    Face& m_face;
-    const Plane m_plane;
-    const int m_nAxis;
-    bool m_bLeftEdgesOut = false;
-    std::vector<Coedge*> m_aCoedges;
-};
 
 /// Whether the first edge that the face shares with exactly one other is run the same way by both.
 bool RunsWithNeighbour(const Face& face)
@@ -429,9 +233,9 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     if (!pHolding)
         pAround = FillHoleAround(history, newFace);
     if (pAround)
-        EdgesIntoFace(history, *pAround, GetCornerIDs(newFace, false)).DrawInSpurs();
-    HoleTaking holes(history, newFace);
-    const bool bTookHoles = holes.Run();
+        DrawInSpurs(*pAround, GetCornerIDs(newFace, false));
+    const InnerFaces taken = TakeInnerFaces(newFace);
+    const bool bTookHoles = taken.bTookAny;
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
     const bool bJoinedAround = newFace.GetShell() != pShellBefore;
@@ -449,14 +253,10 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
             pNewFaces->push_back(pFace);
             continue;
         }
-        bool bAllCorners = holes.LeftEdgesOut();
+        bool bAllCorners = taken.bLeftEdgesOut;
         if (bSplitOff && !CoincidesWithAnother(history, *pFace))
-        {
-            HoleTaking inner(history, *pFace);
-            inner.Run();
-            bAllCorners = bAllCorners || inner.LeftEdgesOut();
-        }
-        for (const std::uint64_t nSplitOff : EdgesIntoFace(history, *pFace, GetCornerIDs(*pFace, bAllCorners)).DrawInAll())
+            bAllCorners = TakeInnerFaces(*pFace).bLeftEdgesOut || bAllCorners;
+        for (const std::uint64_t nSplitOff : DrawInEdges(*pFace, GetCornerIDs(*pFace, bAllCorners)))
             aToDrawIn.push_back(nSplitOff);
         if (bSplitOff && (CoincidesWithAnother(history, *pFace) || IsCovered(history, *pFace)))
             DeleteTwin(history, *pFace);

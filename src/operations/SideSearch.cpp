@@ -43,6 +43,7 @@ std::pair<bool, bool> GetFilledSides(const Edge& edge, const Plane& plane)
     }
     return {bLeft, bRight};
 }
+
 /// An edge joins two sketches: one walk has gone round all of the first, the other along a part of the second.
 void NoteBridge(History& history, const Plane& plane, const OutlineWalk& first, const OutlineWalk& second)
 {
@@ -69,7 +70,7 @@ void NoteBridge(History& history, const Plane& plane, const OutlineWalk& first, 
 }
 } // namespace
 
-SideSearch::SideSearch(History& history, Edge& edge) : m_history(history), m_nEdge(edge.GetID()), m_pEdge(&edge) {}
+SideSearch::SideSearch(History& history, const Edge& edge) : m_history(history), m_nEdge(edge.GetID()) {}
 
 bool SideSearch::MayEnclose(const Plane& plane, bool bLeft)
 {
@@ -91,19 +92,22 @@ const SideSearch::Sides& SideSearch::FindSides(const Plane& plane)
 
 void SideSearch::Follow(Sides& sides)
 {
-    const auto [bLeftFilled, bRightFilled] = GetFilledSides(*m_pEdge, sides.plane);
+    auto* pEdge = m_history.Get<Edge>(m_nEdge);
+    if (!pEdge)
+        return;
+    const auto [bLeftFilled, bRightFilled] = GetFilledSides(*pEdge, sides.plane);
     if (!bLeftFilled && !bRightFilled)
-        return FollowBoth(sides);
-    sides.nLeft = bLeftFilled ? nFinding::nNothing : FollowOne(sides.plane, true);
-    sides.nRight = bRightFilled ? nFinding::nNothing : FollowOne(sides.plane, false);
+        return FollowBoth(*pEdge, sides);
+    sides.nLeft = bLeftFilled ? nFinding::nNothing : FollowOne(sides.plane, {pEdge, true});
+    sides.nRight = bRightFilled ? nFinding::nNothing : FollowOne(sides.plane, {pEdge, false});
 }
 
-void SideSearch::FollowBoth(Sides& sides)
+void SideSearch::FollowBoth(Edge& edge, Sides& sides)
 {
     const Plane& plane = sides.plane;
     OuterSideMemo& memo = m_history.GetOuterSides();
-    OutlineWalk left(plane, {m_pEdge, true}, &memo);
-    OutlineWalk right(plane, {m_pEdge, false}, &memo);
+    OutlineWalk left(plane, {&edge, true}, &memo);
+    OutlineWalk right(plane, {&edge, false}, &memo);
     OutlineWalk* pAhead = &left;
     OutlineWalk* pOther = &right;
     while (pAhead->Step())
@@ -131,7 +135,7 @@ void SideSearch::FollowBoth(Sides& sides)
                 MarkSide(memo, plane, pOther->GetFirst());
             }
             else
-                nOther = FollowOne(plane, pOther == &left);
+                nOther = FollowOne(plane, pOther->GetFirst());
             return;
         }
         if (pAhead->IsBack())
@@ -141,21 +145,21 @@ void SideSearch::FollowBoth(Sides& sides)
     memo.Clear(); // it cannot be told what the edge has done to the outlines
 }
 
-SideSearch::nFinding SideSearch::FollowOne(const Plane& plane, bool bLeft)
+SideSearch::nFinding SideSearch::FollowOne(const Plane& plane, const SideOfEdge& side)
 {
     OuterSideMemo& memo = m_history.GetOuterSides();
-    OutlineWalk walk(plane, {m_pEdge, bLeft}, &memo);
+    OutlineWalk walk(plane, side, &memo);
     while (!walk.HasSeenOuter() && walk.Step() && !walk.IsBack()) {}
     if (walk.HasSeenOuter())
     {
-        MarkSide(memo, plane, walk.GetFirst());
+        MarkSide(memo, plane, side);
         return nFinding::nNothing;
     }
     const int nOrientation = walk.IsBack() ? walk.GetOrientation() : 0;
     if (nOrientation == 0)
         memo.Clear();
     if (nOrientation < 0)
-        MarkOutline(m_history, plane, walk.GetFirst());
+        MarkOutline(m_history, plane, side);
     return nOrientation > 0 ? nFinding::nEncloses : nOrientation < 0 ? nFinding::nNothing : nFinding::nUnknown;
 }
 

@@ -9,6 +9,7 @@ namespace QRV
 {
 class Edge;
 class History;
+struct SideOfEdge;
 
 /// Tells, for the planes through one edge, on which side a loop of edges can run round a region without a face. An edge
 /// that joins two sketches encloses nothing; one that joins a sketch to itself encloses on one side, while the outline
@@ -16,7 +17,7 @@ class History;
 class SideSearch
 {
 public:
-    SideSearch(History& history, Edge& edge);
+    SideSearch(History& history, const Edge& edge);
 
     /// Whether a loop may be found on this side of the edge, which is its left going from start to end, seen from where
     /// the plane's normal points to, or its right.
@@ -44,12 +45,11 @@ private:
 
     const Sides& FindSides(const Plane& plane);
     void Follow(Sides& sides);
-    void FollowBoth(Sides& sides);
-    nFinding FollowOne(const Plane& plane, bool bLeft);
+    void FollowBoth(Edge& edge, Sides& sides);
+    nFinding FollowOne(const Plane& plane, const SideOfEdge& side);
 
     History& m_history;
     const std::uint64_t m_nEdge;
-    Edge* m_pEdge;
     std::vector<Sides> m_aSides; ///< for each plane asked about
 };
 } // namespace QRV

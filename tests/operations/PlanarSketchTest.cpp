@@ -52,6 +52,27 @@ std::vector<PlanarSegment> MakeSketch(std::mt19937_64& random, nSketchKind nKind
     return aSketch;
 }
 
+/// Segments of one length in a square, turned at random.
+std::vector<PlanarSegment> MakeDenseSketch(std::mt19937_64& random, std::size_t nSegments, double dSquare, double dLength)
+{
+    std::uniform_real_distribution<double> place(0, dSquare);
+    std::uniform_real_distribution<double> turn(0, 6.28);
+    std::vector<PlanarSegment> aSketch;
+    while (aSketch.size() < nSegments)
+    {
+        const Point2d a(place(random), place(random));
+        const double dTurn = turn(random);
+        aSketch.emplace_back(a, Point2d(a.x + dLength * std::cos(dTurn), a.y + dLength * std::sin(dTurn)));
+    }
+    return aSketch;
+}
+
+void AddOutline(std::vector<PlanarSegment>& aSketch, const std::vector<Point2d>& aCorners)
+{
+    for (std::size_t n = 0; n < aCorners.size(); ++n)
+        aSketch.emplace_back(aCorners[n], aCorners[(n + 1) % aCorners.size()]);
+}
+
 void Draw(TestModel& model, const Frame& at, const std::vector<PlanarSegment>& aSketch)
 {
     for (const auto& [a, b] : aSketch)
@@ -138,15 +159,7 @@ TEST(PlanarSketch, MakesTheFacesOfDenseSketches)
     for (std::uint64_t nSeed = 0; nSeed < 40; ++nSeed)
     {
         std::mt19937_64 random(nSeed);
-        std::uniform_real_distribution<double> place(0, 100);
-        std::uniform_real_distribution<double> turn(0, 6.28);
-        std::vector<PlanarSegment> aSketch;
-        while (aSketch.size() < 150)
-        {
-            const Point2d a(place(random), place(random));
-            const double dTurn = turn(random);
-            aSketch.emplace_back(a, Point2d(a.x + 25 * std::cos(dTurn), a.y + 25 * std::sin(dTurn)));
-        }
+        const std::vector<PlanarSegment> aSketch = MakeDenseSketch(random, 150, 100, 25);
         const Frame at = nSeed % 2 == 0 ? GetFrames()[0] : MakeRandomFrame(random, 3.0);
         const std::string strFault = FindFault(aSketch, at);
         ASSERT_EQ(strFault, "") << "seed " << nSeed << ", at least:\n" << Shrink(aSketch, at);
@@ -160,15 +173,7 @@ TEST(PlanarSketch, DividesTheWholeOfALargeSketch)
     for (std::uint64_t nSeed = 0; nSeed < 3; ++nSeed)
     {
         std::mt19937_64 random(nSeed);
-        std::uniform_real_distribution<double> place(0, 1);
-        std::uniform_real_distribution<double> turn(0, 6.28);
-        std::vector<PlanarSegment> aSketch;
-        while (aSketch.size() < 1500)
-        {
-            const Point2d a(place(random), place(random));
-            const double dTurn = turn(random);
-            aSketch.emplace_back(a, Point2d(a.x + 0.08 * std::cos(dTurn), a.y + 0.08 * std::sin(dTurn)));
-        }
+        const std::vector<PlanarSegment> aSketch = MakeDenseSketch(random, 1500, 1, 0.08);
         const Arrangement expected = ComputeArrangement(aSketch, 1e-10);
         TestModel model;
         Draw(model, nSeed == 2 ? MakeRandomFrame(random, 10.0) : GetFrames()[0], aSketch);
@@ -182,22 +187,17 @@ TEST(PlanarSketch, DividesTheWholeOfALargeSketch)
 
 TEST(PlanarSketch, CutsOutIslandsOfFacesThatShareEdgesOrCorners)
 {
-    const auto addOutline = [](std::vector<PlanarSegment>& aSketch, const std::vector<Point2d>& aCorners)
-    {
-        for (std::size_t n = 0; n < aCorners.size(); ++n)
-            aSketch.emplace_back(aCorners[n], aCorners[(n + 1) % aCorners.size()]);
-    };
     std::vector<PlanarSegment> aPinwheel; // four wings round a square that shares an edge with each
-    addOutline(aPinwheel, {{4, 4}, {6, 4}, {6, 6}, {4, 6}});
+    AddOutline(aPinwheel, {{4, 4}, {6, 4}, {6, 6}, {4, 6}});
     for (const auto& [tip, from] : {std::pair(Point2d(5, 1), Point2d(4, 4)), {{9, 5}, {6, 4}}, {{5, 9}, {6, 6}}, {{1, 5}, {4, 6}}})
         aPinwheel.emplace_back(tip, from);
     for (const auto& [tip, to] : {std::pair(Point2d(5, 1), Point2d(6, 4)), {{9, 5}, {6, 6}}, {{5, 9}, {4, 6}}, {{1, 5}, {4, 4}}})
         aPinwheel.emplace_back(tip, to);
     std::vector<PlanarSegment> aInscribed; // its corners on the outline that closes around it
-    addOutline(aInscribed, {{5, 0}, {10, 10}, {0, 10}});
+    AddOutline(aInscribed, {{5, 0}, {10, 10}, {0, 10}});
     std::vector<PlanarSegment> aNested; // an island in a lake of an island
     for (const double d : {1.0, 2.0, 4.0})
-        addOutline(aNested, {{d, d}, {10 - d, d}, {10 - d, 10 - d}, {d, 10 - d}});
+        AddOutline(aNested, {{d, d}, {10 - d, d}, {10 - d, 10 - d}, {d, 10 - d}});
     aNested.emplace_back(Point2d(1, 1), Point2d(2, 2));
     aNested.emplace_back(Point2d(4, 4), Point2d(3, 3));
     for (const auto& [aIsland, aAround] :
@@ -206,7 +206,7 @@ TEST(PlanarSketch, CutsOutIslandsOfFacesThatShareEdgesOrCorners)
           {aNested, {{-1, -1}, {11, -1}, {11, 11}, {-1, 11}}}})
     {
         std::vector<PlanarSegment> aSketch = aIsland;
-        addOutline(aSketch, aAround);
+        AddOutline(aSketch, aAround);
         for (const Frame& at : GetFrames())
             EXPECT_EQ(FindFault(aSketch, at), "") << at.pName;
         std::reverse(aSketch.begin(), aSketch.end());
@@ -249,8 +249,7 @@ TEST(PlanarSketch, ClosesThePocketBesideAFaceThatTouchesItsSurroundings)
     const std::vector<Point2d> aSquare{{0, 0}, {5, 0}, {10, 0}, {10, 10}, {0, 10}};
     std::vector<PlanarSegment> aSketch;
     for (const auto& outline : {aTriangle, aSquare})
-        for (std::size_t n = 0; n < outline.size(); ++n)
-            aSketch.emplace_back(outline[n], outline[(n + 1) % outline.size()]);
+        AddOutline(aSketch, outline);
     aSketch.emplace_back(Point2d(0, 10), Point2d(3, 4));
     aSketch.emplace_back(Point2d(10, 10), Point2d(7, 4));
     for (const Frame& at : GetFrames())
