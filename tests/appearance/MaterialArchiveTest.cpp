@@ -2,6 +2,7 @@
 #include "support/DressedModel.h"
 
 #include "history/HistoryRegistry.h"
+#include "model/ObjectPairing.h"
 
 namespace QRV
 {
