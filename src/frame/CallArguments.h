@@ -22,6 +22,9 @@ struct Out
     }
 };
 
+template <class T>
+Out(T&) -> Out<T>;
+
 /// The same for an unsigned number that is no id: starts as 0.
 struct OutCount
 {
@@ -38,6 +41,9 @@ struct Append
 
     void Empty() const {}
 };
+
+template <class T>
+Append(T&) -> Append<T>;
 
 /// Results are no part of a journal line.
 template <class T>

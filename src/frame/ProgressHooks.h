@@ -26,10 +26,10 @@ private:
     std::function<void(const std::string&)> m_fnStart;
     std::function<void(float)> m_fnProgress;
     std::function<void(const Result&)> m_fnEnd;
-    float m_fStep = 1.0f;
+    [[maybe_unused]] float m_fStep = 1.0f;
     float m_fMin = 0.0f;
     float m_fMax = 100.0f;
-    float m_fCurrent = m_fMin;
+    [[maybe_unused]] float m_fCurrent = m_fMin;
     float m_fLastReported = m_fMin;
 };
 } // namespace QRV

@@ -150,7 +150,10 @@ public:
     {
         bool bHolds = true;
         for (int i = 0; i < 3; ++i)
-            bHolds &= (box.lower[i] <= m_core.lower[i]) & (box.upper[i] >= m_core.upper[i]);
+        {
+            bHolds &= box.lower[i] <= m_core.lower[i];
+            bHolds &= box.upper[i] >= m_core.upper[i];
+        }
         return bHolds | m_bNull;
     }
 

@@ -33,7 +33,10 @@ inline bool IsSameBox(const Interval3d& a, const Interval3d& b)
 {
     bool bSame = true;
     for (int i = 0; i < 3; ++i)
-        bSame &= (a.lower[i] == b.lower[i]) & (a.upper[i] == b.upper[i]);
+    {
+        bSame &= a.lower[i] == b.lower[i];
+        bSame &= a.upper[i] == b.upper[i];
+    }
     return bSame;
 }
 
