@@ -19,10 +19,7 @@ add_test(NAME Install.ServesHostsThroughCMake
 add_test(NAME Install.ServesHostsThroughPkgConfig
          COMMAND ${consumer}/pkg-config-host.sh ${QRV_INSTALLED} ${CMAKE_INSTALL_LIBDIR} ${consumer}/Host.cpp
                  ${CMAKE_BINARY_DIR}/pkg-config-host ${CMAKE_CXX_COMPILER} ${sanitizer})
-add_test(NAME Install.ExportsOnlyWhatHeadersMark
-         COMMAND ${consumer}/check-exports.sh $<TARGET_FILE:QRV> ${QRV_INSTALLED}/${CMAKE_INSTALL_INCLUDEDIR}/QRV)
-set_tests_properties(Install.ServesHostsThroughCMake Install.ServesHostsThroughPkgConfig Install.ExportsOnlyWhatHeadersMark
-                     PROPERTIES FIXTURES_REQUIRED installed)
+set_tests_properties(Install.ServesHostsThroughCMake Install.ServesHostsThroughPkgConfig PROPERTIES FIXTURES_REQUIRED installed)
 
 # The host that the README shows is the one that is built here.
 add_test(NAME Readme.ShowsTheHostThatIsTested
