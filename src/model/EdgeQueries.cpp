@@ -1,4 +1,6 @@
+#include "geometry/Finite.h"
 #include "geometry/Trigonometry.h"
+#include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Vertex.h"
@@ -65,6 +67,33 @@ private:
     const bool m_bSmoothOnly;
 };
 } // namespace
+
+bool Edge::PassesUncut() const
+{
+    const auto runsThrough = [](const Edge& edge, const Edge& other)
+    {
+        for (const Vertex* pEnd : {other.GetStartVertex(), other.GetEndVertex()})
+            if (!edge.HasVertex(pEnd) && edge.ContainsInterior(pEnd->GetPosition(), kLinearTolerance))
+                return true;
+        return false;
+    };
+    const auto crosses = [this](const Edge& other)
+    {
+        if (HasVertex(other.GetStartVertex()) || HasVertex(other.GetEndVertex()))
+            return false;
+        const Point3d& start = GetStartVertex()->GetPosition();
+        const Line3d line(start, GetEndVertex()->GetPosition());
+        const Line3d otherLine(other.GetStartVertex()->GetPosition(), other.GetEndVertex()->GetPosition());
+        Point3d p;
+        double t = 0.0, u = 0.0;
+        return line.intersectWithParameters(otherLine, p, t, u, ScaledTolerance(start)) && t > 0.0 && t < 1.0 &&
+               u > 0.0 && u < 1.0;
+    };
+    std::vector<Edge*> aNear;
+    GetHistory()->GetEdgeTree().FindTouching(GetBox(), aNear);
+    return std::any_of(aNear.begin(), aNear.end(), [&](const Edge* pOther)
+                       { return pOther != this && (runsThrough(*this, *pOther) || runsThrough(*pOther, *this) || crosses(*pOther)); });
+}
 
 bool Edge::IsManifold() const
 {

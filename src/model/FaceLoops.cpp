@@ -212,7 +212,8 @@ bool Face::AddInnerFace(Face* pInner)
     pOutline->GetEdges(aEdges);
     if (outline.empty() ||
         !std::all_of(aEdges.begin(), aEdges.end(),
-                     [this](const Edge* pEdge) { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge); }))
+                     [this](const Edge* pEdge)
+                     { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge) && !pEdge->PassesUncut(); }))
         return false;
     if (!RunsInside(*pOutline, *this))
         return false;

@@ -130,8 +130,9 @@ private:
         case nOutline::nApart:
             m_face.AddHole(aWay, inner);
             return true;
-        case nOutline::nTouching:
-            return false; // its edges are drawn in from there, and cut it out
+        case nOutline::nTouching: // its edges are drawn in from there, and cut it out
+        case nOutline::nCrossed:
+            return false;
         case nOutline::nUnclear:
             break;
         }
@@ -163,6 +164,7 @@ private:
     {
         nApart,
         nTouching, ///< the face has a corner on it
+        nCrossed,  ///< by edges that do not cut it
         nUnclear
     };
 
@@ -182,6 +184,8 @@ private:
                 return nOutline::nUnclear;
             if (IsOnFace(*at.GetStart()))
                 return nOutline::nTouching;
+            if (at.pEdge->PassesUncut())
+                return nOutline::nCrossed;
             aWay.emplace_back(at.pEdge, at.bForward);
             if (!walk.Step())
                 return nOutline::nUnclear;

@@ -88,8 +88,8 @@ UnitVector3d ArgumentSource::Direction()
     if (m_attack.nParameter == m_nParameter)
         if (const double d = Number(); m_bAttacked)
             return UnitVector3d(Vector3d(d, 0, 1), false);
-    return OneOf<UnitVector3d, 6>({UnitVector3d(1, 0, 0), UnitVector3d(0, 1, 0), UnitVector3d(0, 0, 1),
-                                   UnitVector3d(-1, 0, 0), UnitVector3d(0, -1, 0), UnitVector3d(0, 0, -1)});
+    const UnitVector3d axis = OneOf<UnitVector3d, 3>({UnitVector3d::kXDir, UnitVector3d::kYDir, UnitVector3d::kZDir});
+    return Chance(0.7) ? axis : -axis;
 }
 
 Transf3d ArgumentSource::Transform()
