@@ -2,6 +2,8 @@
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
+#include "model/Shell.h"
+#include "operations/FaceSearch.h"
 #include "operations/ObjectCreation.h"
 
 #include <QRV/API.h>
@@ -23,7 +25,12 @@ Result APIAddFaceComponentToBody(std::uint64_t nHistoryID, std::uint64_t nFaceID
             {
                 auto* pFace = history.Get<Face>(nFaceID);
                 auto* pBody = history.Get<Body>(nBodyID);
-                return pFace && pBody && pBody->AddFaceComponent(*pFace);
+                if (!pFace || !pBody || !pBody->AddFaceComponent(*pFace))
+                    return false;
+                // Faces that hang together over an edge of three or more sides are several sheets, each its own shell.
+                const SharedObjectSet<Face>& faces = pFace->GetShell()->GetFaces();
+                RebuildBranchedBodies({faces.begin(), faces.end()});
+                return true;
             });
 }
 } // namespace QRV
