@@ -85,9 +85,9 @@ public:
     /// Whether the two sides may become one: one loop on both sides, or coplanar faces of one direction.
     bool IsMergeable(bool bCheckUV) const;
     bool IsSilhouette(const Point3d& eye, const Vector3d& direction, bool bPerspective) const;
-    /// Whether another edge passes through this one between two ends of either, with no vertex that cuts them there:
-    /// lines drawn without a look at the model leave that. Edges in one line count where an end lies on the other.
-    bool PassesUncut() const;
+    /// Whether another edge in the plane runs through this one, or ends in it, with no vertex that cuts them there:
+    /// lines drawn without a look at the model leave that.
+    bool PassesUncut(const Plane& plane) const;
     /// The point lies on the open edge, within a length `dTol` scaled by its size.
     bool ContainsInterior(const Point3d& p, double dTol) const;
     nConvexity GetConvexity() const;

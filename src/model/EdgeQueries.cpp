@@ -4,6 +4,7 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Vertex.h"
+#include "spatial/OutlineSide.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,31 +69,16 @@ private:
 };
 } // namespace
 
-bool Edge::PassesUncut() const
+bool Edge::PassesUncut(const Plane& plane) const
 {
-    const auto runsThrough = [](const Edge& edge, const Edge& other)
-    {
-        for (const Vertex* pEnd : {other.GetStartVertex(), other.GetEndVertex()})
-            if (!edge.HasVertex(pEnd) && edge.ContainsInterior(pEnd->GetPosition(), kLinearTolerance))
-                return true;
-        return false;
-    };
-    const auto crosses = [this](const Edge& other)
-    {
-        if (HasVertex(other.GetStartVertex()) || HasVertex(other.GetEndVertex()))
-            return false;
-        const Point3d& start = GetStartVertex()->GetPosition();
-        const Line3d line(start, GetEndVertex()->GetPosition());
-        const Line3d otherLine(other.GetStartVertex()->GetPosition(), other.GetEndVertex()->GetPosition());
-        Point3d p;
-        double t = 0.0, u = 0.0;
-        return line.intersectWithParameters(otherLine, p, t, u, ScaledTolerance(start)) && t > 0.0 && t < 1.0 &&
-               u > 0.0 && u < 1.0;
-    };
+    const auto getSide = [](const Edge& edge)
+    { return OutlineSide{&edge.GetStartVertex()->GetPosition(), &edge.GetEndVertex()->GetPosition()}; };
+    const auto isIn = [&](const Edge& edge)
+    { return IsOnPlane(edge.GetStartVertex()->GetPosition(), plane) && IsOnPlane(edge.GetEndVertex()->GetPosition(), plane); };
     std::vector<Edge*> aNear;
     GetHistory()->GetEdgeTree().FindTouching(GetBox(), aNear);
     return std::any_of(aNear.begin(), aNear.end(), [&](const Edge* pOther)
-                       { return pOther != this && (runsThrough(*this, *pOther) || runsThrough(*pOther, *this) || crosses(*pOther)); });
+                       { return pOther != this && RunThrough(getSide(*this), getSide(*pOther), plane.normal) && isIn(*pOther); });
 }
 
 bool Edge::IsManifold() const

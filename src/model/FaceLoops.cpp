@@ -213,7 +213,7 @@ bool Face::AddInnerFace(Face* pInner)
     if (outline.empty() ||
         !std::all_of(aEdges.begin(), aEdges.end(),
                      [this](const Edge* pEdge)
-                     { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge) && !pEdge->PassesUncut(); }))
+                     { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge) && !pEdge->PassesUncut(GetPlane()); }))
         return false;
     if (!RunsInside(*pOutline, *this))
         return false;

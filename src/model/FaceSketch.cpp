@@ -100,7 +100,7 @@ bool DrawInSpur(Face& face, const DanglingEdge& spur, const ObjectSet& done)
         return false;
     Coedge* pCorner = face.FindCorner(spur.pNear, pFar->GetPosition() - spur.pNear->GetPosition());
     if (!pCorner || pCorner->GetNext()->GetEdge() == &edge || !face.ContainsPointInside(pFar->GetPosition()) ||
-        edge.PassesUncut())
+        edge.PassesUncut(face.GetPlane()))
         return false;
     if (edge.GetLengthSqrd() < kCrumbLengthSqrd && HasExactlyTwoEdges(face, *spur.pNear) &&
         !IsBetweenSides(*pCorner, pFar->GetPosition(), face.GetPlane().normal))
@@ -274,7 +274,7 @@ bool Face::SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest)
     Coedge* pEndCorner = pStartCorner ? FindCorner(pEnd, -way) : nullptr;
     if (!pEndCorner || IsAtCorner(edge, *pStartCorner) || IsAtCorner(edge, *pEndCorner))
         return false;
-    if ((!bSkipMidpointTest && !ContainsPoint(edge.GetMidpoint(), false)) || edge.PassesUncut())
+    if ((!bSkipMidpointTest && !ContainsPoint(edge.GetMidpoint(), false)) || edge.PassesUncut(GetPlane()))
         return false;
 
     if (JoinTouchingLoops(*pStartCorner->GetLoop(), *pEndCorner->GetLoop()))

@@ -6,7 +6,7 @@
 #include "model/Body.h"
 #include "model/Face.h"
 #include "model/Shell.h"
-#include "spatial/FacetPolygon.h"
+#include "spatial/OutlineSide.h"
 
 #include <algorithm>
 
@@ -66,7 +66,7 @@ public:
         if (m_path.size() < 3 || !m_plane.isValid() || IsSomeEdgeFull())
             return nullptr;
         m_bClockwise = IsClockwise();
-        if (IsSideFilled() || DividesSolids() || !CanBeFilled())
+        if (IsSideFilled() || DividesSolids() || CrossesItself())
             return nullptr;
         if (!m_pShell)
             NoteShellsAtVertices();
@@ -88,26 +88,15 @@ private:
                            [](const auto& step) { return step.first->GetUse() >= kMaxUse; });
     }
 
-    /// Whether triangles fill the path. They do not where its sides cross: lines that were drawn without a look at the
-    /// model may do so and stay uncut.
-    bool CanBeFilled() const
+    /// Whether sides run through one another: lines that were drawn without a look at the model may do so and stay
+    /// uncut. Such a path bounds nothing.
+    bool CrossesItself() const
     {
-        std::vector<std::uint64_t> aVertices;
-        aVertices.reserve(m_path.size());
-        for (const auto& step : m_path)
-            aVertices.push_back(GetStart(step)->GetID());
-        std::sort(aVertices.begin(), aVertices.end());
-        std::vector<FacetCorner> aCorners;
+        std::vector<const Point3d*> aCorners;
         aCorners.reserve(m_path.size());
         for (const auto& step : m_path)
-        {
-            const Vertex* pVertex = GetStart(step);
-            const auto itVertex = std::lower_bound(aVertices.begin(), aVertices.end(), pVertex->GetID());
-            aCorners.push_back({&pVertex->GetPosition(), static_cast<std::uint32_t>(itVertex - aVertices.begin())});
-        }
-        std::vector<std::uint32_t> aTriangles;
-        const std::uint32_t nEnd = static_cast<std::uint32_t>(aCorners.size());
-        return TriangulateLoops(aCorners, {&nEnd, 1}, m_bClockwise ? -m_plane : m_plane, aTriangles);
+            aCorners.push_back(&GetStart(step)->GetPosition());
+        return QRV::CrossesItself(aCorners, m_plane.normal);
     }
 
     bool IsClockwise() const

@@ -184,7 +184,7 @@ private:
                 return nOutline::nUnclear;
             if (IsOnFace(*at.GetStart()))
                 return nOutline::nTouching;
-            if (at.pEdge->PassesUncut())
+            if (at.pEdge->PassesUncut(m_plane))
                 return nOutline::nCrossed;
             aWay.emplace_back(at.pEdge, at.bForward);
             if (!walk.Step())

@@ -86,6 +86,8 @@ void CutOutSpikes(History& history, std::uint64_t nEdge)
             pFace->DeleteLoop(pLoop);
         else
         {
+            if (pFace)
+                pFace->Changed(nShapeChanged); // nothing else may reach as far as the spike did
             CutOutCoedge(*pBack);
             CutOutCoedge(*pCoedge);
         }
@@ -164,7 +166,7 @@ public:
         if (!IsPinched())
             return false;
         Loop& loop = *m_pA->GetLoop();
-        m_face.Changed(nBoundaryChanged);
+        m_face.Changed(nShapeChanged);
         Coedge& beforeA = *m_pA->GetPrevious();
         Coedge& beforeB = *m_pB->GetPrevious();
         Coedge::Link(beforeA, *m_pB);

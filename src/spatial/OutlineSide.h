@@ -1,0 +1,21 @@
+/// Sides of outlines in a plane that run through one another.
+#pragma once
+
+#include <QRV/Geometry.h>
+
+#include <vector>
+
+namespace QRV
+{
+struct OutlineSide
+{
+    const Point3d* pStart;
+    const Point3d* pEnd;
+};
+
+/// Whether two sides cross, or one ends in the other, clear of the ends that they share.
+bool RunThrough(const OutlineSide& a, const OutlineSide& b, const UnitVector3d& normal);
+
+/// Whether two sides of a closed outline run through one another. Corners in the same place may be met twice.
+bool CrossesItself(const std::vector<const Point3d*>& aCorners, const UnitVector3d& normal);
+} // namespace QRV
