@@ -2,8 +2,6 @@
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
-#include "model/Shell.h"
-#include "operations/FaceSearch.h"
 #include "operations/ObjectCreation.h"
 
 #include <QRV/API.h>
@@ -27,9 +25,8 @@ Result APIAddFaceComponentToBody(std::uint64_t nHistoryID, std::uint64_t nFaceID
                 auto* pBody = history.Get<Body>(nBodyID);
                 if (!pFace || !pBody || !pBody->AddFaceComponent(*pFace))
                     return false;
-                // Faces that hang together over an edge of three or more sides are several sheets, each its own shell.
-                const SharedObjectSet<Face>& faces = pFace->GetShell()->GetFaces();
-                RebuildBranchedBodies({faces.begin(), faces.end()});
+                // Each sheet is a shell of its own, also one that hangs on others over an edge of three or more sides.
+                pBody->Rebuild(false);
                 return true;
             });
 }
