@@ -114,6 +114,13 @@ std::vector<std::pair<Edge*, bool>> GetWayRound(const Ring& outline, bool bSameD
     return aWay;
 }
 
+/// Whether the loop lies in the box. Mostly one corner tells that it does not.
+bool LiesWithin(const Loop& loop, const Interval3d& box)
+{
+    const Vertex* pCorner = loop.GetCoedge() ? loop.GetCoedge()->GetStartVertex() : nullptr;
+    return (!pCorner || Interval3d(pCorner->GetPosition()) <= box) && loop.GetBox() <= box;
+}
+
 /// Moves the holes of `outer` that lie within `inner` there; one that `inner` has already goes.
 void MoveHoles(Face& outer, Face& inner, bool bSameDirection)
 {
@@ -122,7 +129,7 @@ void MoveHoles(Face& outer, Face& inner, bool bSameDirection)
     const std::vector<Loop*> aHoles(outer.GetLoops().begin() + 1, outer.GetLoops().end());
     for (Loop* pHole : aHoles)
     {
-        if (!(pHole->GetBox() <= box) || !outline.ContainsLoop(*pHole))
+        if (!LiesWithin(*pHole, box) || !outline.ContainsLoop(*pHole))
             continue;
         std::vector<Edge*> aEdges;
         pHole->GetEdges(aEdges);
@@ -257,7 +264,7 @@ void Face::HandOverInnerLoops(Face& other)
     std::vector<Loop*> aLeaving;
     for (std::size_t n = 1; n < m_aLoops.size(); ++n)
     {
-        const bool bLeaves = m_aLoops[n]->GetBox() <= box && outline.ContainsLoop(*m_aLoops[n]);
+        const bool bLeaves = LiesWithin(*m_aLoops[n], box) && outline.ContainsLoop(*m_aLoops[n]);
         (bLeaves ? aLeaving : aStaying).push_back(m_aLoops[n]);
     }
     if (aLeaving.empty())

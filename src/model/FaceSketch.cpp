@@ -2,13 +2,13 @@
 #include "geometry/Finite.h"
 #include "model/Edge.h"
 #include "model/Face.h"
+#include "model/LoopTouching.h"
 #include "model/Vertex.h"
 #include "spatial/FacetNodes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <unordered_map>
 
 namespace QRV
 {
@@ -131,47 +131,6 @@ bool IsAtCorner(const Edge& edge, const Coedge& corner)
     return corner.GetEdge() == &edge || corner.GetNext()->GetEdge() == &edge;
 }
 
-/// One step from a loop to another of the same face, over a vertex that both pass.
-struct LoopTouch
-{
-    Loop* pNext;
-    Vertex* pVertex;
-};
-
-/// The way from one loop to another over loops that touch in a vertex; empty when none leads there.
-std::vector<LoopTouch> FindTouchingLoops(const Face& face, Loop& first, const Loop& last)
-{
-    std::unordered_map<const Vertex*, std::vector<Loop*>> mapLoops;
-    for (Loop* pLoop : face.GetLoops())
-        pLoop->ForEachCoedge([&](const Coedge& coedge) { mapLoops[coedge.GetStartVertex()].push_back(pLoop); });
-
-    struct Reached
-    {
-        std::size_t nBefore;
-        LoopTouch touch;
-    };
-    std::vector<Reached> aReached{{0, {&first, nullptr}}};
-    ObjectSet seen{&first};
-    for (std::size_t n = 0; n < aReached.size() && !seen.contains(&last); ++n)
-        aReached[n].touch.pNext->ForEachCoedge(
-            [&](const Coedge& coedge)
-            {
-                for (Loop* pLoop : mapLoops[coedge.GetStartVertex()])
-                    if (seen.insert(pLoop).second)
-                        aReached.push_back({n, {pLoop, coedge.GetStartVertex()}});
-            });
-
-    std::vector<LoopTouch> aWay;
-    const auto itLast = std::find_if(aReached.begin(), aReached.end(),
-                                     [&](const Reached& reached) { return reached.touch.pNext == &last; });
-    if (itLast == aReached.end())
-        return aWay;
-    for (auto n = std::size_t(itLast - aReached.begin()); n > 0; n = aReached[n].nBefore)
-        aWay.push_back(aReached[n].touch);
-    std::reverse(aWay.begin(), aWay.end());
-    return aWay;
-}
-
 std::vector<Coedge*> GetCoedgesTo(const Loop& loop, const Vertex& vertex)
 {
     std::vector<Coedge*> aCoedges;
@@ -216,15 +175,68 @@ bool ReachesSide(const Interval3d& part, const Interval3d& whole)
     return false;
 }
 
-bool IsOnRing(const Coedge& ring, const Coedge* pSought)
+/// Whether a coedge that is on one of two rings is on the first. Goes round both in turn, so that the shorter decides.
+bool IsOnFirst(const Coedge& first, const Coedge& second, const Coedge* pSought)
 {
-    const Coedge* pCoedge = &ring;
-    do
+    const Coedge* pFirst = &first;
+    const Coedge* pSecond = &second;
+    while (pFirst != pSought && pSecond != pSought)
     {
-        if (pCoedge == pSought)
+        pFirst = pFirst->GetNext();
+        if (pFirst == &first)
+            return false;
+        pSecond = pSecond->GetNext();
+        if (pSecond == &second)
             return true;
-        pCoedge = pCoedge->GetNext();
-    } while (pCoedge != &ring);
+    }
+    return pFirst == pSought;
+}
+
+/// Collects the coedges of a loop that has been linked with another to one ring, where they stand side by side.
+class CoedgesInRing
+{
+public:
+    explicit CoedgesInRing(const Loop& loop)
+        : m_loop(loop), m_pNext(loop.GetCoedge()), m_pPrevious(loop.GetCoedge()->GetPrevious())
+    {
+    }
+
+    /// One more. False when there is none left.
+    bool Step()
+    {
+        if (m_pNext->GetLoop() == &m_loop)
+        {
+            m_aCoedges.push_back(m_pNext);
+            m_pNext = m_pNext->GetNext();
+            return true;
+        }
+        if (m_pPrevious->GetLoop() != &m_loop)
+            return false;
+        m_aCoedges.push_back(m_pPrevious);
+        m_pPrevious = m_pPrevious->GetPrevious();
+        return true;
+    }
+    std::vector<Coedge*> GetAll()
+    {
+        while (Step()) {}
+        return m_aCoedges;
+    }
+
+private:
+    const Loop& m_loop;
+    Coedge* m_pNext;
+    Coedge* m_pPrevious;
+    std::vector<Coedge*> m_aCoedges;
+};
+
+/// Of two loops linked to one ring.
+bool IsShorter(const Loop& first, const Loop& second)
+{
+    CoedgesInRing ofFirst(first);
+    CoedgesInRing ofSecond(second);
+    while (ofSecond.Step())
+        if (!ofFirst.Step())
+            return true;
     return false;
 }
 } // namespace
@@ -313,7 +325,7 @@ bool Face::JoinTouchingLoops(Loop& first, Loop& last)
         return false;
     bool bJoined = false;
     Loop* pRing = &first;
-    for (const LoopTouch& touch : FindTouchingLoops(*this, first, last))
+    for (const LoopTouch& touch : FindTouchingLoops(first, last))
     {
         if (!LinkAtVertex(*pRing, *touch.pNext, *touch.pVertex, GetPlane().normal))
             break;
@@ -324,14 +336,17 @@ bool Face::JoinTouchingLoops(Loop& first, Loop& last)
     return bJoined;
 }
 
-/// A link has made one ring of two loops. Gives the loop that stays.
+/// A link has made one ring of two loops. Gives the loop that stays: the outline, and among holes the longer one, which
+/// leaves less to be taken over.
 Loop& Face::JoinLoops(Loop& first, Loop& second)
 {
-    Loop& kept = &second == GetOuterLoop() ? second : first;
+    const bool bOfHoles = &first != GetOuterLoop() && &second != GetOuterLoop();
+    Loop& kept = bOfHoles ? (IsShorter(first, second) ? second : first) : &second == GetOuterLoop() ? second : first;
     Loop& gone = &kept == &first ? second : first;
     MergeAttributesFrom(kept, gone, true);
     RemoveLoop(&gone);
-    kept.OwnCoedges();
+    for (Coedge* pCoedge : CoedgesInRing(gone).GetAll())
+        pCoedge->SetLoop(&kept);
     gone.DeleteSelf();
     return kept;
 }
@@ -340,7 +355,7 @@ Loop& Face::JoinLoops(Loop& first, Loop& second)
 Face& Face::SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing)
 {
     const Plane plane = GetPlane();
-    const bool bFirstIsHere = IsOnRing(oneRing, loop.GetCoedge());
+    const bool bFirstIsHere = IsOnFirst(oneRing, otherRing, loop.GetCoedge());
     Coedge* pStaying = bFirstIsHere ? &oneRing : &otherRing;
     Coedge* pLeaving = bFirstIsHere ? &otherRing : &oneRing;
     if (&loop != GetOuterLoop() && loop.GetSignedArea(plane) > -kLinearTolerance)

@@ -27,11 +27,13 @@ bool AreCollinear(const Point3d& u, const Point3d& v, const Point3d& w)
 bool IsFilledInPlane(const Edge& edge, const Plane& plane)
 {
     int nInPlane = 0;
-    std::vector<Coedge*> aCoedges;
-    edge.GetCoedges(aCoedges);
-    for (const Coedge* pCoedge : aCoedges)
-        if (Face* pFace = pCoedge->GetFace())
-            nInPlane += pFace->GetSideIn(plane) != 0;
+    const Coedge* pCoedge = edge.GetCoedge();
+    for (std::uint64_t nLeft = edge.GetUse(); pCoedge && nLeft + std::uint64_t(nInPlane) >= 2 && nInPlane < 2; --nLeft)
+    {
+        Face* pFace = pCoedge->GetFace();
+        nInPlane += pFace && pFace->GetSideIn(plane) != 0;
+        pCoedge = pCoedge->GetPartner();
+    }
     return nInPlane >= 2;
 }
 
@@ -316,6 +318,8 @@ void PullEdgesIntoFaces(History& history, std::vector<std::uint64_t> aFaceIDs)
             pFace = history.Get<Face>(aFaceIDs[i]);
             if (!pEdge || !pFace || corners.contains(pEdge->GetStartVertex()) || corners.contains(pEdge->GetEndVertex()))
                 continue;
+            if (IsFilledInPlane(*pEdge, pFace->GetPlane()))
+                continue; // of the many edges in the box of a large face, most have their faces
             if (pFace->HasEdge(*pEdge) || !pFace->ContainsPoint(pEdge->GetStartVertex()->GetPosition(), false) ||
                 !pFace->ContainsPoint(pEdge->GetEndVertex()->GetPosition(), false))
                 continue;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <numbers>
 #include <random>
 #include <set>
 
@@ -55,6 +56,29 @@ bool IsInAngle(const Point3d& p, double d)
     const auto isInBox = [&](double x, double y)
     { return p.x > d && p.x < x - d && p.y > d && p.y < y - d && p.z > d && p.z < 2 - d; };
     return isInBox(4, 1) || isInBox(1, 3);
+}
+
+/// A star with so many points that its sides are not walked one by one.
+Polygon MakeStar(const Frame& at, const Point2d& center, double dInner, double dOuter)
+{
+    constexpr int kCorners = 120;
+    Polygon star;
+    for (int n = 0; n < kCorners; ++n)
+    {
+        const double dAngle = 2 * std::numbers::pi * n / kCorners;
+        const double dRadius = n % 2 == 0 ? dOuter : dInner;
+        star.push_back(at(center.x + dRadius * std::cos(dAngle), center.y + dRadius * std::sin(dAngle)));
+    }
+    return star;
+}
+
+/// By passing all sides of all loops.
+bool IsInsideAllLoops(const Face& face, const Point3d& p)
+{
+    const std::vector<Loop*>& aLoops = face.GetLoops();
+    return aLoops.front()->FindSide(p) == nLoopSide::nInside &&
+           std::all_of(aLoops.begin() + 1, aLoops.end(),
+                       [&](const Loop* pHole) { return pHole->FindSide(p) == nLoopSide::nOutside; });
 }
 } // namespace
 
@@ -193,6 +217,39 @@ TEST(PointInSolid, CountsTheBoundaryAndSurvivesRaysThroughEdges)
     std::vector<Face*> aFaces;
     angle.GetBodyFaces(aFaces);
     EXPECT_FALSE(ContainsPoint(aFaces.front(), at(2, 0.5, 0), nullptr));
+}
+
+TEST(PointInFace, OfManySidesAgreesWithAWalkAlongAllOfThem)
+{
+    for (const Frame& at : GetFramesAndFar())
+    {
+        SCOPED_TRACE(at.pName);
+        PolygonModel model;
+        Step step(model);
+        Polygon hole = MakeStar(at, {0.4, 0.2}, 0.3, 0.45);
+        std::reverse(hole.begin(), hole.end());
+        Face& face = model.AddFace(MakeStar(at, {0.0, 0.0}, 1.0, 3.0), {hole, {at(-0.6, 0), at(-0.6, 0.5), at(-0.1, 0)}});
+        std::vector<Vertex*> aVertices;
+        face.GetVertices(aVertices);
+        std::mt19937 random(6);
+        std::uniform_real_distribution<double> place(-3.2, 3.2);
+        for (const bool bReversed : {false, true})
+        {
+            for (int n = 0; n < 1000; ++n)
+            {
+                // Some at the height of a corner, which the way out then passes.
+                const double y = n % 3 == 0 ? std::sin(2 * std::numbers::pi * n / 120) : place(random);
+                const Point3d p = at(place(random), y);
+                EXPECT_EQ(face.ContainsPointInside(p), IsInsideAllLoops(face, p)) << n << (bReversed ? " reversed" : "");
+            }
+            for (const Vertex* pVertex : aVertices)
+            {
+                EXPECT_TRUE(face.ContainsPoint(pVertex->GetPosition(), false));
+                EXPECT_FALSE(face.ContainsPointInside(pVertex->GetPosition()));
+            }
+            face.Reverse();
+        }
+    }
 }
 
 TEST(PointInFace, AgreesWithTheShapeAndCountsTheBoundary)
