@@ -56,7 +56,8 @@ struct Case
 };
 
 /// One model, on which the call fails again and again, against one on which it never did.
-void TryWithEveryAllocationRefused(const Case& test)
+/// @param nRefusals  how many allocations are refused from the first one on
+void TryWithEveryAllocationRefused(const Case& test, std::size_t nRefusals)
 {
     SCOPED_TRACE(test.pName);
     TestModel reference;
@@ -68,13 +69,13 @@ void TryWithEveryAllocationRefused(const Case& test)
     test.setUp(*model);
     const State before(*model);
     ASSERT_FALSE(before.strModel == done.strModel && before.aDeltas == done.aDeltas) << "the call does nothing";
-    std::size_t nRefusals = 0;
+    std::size_t nTrials = 0;
     for (std::size_t nGranted = 0;; ++nGranted)
     {
         SCOPED_TRACE(nGranted);
         Result result;
         {
-            const FailingAllocator::Scope scope(nGranted);
+            const FailingAllocator::Scope scope(nGranted, nRefusals);
             result = test.call(*model);
         }
         ExpectSound(*model);
@@ -85,7 +86,7 @@ void TryWithEveryAllocationRefused(const Case& test)
             done.ExpectIn(*model);
             break;
         }
-        ++nRefusals;
+        ++nTrials;
         if (result.IsGood())
         {
             // What was refused could be done without.
@@ -100,9 +101,15 @@ void TryWithEveryAllocationRefused(const Case& test)
         if (testing::Test::HasFailure())
             return;
     }
-    EXPECT_GE(nRefusals, test.nLeastRefusals);
+    EXPECT_GE(nTrials, test.nLeastRefusals);
     if (model->GetHistory().CanUndo())
         ExpectUndoRedoRestores(*model);
+}
+
+void TryWithEveryAllocationRefused(const Case& test)
+{
+    for (const std::size_t nRefusals : {FailingAllocator::kForGood, std::size_t(1)})
+        TryWithEveryAllocationRefused(test, nRefusals);
 }
 
 const Frame& GetFrame()
