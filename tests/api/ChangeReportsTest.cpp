@@ -257,7 +257,9 @@ TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
         [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('b'), true, nullptr); },
         [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('a'), false, nullptr); },
         [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('a'), true, &sOther); },
-        [&] { return APISetMaterialColor(h, b.nPaint, {200, 0, 0, 254}); },
+        [&] {
+            return APISetMaterialColor(h, b.nPaint, {200, 0, 0, 254});
+        },
         [&] { return APISetMaterialTexture(h, b.nPaint, 1, 1.0 + 1e-9, INVALID_ID); },
         [&] { return APISetMaterialTexture(h, b.nPaint, 1, 1, b.nTexture); },
         [&] { return APISetMaterialData(h, b.nPaint, paint, 1, 1, INVALID_ID, nullptr, nullptr, nullptr, &aMore); },

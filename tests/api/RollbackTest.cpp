@@ -355,11 +355,13 @@ TEST(Rollback, LeavesNoTraceOfADressingCallThatMemoryRanOutOn)
          { return APICreateMaterialWithTexture(m.GetID(), {}, 1, 1, aBytes, true, nID, s, s, &aData, &aTextures, s); },
          kOut},
         {"a plain material", setUp,
-         [&](auto& m)
-         { return APICreateMaterial(m.GetID(), {}, 1, 1, dress.nTexture, nID, s, s, &aData, &aTextures); },
+         [&](auto& m) { return APICreateMaterial(m.GetID(), {}, 1, 1, dress.nTexture, nID, s, s, &aData, &aTextures); },
          kOut},
-        {"a colour", setUp, [&](auto& m) { return APISetMaterialColor(m.GetID(), dress.nPaint, {9, 9, 9, 9}); }, kAny,
-         2},
+        {"a colour", setUp,
+         [&](auto& m) {
+             return APISetMaterialColor(m.GetID(), dress.nPaint, {9, 9, 9, 9});
+         },
+         kAny, 2},
         {"a texture for a material", setUp,
          [&](auto& m) { return APISetMaterialTexture(m.GetID(), dress.nPaint, 2, 2, dress.nTexture); }, kAny, 4},
         {"other material data", setUp,
@@ -388,15 +390,15 @@ TEST(Rollback, LeavesNoTraceOfADressingCallThatMemoryRanOutOn)
          [&](auto& m) { return APICreateImageObject(m.GetID(), s, dress.nTexture, 1, true, aCorners, nID); }, kOut, 8},
         {"another picture", setUp,
          [&](auto& m) { return APISetImageData(m.GetID(), dress.nImage, s, INVALID_ID, 1, true, aCorners); }, kAny, 4},
-        {"images that change places", setUpTwoImages,
-         [&](auto& m) { return APIMoveImage(m.GetID(), dress.nImage, 1); }, kAny, 4},
+        {"images that change places", setUpTwoImages, [&](auto& m) { return APIMoveImage(m.GetID(), dress.nImage, 1); },
+         kAny, 4},
         {"another piece of the earth", setUpTwoImages,
          [&](auto& m) {
              return APISetSatelliteData(m.GetID(), nEarth, {7, 8}, {3, 4}, {5, 6});
          },
          kAny, 5},
-        {"no piece of the earth", setUpTwoImages,
-         [&](auto& m) { return APIRemoveSatelliteData(m.GetID(), nEarth); }, kAny, 4},
+        {"no piece of the earth", setUpTwoImages, [&](auto& m) { return APIRemoveSatelliteData(m.GetID(), nEarth); },
+         kAny, 4},
         {"an image of the earth", setUp,
          [&](auto& m) {
              return APICreateSatelliteImageObject(m.GetID(), s, INVALID_ID, 1, true, aCorners, {1, 2}, {3, 4}, {5, 6},

@@ -284,7 +284,9 @@ TEST_F(CallFrame, LooksForTheHistoryWhenTheStartHookHasRun)
     EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3, 4}));
     std::uint64_t nOther = INVALID_ID;
     const std::function<Result()> aCalls[] = {
-        [&] { return APIConnectPoint3ds(nOther, {0, 0, 0}, {1, 0, 0}); },
+        [&] {
+            return APIConnectPoint3ds(nOther, {0, 0, 0}, {1, 0, 0});
+        },
         [&] { return APIUndoHistory(nOther); },
         [&] { return APIDeleteHistory(nOther); },
     };

@@ -205,7 +205,8 @@ TEST(JSONConversion, TakesTheShortAndTheForeignForms)
     EXPECT_EQ(text, before);
     EXPECT_FALSE(Read(text["p"], point));
     EXPECT_THROW(Read(json{{"p", "{\"objectName\""}}, point, "p"), json::parse_error);
-    EXPECT_THROW(Read(json{{"p", R"({"objectName":"Point3d","x":1e400,"y":2,"z":3})"}}, point, "p"), json::out_of_range);
+    EXPECT_THROW(Read(json{{"p", R"({"objectName":"Point3d","x":1e400,"y":2,"z":3})"}}, point, "p"),
+                 json::out_of_range);
     EXPECT_FALSE(Read(json{{"p", std::string(100000, '[')}}, point, "p"));
 }
 
