@@ -3,7 +3,6 @@
 #include "support/DressedModel.h"
 
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace QRV
@@ -23,6 +22,19 @@ std::size_t Count(const std::string& strText, const std::string& strPart)
     for (std::size_t n = strText.find(strPart); n != std::string::npos; n = strText.find(strPart, n + 1))
         ++nCount;
     return nCount;
+}
+
+/// With a # for each number right behind the words.
+std::string HideNumbers(const std::string& strText, const std::string& strWords)
+{
+    std::string strHidden;
+    std::size_t nFrom = 0;
+    for (std::size_t n = strText.find(strWords); n != std::string::npos; n = strText.find(strWords, nFrom))
+    {
+        strHidden.append(strText, nFrom, n + strWords.size() - nFrom).push_back('#');
+        nFrom = strText.find_first_not_of("0123456789", n + strWords.size());
+    }
+    return strHidden.append(strText, nFrom);
 }
 } // namespace
 
@@ -49,9 +61,8 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
 
     // Not the same everywhere: the id of the History, how much memory an object takes, and the number of a bitmap.
     std::string strText = Dump(model, nBody);
-    strText = std::regex_replace(strText, std::regex("History ID = [0-9]+\n"), "History ID = #\n");
-    strText = std::regex_replace(strText, std::regex("\\([0-9]+ bytes in memory"), "(# bytes in memory");
-    strText = std::regex_replace(strText, std::regex("bitmapdataindex [0-9]+\n"), "bitmapdataindex #\n");
+    for (const char* pWords : {"History ID = ", " (", "bitmapdataindex "})
+        strText = HideNumbers(strText, pWords);
     std::ifstream stream(QRV_GOLDEN_DUMP, std::ios::binary);
     EXPECT_EQ(strText, std::string(std::istreambuf_iterator<char>(stream), {})) << strText;
 }
