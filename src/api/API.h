@@ -2,17 +2,14 @@
 ///
 /// What holds for all of them:
 /// - A call gives a Result by value and throws nothing. Whatever was thrown within, by a callback of the host too,
-/// comes
-///   back as `nCaughtException`, a failed allocation included.
+///   comes back as `nCaughtException`, a failed allocation included.
 /// - Most take the id of a History first; `nBadHistoryID` for an id that names none. Ids of objects are looked up among
 ///   the live objects of that History; `nBadInput` for an id that names none or one of the wrong class. `nBadInput`
 ///   also for numbers that are not finite, before anything changes.
 /// - `INVALID_ID` (all bits set) is none. A result that is an id starts as `INVALID_ID`, a bool as false, a number as
-/// 0,
-///   and stays so when the call fails. Vectors that bring results are appended to, unless the call says otherwise.
+///   0, and stays so when the call fails. Vectors that bring results are appended to, unless the call says otherwise.
 /// - A name that ends in `ReadOnly` changes nothing. A call that changes a model makes at most one step of undo. When
-/// it
-///   fails the model is as before, except that the redo branch is gone. A change is refused with
+///   it fails the model is as before, except that the redo branch is gone. A change is refused with
 ///   `nHistoryOperationFailed` on a History on which another change is under way, as when a callback calls back.
 /// - Coordinates are in one length unit of the host's choice, angles in radians. Vertices whose points lie within
 ///   1e-12 times max(1, size of the point) of each other are one.

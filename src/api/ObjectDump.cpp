@@ -19,6 +19,7 @@ Result APIDebugObjectReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID,
                 if (!pObject)
                     return;
                 std::ostringstream stream;
+                stream.exceptions(std::ios::badbit); // want of memory would only end the text early
                 DebugDump(*pObject, "Debug Dump", true, stream, kIndent);
                 strText = stream.str();
             });

@@ -19,6 +19,8 @@ using any = std::any;
 /// Writes a value that the host knows; false when it knows it not.
 using AnyToJSON = std::function<bool(const utils::any&, nlohmann::json&)>;
 /// Reads such a value from `source[key]`, or from `source` itself when the key is empty; false when it knows it not.
+/// The document may be hostile: one that is nested deeply ends the process that copies or dumps it.
+/// So read by reference.
 using JSONToAny = std::function<bool(const nlohmann::json&, const std::string&, utils::any&)>;
 
 /// Adds a converter behind those registered before; the first that answers true ends the trial.

@@ -225,8 +225,12 @@ bool FromJSON(const json& source, const std::string& key, utils::any& out, bool 
         return true;
     }
     case json::value_t::number_unsigned:
-        out = pValue->get<std::uint64_t>();
+    {
+        std::uint64_t nValue = 0;
+        ReadID(*pValue, nValue);
+        out = nValue;
         return true;
+    }
     case json::value_t::number_float:
         out = pValue->get<double>();
         return true;

@@ -9,7 +9,8 @@
 /// gives true when `out` was read, or when `optional` is set and the value is missing: then `out` stays as it is. A
 /// plain value of the wrong JSON type raises nlohmann's type error; a number outside the range of its type gives false.
 /// When it gives false a record may be partly filled. A record may stand in a string, as JSON text, under a non-empty
-/// key; text that is no JSON raises nlohmann's parse error.
+/// key; text that is no JSON raises nlohmann's parse error, and a number in it beyond any double its out-of-range
+/// error.
 #pragma once
 
 #include <QRV/AnyConverters.h>
@@ -95,7 +96,8 @@ QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Obje
 /// Also takes a plain array of `ObjectHistoryID`.
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, GroupInstancePath& out, bool optional);
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, Result& out, bool optional);
-/// Objects go to the converters; null and arrays give false.
+/// Whole numbers are ints when JSON holds them with a sign, otherwise unsigned, 4294967295 being `INVALID_ID`. Objects
+/// go to the converters; null and arrays give false.
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, utils::any& out, bool optional);
 /// A value that cannot be read stands as an empty any under its key.
 QRV_API bool FromJSON(const nlohmann::json& source, const std::string& key, std::map<std::string, utils::any>& out,

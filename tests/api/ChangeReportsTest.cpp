@@ -1,6 +1,6 @@
 #include "history/HistoryRegistry.h"
+#include "support/DressedModel.h"
 #include "support/Journaled.h"
-#include "support/TestModel.h"
 
 namespace QRV
 {
@@ -122,7 +122,7 @@ TEST(ChangeReports, TellWhatAStepDidAndWhatTakingItBackDid)
     EXPECT_TRUE(history.StartDelta());
     EXPECT_EQ(GetRange(model, 0, 2, Result::nFailure), none);
     EXPECT_EQ(GetActive(model, false).aCreated.size(), second.aCreated.size());
-    history.Create<Vertex>(Point3d(9, 9, 9));
+    history.Create<Vertex>(Point3d(9, 9, 9)).AddToSearch();
     EXPECT_EQ(GetActive(model, false, Result::nFailure), none);
     history.Rollback();
 }
@@ -240,6 +240,55 @@ TEST(IsExactMatch, ComparesModelsByTheIDsOfWhatLives)
     journal.ReadOn();
     Match(a.GetID(), a.GetID(), 0, 3, 4);
     EXPECT_EQ(journal.ReadOn(), "    QRV.APIIsExactMatchReadOnly(mainHistID, mainHistID, 3, 4);\n");
+}
+
+TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
+{
+    const DressedModel a;
+    const DressedModel b;
+    const std::uint64_t h = b.GetID();
+    const std::string sOther = "other";
+    const std::array<Point3d, 4> aCorners{Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)};
+    const Color paint{200, 0, 0, 255};
+    const TexturePairs aMore{{"bump", b.nTexture}};
+    const std::uint64_t nEdge = b.GetIDs(nEdgeType).front();
+    ASSERT_TRUE(Match(a.GetID(), h));
+    const std::function<Result()> aChanges[] = {
+        [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('b'), true, nullptr); },
+        [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('a'), false, nullptr); },
+        [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('a'), true, &sOther); },
+        [&] {
+            return APISetMaterialColor(h, b.nPaint, {200, 0, 0, 254});
+        },
+        [&] { return APISetMaterialTexture(h, b.nPaint, 1, 1.0 + 1e-9, INVALID_ID); },
+        [&] { return APISetMaterialTexture(h, b.nPaint, 1, 1, b.nTexture); },
+        [&] { return APISetMaterialData(h, b.nPaint, paint, 1, 1, INVALID_ID, nullptr, nullptr, nullptr, &aMore); },
+        [&] { return APISetObjectsMaterial(h, {b.aFaces[2]}, b.nWallpaper); },
+        [&] { return APISetFaceBacksideMaterial(h, {b.aFaces[0]}, INVALID_ID); },
+        [&] { return APISetLayerData(h, b.nLayer, "walls", false); },
+        [&] { return APIAddObjectsLayers(h, {b.nLayer}, {b.aFaces[3]}); },
+        [&] {
+            return APISetLevelsData(h, {b.nLevel}, {{"ground", 1e-9}});
+        },
+        [&] { return APISetObjectProperties(h, nEdge, "ridge", false); },
+        [&] { return APISetStringAttributeValue(h, b.nKeyed, "F30"); },
+        [&] { return APISetImageData(h, b.nImage, "plan", b.nTexture, 0.51f, true, aCorners); },
+        [&] { return APISetLocalCoordinateSystem(h, Transf3d(Point3d(1, 0, 0))); },
+    };
+    std::size_t nChange = 0;
+    for (const auto& change : aChanges)
+    {
+        SCOPED_TRACE(nChange++);
+        EXPECT_TRUE(change().IsGood());
+        EXPECT_FALSE(Match(a.GetID(), h));
+        EXPECT_TRUE(APIUndoHistory(h, true).IsGood());
+        EXPECT_TRUE(Match(a.GetID(), h));
+    }
+    // Less than the tolerances.
+    EXPECT_TRUE(APISetMaterialTexture(h, b.nPaint, 1, 1.0 + 1e-13, INVALID_ID).IsGood());
+    EXPECT_TRUE(APISetLevelsData(h, {b.nLevel}, {{"ground", 1e-13}}).IsGood());
+    EXPECT_TRUE(APISetImageData(h, b.nImage, "plan", b.nTexture, 0.5f + 1e-7f, true, aCorners).IsGood());
+    EXPECT_TRUE(Match(a.GetID(), h));
 }
 
 TEST(IsExactMatch, GoesDownIntoWhatGroupsShow)

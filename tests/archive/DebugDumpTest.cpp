@@ -1,6 +1,6 @@
 #include "archive/DebugDump.h"
 #include "support/CommaLocale.h"
-#include "support/TestModel.h"
+#include "support/DressedModel.h"
 
 #include <fstream>
 #include <sstream>
@@ -46,10 +46,23 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     EXPECT_TRUE(APICreateEmptyBody(model.GetID(), nBody).IsGood());
     EXPECT_TRUE(APIAddFaceComponentToBody(model.GetID(), nFace, nBody).IsGood());
 
-    // Not the same everywhere: the id of the History, and how much memory an object takes.
+    const std::uint64_t h = model.GetID();
+    std::uint64_t nTexture = INVALID_ID;
+    std::uint64_t nMaterial = INVALID_ID;
+    std::uint64_t nKeyed = INVALID_ID;
+    const StringPairs aData{{"gloss", "high"}};
+    EXPECT_TRUE(APICreateTexture(h, MakeJPEG('a'), true, nTexture, "grain").IsGood());
+    EXPECT_TRUE(APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, nullptr)
+                    .IsGood());
+    EXPECT_TRUE(APISetObjectsMaterial(h, {nFace}, nMaterial).IsGood());
+    EXPECT_TRUE(APIAddObjectsLayers(h, {MakeLayer(model, "floor")}, {nBody}).IsGood());
+    EXPECT_TRUE(APICreateStringAttribute(h, "fire class", "F90", {nFace}, nKeyed, nCopyShared, true).IsGood());
+
+    // Not the same everywhere: the id of the History, how much memory an object takes, and the number of a bitmap.
     std::string strText = Dump(model, nBody);
     MaskNumbers(strText, "History ID = ", "\n");
     MaskNumbers(strText, "(", " bytes in memory");
+    MaskNumbers(strText, "bitmapdataindex ", "\n");
     std::ifstream stream(QRV_GOLDEN_DUMP, std::ios::binary);
     EXPECT_EQ(strText, std::string(std::istreambuf_iterator<char>(stream), {})) << strText;
 }
@@ -84,6 +97,101 @@ TEST(DebugDump, ListsWhatAnObjectReachesBelowByClass)
     std::string strText = "left over";
     EXPECT_EQ(APIDebugObjectReadOnly(model.GetID(), 12345, strText).GetErrorCode(), Result::nBadInput);
     EXPECT_EQ(strText, "");
+}
+
+namespace
+{
+/// What is printed of the object alone, which is the last of its class.
+std::string GetFields(const TestModel& model, std::uint64_t nObject)
+{
+    const std::string strText = Dump(model, nObject);
+    const char* pName = "";
+    APIGetObjectNameReadOnly(model.GetID(), nObject, pName);
+    const std::size_t nHead = strText.find('\n' + std::string(pName) + '-' + std::to_string(nObject) + " (");
+    const std::size_t nFrom = strText.find('\n', nHead + 1) + 1;
+    return strText.substr(nFrom, strText.find("\n---", nFrom) + 1 - nFrom);
+}
+} // namespace
+
+TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
+{
+    const CommaLocale commas;
+    const DressedModel model;
+    const std::uint64_t h = model.GetID();
+    const std::array<Point3d, 4> aCorners{Point3d(1234.5, 0, 0), Point3d(1, -2, 0), Point3d(1, 2, 3), Point3d(0, 1, 0)};
+    std::uint64_t nPhoto = INVALID_ID;
+    EXPECT_TRUE(APICreateSatelliteImageObject(h, "photo", INVALID_ID, 0.25f, false, aCorners, {47.5, 8.25}, {1, 2},
+                                              {6400, 4800}, nPhoto)
+                    .IsGood());
+    EXPECT_TRUE(APISetLevelsData(h, {model.nLevel}, {{"roof", 1234.5}}).IsGood());
+    EXPECT_TRUE(APISetLocalCoordinateSystem(h, Transf3d(Point3d(1000, 2, 3))).IsGood());
+    EXPECT_TRUE(APISetOstrelModelInformation(h, "tower", "one", "two", "").IsGood());
+    const StringPairs aData{{"gloss", "high"}, {"grain", "fine"}};
+    const TexturePairs aTextures{{"bump", model.nTexture}};
+    EXPECT_TRUE(
+        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 0.1, 2000, INVALID_ID, nullptr, nullptr, &aData, &aTextures)
+            .IsGood());
+
+    const auto get = [&](nObjectType nType) { return model.GetIDs(nType).front(); };
+    const auto expect = [&](std::uint64_t nObject, const std::string& strAttributes, const std::string& strFields)
+    {
+        EXPECT_EQ(GetFields(model, nObject),
+                  "    id " + std::to_string(nObject) + "\n    attributes " + strAttributes + "    }\n" + strFields);
+    };
+    const auto one = [](const std::string& strName, std::uint64_t nID)
+    { return "[1] {\n        " + strName + '-' + std::to_string(nID) + '\n'; };
+    const std::string strNone = "[0] {\n";
+    expect(nPhoto, one("SatelliteDataAttribute", get(nSatelliteDataAttributeType)),
+           "    imageName string(\"photo\")\n"
+           "    texture NULL object\n"
+           "    alphaValue 0.25\n"
+           "    featuresVisible false\n"
+           "    corner0 point3d(1234.5, 0, 0)\n"
+           "    corner1 point3d(1, -2, 0)\n"
+           "    corner2 point3d(1, 2, 3)\n"
+           "    corner3 point3d(0, 1, 0)\n"
+           "    zPosition 1\n");
+    expect(get(nSatelliteDataAttributeType), strNone,
+           "    latitude 47.5\n"
+           "    longitud 8.25\n"
+           "    latitudeSpan 1\n"
+           "    longitudSpan 2\n"
+           "    pixelWidth 6400\n"
+           "    pixelHeight 4800\n");
+    expect(model.nLevel, one("LevelAttribute", get(nLevelAttributeType)),
+           "    name string(\"roof\")\n"
+           "    elevation 1234.5\n");
+    expect(get(nLevelAttributeType), strNone, "    level Level-" + std::to_string(model.nLevel) + '\n');
+    expect(get(nSketchPropertiesType), strNone,
+           "    transf3d Transf(1, 0, 0, 1000, 0, 1, 0, 2, 0, 0, 1, 3, 0, 0, 0, 1)\n");
+    expect(get(nGeneratedGeometryInformationType), strNone,
+           "    generator type 1\n"
+           "    name string(\"tower\")\n"
+           "    field1 string(\"one\")\n"
+           "    field2 string(\"two\")\n"
+           "    field3 string(\"\")\n");
+    expect(get(nObjectPropertiesAttributeType), strNone,
+           "    reportarea true\n"
+           "    objectname string(\"ridge\")\n");
+    std::vector<std::uint64_t> aOfPaint;
+    APIGetObjectAttributesReadOnly(h, model.nPaint, nMaterialAttributeType, aOfPaint);
+    ASSERT_EQ(aOfPaint.size(), 1u);
+    expect(model.nPaint, one("MaterialAttribute", aOfPaint.front()),
+           "    color color(1, 2, 3, 4)\n"
+           "    hscale 0.1\n"
+           "    vscale 2000\n"
+           "    texture NULL object\n"
+           "    name string(\"name\")\n"
+           "    identifier string(\"id\")\n"
+           "    additionaldata 2\n"
+           "    key string(\"gloss\")\n"
+           "    value string(\"high\")\n"
+           "    key string(\"grain\")\n"
+           "    value string(\"fine\")\n"
+           "    additionaltextures 1\n"
+           "    key string(\"bump\")\n"
+           "    value Texture-" +
+               std::to_string(model.nTexture) + '\n');
 }
 
 TEST(DebugDump, CountsInGoodEnglishAndLeavesOutWhatIsDerived)

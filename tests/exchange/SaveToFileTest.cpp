@@ -1,4 +1,5 @@
 #include "exchange/PlacedObjects.h"
+#include "support/CommaLocale.h"
 #include "support/PolygonModel.h"
 #include "support/TemporaryFile.h"
 
@@ -138,20 +139,21 @@ Body& AddBlockWithSplitEdges(PolygonModel& model, const Frame& at, int nSplits)
 
 TEST(WriteSTL, WritesTheWholeFileToTheLetter)
 {
+    const CommaLocale commas;
     PolygonModel model;
     std::uint64_t nFace = INVALID_ID;
     {
         Step step(model);
-        nFace = model.AddFace({{0, 0, 0.1}, {1.0 / 3.0, 0, 0.1}, {0, -2e20, 0.1}}).GetID();
+        nFace = model.AddFace({{0, 0, 1234.1}, {1.0 / 3.0, 0, 1234.1}, {0, -2e20, 1234.1}}).GetID();
     }
     TemporaryFile file("triangle.stl");
     EXPECT_TRUE(Save(model.GetHistory(), {nFace}, file).IsGood());
     EXPECT_EQ(file.Read(), "solid model\n"
                            "facet normal 0 0 -1\n"
                            "outer loop\n"
-                           "vertex 0 0 0.1\n"
-                           "vertex 0.3333333333333333 0 0.1\n"
-                           "vertex 0 -2e+20 0.1\n"
+                           "vertex 0 0 1234.1\n"
+                           "vertex 0.3333333333333333 0 1234.1\n"
+                           "vertex 0 -2e+20 1234.1\n"
                            "endloop\n"
                            "endfacet\n"
                            "endsolid model\n"

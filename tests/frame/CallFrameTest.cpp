@@ -250,19 +250,54 @@ TEST_F(CallFrame, PushesTheBarToItsEndOnceThoughHooksThrow)
     EXPECT_EQ(aWords, (Words{"bar 50", "end", "end"}));
 }
 
-TEST_F(CallFrame, LetsACallbackRegisterAnother)
+TEST_F(CallFrame, LetsACallbackRegisterOthersWhereverItIsCalled)
 {
     int nHeard = 0;
-    APIRegisterModelChangedCallbackReadOnly(
-        [&nHeard, strKept = std::string(100, 'x')](const ModelChangeData&)
-        {
-            APIRegisterModelChangedCallbackReadOnly(nullptr);
-            APIRegisterProgressCallbacksReadOnly({}, {}, {});
-            nHeard += strKept == std::string(100, 'x');
-        });
+    // What it holds must outlive its registration.
+    const auto replaceAll = [&nHeard, strKept = std::string(100, 'x')](const auto&)
+    {
+        Deafen();
+        nHeard += strKept == std::string(100, 'x');
+    };
+    const std::function<void()> aRegister[] = {
+        [&] { APIRegisterProgressCallbacksReadOnly(replaceAll, {}, {}); },
+        [&] { APIRegisterProgressCallbacksReadOnly({}, replaceAll, {}); },
+        [&] { APIRegisterProgressCallbacksReadOnly({}, {}, replaceAll); },
+        [&] { APIRegisterModelChangedCallbackReadOnly(replaceAll); },
+    };
+    for (const auto& registerOne : aRegister)
+    {
+        Deafen();
+        registerOne();
+        nHeard = 0;
+        EXPECT_TRUE(DrawMore().IsGood());
+        EXPECT_TRUE(DrawMore().IsGood());
+        EXPECT_EQ(nHeard, 1);
+    }
+}
+
+TEST_F(CallFrame, LooksForTheHistoryWhenTheStartHookHasRun)
+{
+    m_strAtWord = "start";
+    m_atWord = [&] { EXPECT_TRUE(DrawMore().IsGood()); };
     EXPECT_TRUE(DrawMore().IsGood());
-    EXPECT_TRUE(DrawMore().IsGood());
-    EXPECT_EQ(nHeard, 1);
+    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3, 4}));
+    std::uint64_t nOther = INVALID_ID;
+    const std::function<Result()> aCalls[] = {
+        [&] {
+            return APIConnectPoint3ds(nOther, {0, 0, 0}, {1, 0, 0});
+        },
+        [&] { return APIUndoHistory(nOther); },
+        [&] { return APIDeleteHistory(nOther); },
+    };
+    for (const auto& call : aCalls)
+    {
+        APICreateHistory(nOther, true);
+        m_atWord = [&] { EXPECT_TRUE(APIDeleteHistory(nOther).IsGood()); };
+        EXPECT_EQ(call().GetErrorCode(), Result::nBadHistoryID);
+        EXPECT_FALSE(m_atWord);
+        nOther = INVALID_ID;
+    }
 }
 
 TEST_F(CallFrame, KeepsTheHooksItHasWhenOthersCannotBeTaken)

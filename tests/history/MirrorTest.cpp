@@ -1,6 +1,6 @@
 // A host that keeps its own list of what lives, told by callbacks and change reports alone, agrees with the library.
 
-#include "support/TestModel.h"
+#include "support/DressedModel.h"
 
 #include <algorithm>
 #include <map>
@@ -175,7 +175,7 @@ private:
 class Session
 {
 public:
-    explicit Session(unsigned nSeed) : m_random(nSeed)
+    explicit Session(unsigned nSeed) : m_random(nSeed), m_dressing(nSeed)
     {
         APICreateHistory(m_nLasting, true);
         APICreateHistory(m_nScratch, false);
@@ -192,6 +192,10 @@ public:
         {
             SCOPED_TRACE("step " + std::to_string(n));
             Call();
+            m_mirror.ExpectAgrees(m_nLasting);
+            if (PickDress(2) == 0)
+                continue;
+            Dress();
             m_mirror.ExpectAgrees(m_nLasting);
         }
         EXPECT_LE(m_mirror.GetModelCount(), 1u) << "a scratch model is heard of";
@@ -287,7 +291,67 @@ private:
         }
     }
 
+    // Apart from the other calls, so that these are drawn alike with and without.
+    std::uint64_t PickDress(std::uint64_t n) { return m_dressing() % n; }
+    std::uint64_t Any(nObjectType nType)
+    {
+        IDs aIDs;
+        APIGetAllObjectsByTypeReadOnly(m_nLasting, nType, aIDs);
+        return aIDs.empty() ? INVALID_ID : aIDs[PickDress(aIDs.size())];
+    }
+
+    void Dress()
+    {
+        const std::uint64_t h = m_nLasting;
+        const std::string strName(1, char('a' + PickDress(3)));
+        const std::vector<char> aBytes = MakeJPEG(strName[0]);
+        const std::array<Point3d, 4> aCorners{Point3d(double(PickDress(3)), 0, 0)};
+        const std::uint64_t nFace = Any(nFaceType);
+        const std::uint64_t nEdge = Any(nEdgeType);
+        const std::uint64_t nMaterial = Any(nMaterialType);
+        const std::uint64_t nLayer = Any(nLayerType);
+        const std::uint64_t nTexture = Any(nTextureType);
+        const std::uint64_t nImage = Any(nImageType);
+        std::uint64_t nID = INVALID_ID;
+        switch (PickDress(11))
+        {
+        case 0:
+            APICreateMaterialWithTexture(h, {}, 1, 1, aBytes, true, nID, strName, "", nullptr, nullptr, "");
+            break;
+        case 1:
+            APISetObjectsMaterial(h, {nFace}, nMaterial);
+            break;
+        case 2:
+            APISetFaceBacksideMaterial(h, {nFace}, nMaterial);
+            break;
+        case 3:
+            APISetObjectsMaterial(h, {nFace}, INVALID_ID);
+            break;
+        case 4:
+            APISetTextureData(h, nTexture, aBytes, true, &strName);
+            break;
+        case 5:
+            APICreateLayer(h, strName, true, nID);
+            break;
+        case 6:
+            APIAddRemoveObjectsLayers(h, {nLayer}, {Any(nLayerType)}, {nEdge});
+            break;
+        case 7:
+            APICreateStringAttribute(h, strName, "", {nEdge, nFace}, nID, nCopyOwn, true);
+            break;
+        case 8:
+            APICreateImageObject(h, strName, nTexture, 1, true, aCorners, nID);
+            break;
+        case 9:
+            APISetImageData(h, nImage, strName, nTexture, 1, true, aCorners);
+            break;
+        default:
+            APIMoveImage(h, nImage, int(PickDress(3)) - 1);
+        }
+    }
+
     std::mt19937_64 m_random;
+    std::mt19937_64 m_dressing;
     Mirror m_mirror;
     std::uint64_t m_nLasting = INVALID_ID;
     std::uint64_t m_nScratch = INVALID_ID;

@@ -205,6 +205,8 @@ TEST(JSONConversion, TakesTheShortAndTheForeignForms)
     EXPECT_EQ(text, before);
     EXPECT_FALSE(Read(text["p"], point));
     EXPECT_THROW(Read(json{{"p", "{\"objectName\""}}, point, "p"), json::parse_error);
+    EXPECT_THROW(Read(json{{"p", R"({"objectName":"Point3d","x":1e400,"y":2,"z":3})"}}, point, "p"),
+                 json::out_of_range);
     EXPECT_FALSE(Read(json{{"p", std::string(100000, '[')}}, point, "p"));
 }
 
@@ -270,6 +272,15 @@ TEST(JSONConversion, CarriesValuesThatOnlyTheHostKnows)
     EXPECT_EQ(to_json_impl<decltype(aKnown)>::f(aKnown).dump(),
               R"({"b":true,"d":0.5,"f":0.25,"i":-3,"n":4294967295,"s":"t","z":null})");
     EXPECT_TRUE(to_json_impl<utils::any>::f(Door{80}).is_null());
+    std::map<std::string, utils::any> aBack;
+    EXPECT_TRUE(Read(to_json_impl<decltype(aKnown)>::f(aKnown), aBack));
+    EXPECT_TRUE(std::any_cast<bool>(aBack["b"]));
+    EXPECT_EQ(std::any_cast<double>(aBack["d"]), 0.5);
+    EXPECT_EQ(std::any_cast<double>(aBack["f"]), 0.25);
+    EXPECT_EQ(std::any_cast<int>(aBack["i"]), -3);
+    EXPECT_EQ(std::any_cast<std::uint64_t>(aBack["n"]), INVALID_ID);
+    EXPECT_EQ(std::any_cast<std::string>(aBack["s"]), "t");
+    EXPECT_FALSE(aBack["z"].has_value());
 
     std::string strTried;
     RegisterAnyToJSON([&](const utils::any&, json&) { return strTried += "1", false; });

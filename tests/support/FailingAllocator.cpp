@@ -11,12 +11,13 @@ struct Countdown
     bool bArmed = false;
     bool bFailed = false;
     std::size_t nLeft = 0;
+    std::size_t nRefusals = 0;
 };
 thread_local constinit Countdown g_countdown;
 
 bool IsRefused() noexcept
 {
-    if (!g_countdown.bArmed)
+    if (!g_countdown.bArmed || g_countdown.nRefusals == 0)
         return false;
     if (g_countdown.nLeft > 0)
     {
@@ -24,6 +25,7 @@ bool IsRefused() noexcept
         return false;
     }
     g_countdown.bFailed = true;
+    --g_countdown.nRefusals;
     return true;
 }
 
@@ -49,9 +51,9 @@ void* OrThrow(void* pMemory)
 
 namespace QRV
 {
-void FailingAllocator::FailAfter(std::size_t nCount) noexcept
+void FailingAllocator::FailAfter(std::size_t nCount, std::size_t nRefusals) noexcept
 {
-    g_countdown = {true, false, nCount};
+    g_countdown = {true, false, nCount, nRefusals};
 }
 
 void FailingAllocator::Stop() noexcept

@@ -9,8 +9,10 @@ namespace QRV
 class FailingAllocator
 {
 public:
-    /// From now on this thread gets memory that many times, and then none till Stop().
-    static void FailAfter(std::size_t nCount) noexcept;
+    static constexpr std::size_t kForGood = std::size_t(-1);
+
+    /// From now on this thread gets memory `nCount` times. Then it is refused `nRefusals` times, or till Stop().
+    static void FailAfter(std::size_t nCount, std::size_t nRefusals = kForGood) noexcept;
     static void Stop() noexcept;
     /// Whether an allocation was refused since FailAfter().
     static bool HasFailed() noexcept;
@@ -19,7 +21,7 @@ public:
     class Scope
     {
     public:
-        explicit Scope(std::size_t nCount) { FailAfter(nCount); }
+        explicit Scope(std::size_t nCount, std::size_t nRefusals = kForGood) { FailAfter(nCount, nRefusals); }
         ~Scope() { Stop(); }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
