@@ -10,3 +10,14 @@ set_property(SOURCE proof/Isolated.cpp APPEND PROPERTY COMPILE_DEFINITIONS QRV_R
 add_dependencies(qrv_proof qrv_interface)
 target_include_directories(qrv_proof PRIVATE ${CMAKE_SOURCE_DIR}/tools ${QRV_INTERFACE})
 target_link_libraries(qrv_proof PRIVATE rapidcheck OpenSSL::Crypto)
+
+# 2,000 sessions of 40 calls on average, in parts that run beside one another; under the sanitizers fewer.
+if(QRV_SANITIZE)
+  set(sessions 60)
+else()
+  set(sessions 500)
+endif()
+foreach(seed RANGE 1 4)
+  add_test(NAME RandomHistories.Seed${seed} COMMAND qrv_proof --gtest_filter=RandomHistories.*)
+  set_tests_properties(RandomHistories.Seed${seed} PROPERTIES ENVIRONMENT "RC_PARAMS=seed=${seed} max_success=${sessions}" COST 1000)
+endforeach()

@@ -95,7 +95,7 @@ int RunReplay(const std::string& strJournal, int nFile)
 
 std::string Keep(const TemporaryFile& journal, const std::string& strFault)
 {
-    const std::string strKept = testing::TempDir() + "qrv_failed_session.js";
+    const std::string strKept = testing::TempDir() + "qrv_failed_session_" + std::to_string(::getpid()) + ".js";
     std::filesystem::copy_file(journal.GetPath(), strKept, std::filesystem::copy_options::overwrite_existing);
     return strFault + "\njournal: " + strKept;
 }
