@@ -122,7 +122,7 @@ TEST(ChangeReports, TellWhatAStepDidAndWhatTakingItBackDid)
     EXPECT_TRUE(history.StartDelta());
     EXPECT_EQ(GetRange(model, 0, 2, Result::nFailure), none);
     EXPECT_EQ(GetActive(model, false).aCreated.size(), second.aCreated.size());
-    history.Create<Vertex>(Point3d(9, 9, 9));
+    history.Create<Vertex>(Point3d(9, 9, 9)).AddToSearch();
     EXPECT_EQ(GetActive(model, false, Result::nFailure), none);
     history.Rollback();
 }

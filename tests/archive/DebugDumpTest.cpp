@@ -3,13 +3,24 @@
 #include "support/TestModel.h"
 
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace QRV
 {
 namespace
 {
+/// Every number between the texts becomes "#".
+void MaskNumbers(std::string& strText, const std::string& strBefore, const std::string& strAfter)
+{
+    for (std::size_t n = strText.find(strBefore); n != std::string::npos; n = strText.find(strBefore, n + 1))
+    {
+        const std::size_t nNumber = n + strBefore.size();
+        const std::size_t nEnd = std::min(strText.find_first_not_of("0123456789", nNumber), strText.size());
+        if (nEnd > nNumber && strText.compare(nEnd, strAfter.size(), strAfter) == 0)
+            strText.replace(nNumber, nEnd - nNumber, "#");
+    }
+}
+
 std::string Dump(const TestModel& model, std::uint64_t nObject)
 {
     std::string strText = "left over";
@@ -37,8 +48,8 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
 
     // Not the same everywhere: the id of the History, and how much memory an object takes.
     std::string strText = Dump(model, nBody);
-    strText = std::regex_replace(strText, std::regex("History ID = [0-9]+\n"), "History ID = #\n");
-    strText = std::regex_replace(strText, std::regex("\\([0-9]+ bytes in memory"), "(# bytes in memory");
+    MaskNumbers(strText, "History ID = ", "\n");
+    MaskNumbers(strText, "(", " bytes in memory");
     std::ifstream stream(QRV_GOLDEN_DUMP, std::ios::binary);
     EXPECT_EQ(strText, std::string(std::istreambuf_iterator<char>(stream), {})) << strText;
 }
