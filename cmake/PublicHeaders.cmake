@@ -35,10 +35,11 @@ set(QRV_PUBLIC_HEADERS
   src/journal/Journaling.h
 )
 
-set(QRV_FORWARDING_INCLUDE ${CMAKE_CURRENT_BINARY_DIR}/include)
+set(QRV_FORWARDING_INCLUDE ${CMAKE_CURRENT_BINARY_DIR}/include CACHE PATH "Where the forwarding headers stand")
+mark_as_advanced(QRV_FORWARDING_INCLUDE)
 foreach(header IN LISTS QRV_PUBLIC_HEADERS)
   get_filename_component(name ${header} NAME)
   # A relative path, so that two checkouts share one compiler cache.
   file(RELATIVE_PATH path ${QRV_FORWARDING_INCLUDE}/QRV ${CMAKE_CURRENT_SOURCE_DIR}/${header})
-  file(CONFIGURE OUTPUT include/QRV/${name} CONTENT "#include \"${path}\"\n" @ONLY)
+  file(CONFIGURE OUTPUT ${QRV_FORWARDING_INCLUDE}/QRV/${name} CONTENT "#include \"${path}\"\n" @ONLY)
 endforeach()

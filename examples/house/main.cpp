@@ -7,8 +7,8 @@
 /// where windows, door and chimney are. Assumed here, since he gives no figure: a roof of 45 degrees, walls, floors and
 /// roof of 6 in, openings, chimney and flue, and the arch over the fireplace. Left out: closet and trap-doors.
 ///
-/// Feet become metres exactly, by 0.3048. The solids are the house as a whole, the spaces cut out of it (room, garret),
-/// the cellar below and the chimney behind, which stands 2 in clear of the wall.
+/// Feet become metres by 0.3048, exact to ten decimals. The solids are the house as a whole, the spaces cut out of it
+/// (room, garret), the cellar below and the chimney behind, which stands 2 in clear of the wall.
 ///
 /// house [DIR]
 #include "Picture.h"
@@ -34,10 +34,16 @@ constexpr double kCellarWidth = 6.0, kCellarDepth = 7.0, kGround = -1.0;
 constexpr double kChimneyGap = 2.0 / 12.0, kChimneyWidth = 5.0, kChimneyDepth = 3.0, kChimneyTop = 16.0;
 constexpr double kFlueRadius = 0.75;
 
+/// In metres, as a number of ten decimals: so the 16 digits of a journal give it back as it was.
+double FromFeet(double dFeet)
+{
+    constexpr double kDecimals = 1e10;
+    return std::round(dFeet * 0.3048 * kDecimals) / kDecimals;
+}
+
 Point3d InFeet(double x, double y, double z)
 {
-    constexpr double kFoot = 0.3048;
-    return Point3d(x * kFoot, y * kFoot, z * kFoot);
+    return Point3d(FromFeet(x), FromFeet(y), FromFeet(z));
 }
 
 struct Expected
