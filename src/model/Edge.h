@@ -85,7 +85,7 @@ public:
     /// Whether the two sides may become one: one loop on both sides, or coplanar faces of one direction.
     bool IsMergeable(bool bCheckUV) const;
     bool IsSilhouette(const Point3d& eye, const Vector3d& direction, bool bPerspective) const;
-    /// Whether another edge in the plane runs through this one, or ends in it, with no vertex that cuts them there:
+    /// Whether another edge in the plane runs through this one, or ends in it, with no vertex of both there:
     /// lines drawn without a look at the model leave that.
     bool PassesUncut(const Plane& plane) const;
     /// The point lies on the open edge, within a length `dTol` scaled by its size.

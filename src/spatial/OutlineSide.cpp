@@ -1,6 +1,9 @@
 #include "spatial/OutlineSide.h"
 
+#include "geometry/Finite.h"
+
 #include <algorithm>
+#include <cmath>
 
 namespace QRV
 {
@@ -40,10 +43,22 @@ private:
     Vector3d m_left;
     double m_dNear;
 };
+
+/// Two corners in one place: there the sides are not cut either.
+bool HaveTwinEnds(const OutlineSide& a, const OutlineSide& b)
+{
+    for (const Point3d* p : {a.pStart, a.pEnd})
+        for (const Point3d* q : {b.pStart, b.pEnd})
+            if (p != q && p->distSqrd(*q) <= std::pow(ScaledTolerance(*p), 2))
+                return true;
+    return false;
+}
 } // namespace
 
 bool RunThrough(const OutlineSide& a, const OutlineSide& b, const UnitVector3d& normal)
 {
+    if (HaveTwinEnds(a, b))
+        return true;
     const SideFrame onA(a, normal);
     const int nStartB = onA.GetSide(*b.pStart);
     const int nEndB = onA.GetSide(*b.pEnd);
