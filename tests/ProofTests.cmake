@@ -8,7 +8,7 @@ file(GLOB QRV_PROOF_SOURCES CONFIGURE_DEPENDS proof/*.cpp)
 qrv_add_test_program(qrv_proof ${QRV_PROOF_SOURCES} ${CMAKE_SOURCE_DIR}/tools/replay/ModelReport.cpp)
 set_property(SOURCE proof/Isolated.cpp APPEND PROPERTY COMPILE_DEFINITIONS QRV_REPLAY="$<TARGET_FILE:qrv-replay>")
 add_dependencies(qrv_proof qrv_interface qrv-replay)
-target_include_directories(qrv_proof PRIVATE ${CMAKE_SOURCE_DIR}/tools ${QRV_INTERFACE})
+target_include_directories(qrv_proof PRIVATE ${CMAKE_SOURCE_DIR}/tools ${QRV_INTERFACE}/..)
 target_link_libraries(qrv_proof PRIVATE rapidcheck OpenSSL::Crypto)
 
 # 2,000 sessions of 40 calls on average, in parts that run beside one another; under the sanitizers fewer.

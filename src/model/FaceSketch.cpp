@@ -1,5 +1,6 @@
 #include "history/History.h"
 #include "geometry/Finite.h"
+#include "geometry/Trigonometry.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/LoopTouching.h"
@@ -23,7 +24,7 @@ constexpr double kCrumbLengthSqrd = 1e-12;
 /// Counter-clockwise from `from` to `to` about the normal: from 0 to 2 pi.
 double GetTurn(const Vector3d& from, const Vector3d& to, const UnitVector3d& normal)
 {
-    const double dAngle = std::atan2(normal % (from * to), from % to);
+    const double dAngle = ArcTan2(normal % (from * to), from % to);
     return dAngle < -kAngleTolerance ? dAngle + 2 * std::numbers::pi : dAngle;
 }
 

@@ -49,7 +49,7 @@ bool HaveTwinEnds(const OutlineSide& a, const OutlineSide& b)
 {
     for (const Point3d* p : {a.pStart, a.pEnd})
         for (const Point3d* q : {b.pStart, b.pEnd})
-            if (p != q && p->distSqrd(*q) <= std::pow(ScaledTolerance(*p), 2))
+            if (p != q && std::sqrt(p->distSqrd(*q)) <= ScaledTolerance(*p))
                 return true;
     return false;
 }

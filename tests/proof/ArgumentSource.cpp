@@ -113,7 +113,8 @@ std::string ArgumentSource::Text()
         return m_bAttacked = true, "";
     if (IsNamed({"path"}))
         return "/dev/null";
-    return OneOf<std::string, 6>({"a", "b", "Wall", "ground \"floor\"", "\xc3\xa9tage\\n", ""});
+    return OneOf<std::string, 8>(
+        {"a", "b", "Wall", "ground \"floor\"", "\xc3\xa9tage\\n", "two\nlines\t\x01", "]}),; \\", ""});
 }
 
 std::vector<char> ArgumentSource::Bytes()
@@ -153,8 +154,8 @@ std::uint64_t ArgumentSource::DeltaID()
 std::vector<std::uint64_t> ArgumentSource::GetCandidates(bool bOtherClass)
 {
     const std::string strName = ToLower(m_strName);
-    const auto itWord = std::find_if(kWords.begin(), kWords.end(), [&](const Word& word)
-                                     { return strName.find(word.strWord) != std::string::npos; });
+    const auto itWord = std::find_if(kWords.begin(), kWords.end(),
+                                     [&](const Word& word) { return strName.find(word.strWord) != std::string::npos; });
     const nObjectType nType = itWord == kWords.end() ? nUnspecifiedType : itWord->nType;
     std::vector<std::uint64_t> aIDs = GetLive(m_model.nHistoryID, bOtherClass ? nUnspecifiedType : nType);
     if (bOtherClass && nType == nUnspecifiedType)

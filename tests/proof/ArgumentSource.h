@@ -44,6 +44,9 @@ public:
 
     /// How often an id is dead, unknown or of another class than its name says.
     void SetWildness(double dPart) { m_dWild = dPart; }
+    /// Results start empty and all are wanted, as in a replay; else they start as anything, or are not wanted.
+    void StartResultsEmpty() { m_bResultsEmpty = true; }
+    bool AreResultsEmpty() const { return m_bResultsEmpty; }
     /// One argument, counted from 0, is bad on purpose.
     void Attack(std::size_t nParameter, nHostile nHow) { m_attack = {nParameter, nHow}; }
     /// The attack found something to spoil in its argument.
@@ -174,6 +177,7 @@ private:
     SourceModel m_model;
     std::mt19937_64 m_random;
     double m_dWild = 0.1;
+    bool m_bResultsEmpty = false;
     AttackOn m_attack;
     bool m_bAttacked = false;
     std::size_t m_nParameter = 0;

@@ -1,6 +1,7 @@
 #include "proof/Calls.h"
 
-#include <ExportedCalls.h>
+#include "interface/ExportedCalls.h"
+#include "replay/CallSlots.h"
 
 #include <stdexcept>
 
@@ -8,95 +9,61 @@ namespace QRV
 {
 namespace
 {
-/// Keeps an argument of an exported function between calls, and passes it on.
-template <class Parameter>
-struct Slot;
-
-/// By value or by reference: kept as it is.
-template <class T>
-requires(!std::is_pointer_v<std::remove_cvref_t<T>>)
-struct Slot<T>
-{
-    std::remove_cvref_t<T> m_value;
-
-    static Slot From(ArgumentSource& source, std::string_view strName)
-    {
-        return {source.Argument<std::remove_cvref_t<T>>(strName)};
-    }
-    T Pass() { return static_cast<T>(m_value); }
-};
-
-/// By a pointer, which may be null.
-template <class T>
-struct Slot<T*>
-{
-    std::optional<std::remove_const_t<T>> m_value;
-
-    static Slot From(ArgumentSource& source, std::string_view strName)
-    {
-        const bool bGiven = source.IsGiven();
-        std::remove_const_t<T> value = source.Argument<std::remove_const_t<T>>(strName);
-        return bGiven ? Slot{std::move(value)} : Slot{};
-    }
-    T* Pass() { return m_value ? &*m_value : nullptr; }
-};
-
-template <>
-struct Slot<const char*>
-{
-    std::optional<std::string> m_value;
-
-    static Slot From(ArgumentSource& source, std::string_view strName)
-    {
-        Slot<std::string*> text = Slot<std::string*>::From(source, strName);
-        return {std::move(text.m_value)};
-    }
-    const char* Pass() { return m_value ? m_value->c_str() : nullptr; }
-};
-
-template <>
-struct Slot<const char*&>
-{
-    const char* m_pText = nullptr;
-
-    static Slot From(ArgumentSource& source, std::string_view strName)
-    {
-        source.Argument<bool>(strName);
-        return {};
-    }
-    const char*& Pass() { return m_pText; }
-};
-
-template <class... Parameters>
-class PreparedFunction : public PreparedCall
+/// Every argument from an `ArgumentSource`.
+class SlotSource
 {
 public:
-    using Function = Result (*)(Parameters...);
+    explicit SlotSource(ArgumentSource& source) : m_source(source) {}
 
-    PreparedFunction(Function pFunction, std::span<const tools::Parameter> aParameters, ArgumentSource& source)
-        : PreparedFunction(pFunction, aParameters, source, std::index_sequence_for<Parameters...>{})
+    template <class T>
+    void Read(std::string_view strName, T& out)
     {
+        if constexpr (std::is_pointer_v<T>)
+            m_source.Argument<bool>(strName); // a text of the library's own: there is none yet
+        else
+            out = m_source.Argument<T>(strName);
     }
-    Result Run() override
+    template <class T>
+    void Read(std::string_view strName, std::optional<T>& out)
     {
-        return std::apply([this](auto&... slot) { return m_pFunction(slot.Pass()...); }, m_slots);
+        const bool bGiven = m_source.IsGiven();
+        T value = m_source.Argument<T>(strName);
+        if (bGiven)
+            out = std::move(value);
+    }
+    template <class T>
+    void ReadResult(std::string_view strName, T& out)
+    {
+        if (!m_source.AreResultsEmpty())
+            Read(strName, out);
+    }
+    template <class T>
+    void ReadResult(std::string_view strName, std::optional<T>& out)
+    {
+        if (m_source.AreResultsEmpty())
+            out.emplace();
+        else
+            Read(strName, out);
     }
 
 private:
-    template <std::size_t... I>
-    PreparedFunction(Function pFunction, [[maybe_unused]] std::span<const tools::Parameter> aParameters,
-                     [[maybe_unused]] ArgumentSource& source, std::index_sequence<I...>)
-        : m_pFunction(pFunction), m_slots{Slot<Parameters>::From(source, aParameters[I].strName)...}
-    {
-    }
+    ArgumentSource& m_source;
+};
 
-    Function m_pFunction;
-    std::tuple<Slot<Parameters>...> m_slots;
+template <class Call>
+class PreparedFunction : public PreparedCall
+{
+public:
+    explicit PreparedFunction(SlotSource source) : m_slots(tools::FillSlots<Call>(source)) {}
+    Result Run() override { return tools::Invoke<Call>(m_slots); }
+
+private:
+    decltype(tools::FillSlots<Call>(std::declval<SlotSource&>())) m_slots;
 };
 
 template <class T>
-constexpr bool kIsPoint = std::is_same_v<std::remove_cvref_t<T>, Point3d> ||
-                          std::is_same_v<std::remove_cvref_t<T>, std::vector<Point3d>>;
+constexpr bool kIsPoint =
+    std::is_same_v<std::remove_cvref_t<T>, Point3d> || std::is_same_v<std::remove_cvref_t<T>, std::vector<Point3d>>;
 template <class T>
 constexpr bool kIsCallback = false;
 template <class Signature>
@@ -112,7 +79,7 @@ CallKind Describe(Result (*)(Parameters...))
             (kIsPoint<Parameters> || ...),
             (kIsCallback<std::remove_cvref_t<Parameters>> || ...),
             [](ArgumentSource& source) -> std::unique_ptr<PreparedCall>
-            { return std::make_unique<PreparedFunction<Parameters...>>(Call::kFunction, Call::kParameters, source); }};
+            { return std::make_unique<PreparedFunction<Call>>(SlotSource(source)); }};
 }
 
 std::vector<CallKind> DescribeAll()

@@ -1,16 +1,17 @@
 #include "Program.h"
-#include "Samples.h"
 
-#include "interface/ExportedCalls.h"
-#include "replay/CallSlots.h"
+#include "proof/Calls.h"
 #include "replay/ModelReport.h"
 #include "replay/Replay.h"
 #include "support/Journaled.h"
+
+#include <QRV/Journaling.h>
 
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <random>
 #include <sstream>
 
 namespace tools
@@ -33,69 +34,58 @@ void WriteFile(const TemporaryFile& file, const std::string& strText)
 class RandomSession
 {
 public:
-    RandomSession(unsigned nSeed, const std::string& strPath) : m_samples(nSeed, strPath)
+    explicit RandomSession(std::uint64_t nSeed) : m_random(nSeed)
     {
-        ExportedCalls::ForEach(
-            [&]<class Call>()
-            {
-                // The lines of the two questions about silhouettes bear one name: where one fails, the other is asked.
-                constexpr bool bTold = Call::kName.find("Silhouette") == std::string_view::npos;
-                if constexpr (bTold && !Call::kScriptNames.empty())
-                    m_aCalls.push_back([this] { MakeCall<Call>(); });
-            });
+        // The lines of the two questions about silhouettes bear one name: where one fails, the other is asked.
+        for (const CallKind& kind : GetCallKinds())
+            if (!kind.aScriptNames.empty() && kind.strName.find("Silhouette") == std::string_view::npos)
+                m_aKinds.push_back(&kind);
         APIDeleteAllHistories(); // so that the first id is that of a fresh process
-        APICreateHistory(m_samples.m_nHistory, true);
+        APICreateHistory(m_nHistory, true);
     }
 
     void Run(unsigned nRounds)
     {
         for (unsigned nRound = 0; nRound < nRounds; ++nRound)
         {
-            for (std::size_t i = m_aCalls.size(); i > 1; --i)
-                std::swap(m_aCalls[i - 1], m_aCalls[m_samples.Below(i)]);
-            for (const auto& call : m_aCalls)
+            std::shuffle(m_aKinds.begin(), m_aKinds.end(), m_random);
+            for (const CallKind* pKind : m_aKinds)
             {
                 KeepAModel();
-                call();
+                Note(Prepare(*pKind)->Run());
             }
         }
     }
 
-    std::uint64_t GetHistory() const { return m_samples.m_nHistory; }
+    std::uint64_t GetHistory() const { return m_nHistory; }
     /// Code and message of each call, in order, as the program prints them.
     const std::vector<std::string>& GetOutcomes() const { return m_aOutcomes; }
 
 private:
-    template <class Call>
-    void MakeCall()
+    std::unique_ptr<PreparedCall> Prepare(const CallKind& kind)
     {
-        Note(WithSlots<Call>(m_samples,
-                             [&](auto& slots)
-                             {
-                                 const Result result = Invoke<Call>(slots);
-                                 if constexpr (Call::kName == "APIChangeHistoryID")
-                                     m_samples.m_nHistory = std::get<0>(slots).GetResult();
-                                 return result;
-                             }));
+        const QRVJournalingSuspend aside("QRV");
+        ArgumentSource source({m_nHistory, {}}, m_random());
+        source.StartResultsEmpty();
+        return kind.prepare(source);
     }
 
-    /// Some calls end the History, or replace it by an empty one.
+    /// Some calls end the History, name it anew, or replace it by an empty one.
     void KeepAModel()
     {
-        bool bLive = false;
+        std::vector<std::uint64_t> aHistories;
         {
             const QRVJournalingSuspend aside("QRV");
-            APIIsHistoryLiveReadOnly(m_samples.m_nHistory, bLive);
+            APIGetAllHistoriesReadOnly(aHistories, true);
         }
-        if (!bLive)
-        {
-            m_samples.m_nHistory = INVALID_ID;
-            Note(APICreateHistory(m_samples.m_nHistory, true));
-        }
+        if (aHistories.empty())
+            Note(APICreateHistory(m_nHistory, true));
+        else
+            m_nHistory = aHistories.back();
         std::vector<Point3d> aCorners;
-        const double z = static_cast<double>(m_samples.Below(4));
-        Note(APICreateRectangle(m_samples.m_nHistory, {0, 0, z}, {2, 0, z}, {2, 2, z}, aCorners, false));
-        Note(APIConnectPoint3ds(m_samples.m_nHistory, {0, 0, z}, {0, 0, z + 1}));
+        const double z = static_cast<double>(m_random() % 4);
+        Note(APICreateRectangle(m_nHistory, {0, 0, z}, {2, 0, z}, {2, 2, z}, aCorners, false));
+        Note(APIConnectPoint3ds(m_nHistory, {0, 0, z}, {0, 0, z + 1}));
     }
 
     void Note(const Result& result)
@@ -105,8 +95,9 @@ private:
                               result.GetErrorString());
     }
 
-    Samples m_samples;
-    std::vector<std::function<void()>> m_aCalls;
+    std::uint64_t m_nHistory = INVALID_ID;
+    std::mt19937_64 m_random;
+    std::vector<const CallKind*> m_aKinds;
     std::vector<std::string> m_aOutcomes;
 };
 
@@ -132,10 +123,9 @@ std::optional<Refusal> ReplayText(const std::string& strText)
 
 TEST(Replay, MakesEveryCallOfASessionAgainWithTheSameResultsAndModels)
 {
-    const TemporaryFile saved("saved.stl");
     for (unsigned nSeed = 1; nSeed <= 3; ++nSeed)
     {
-        RandomSession session(nSeed, saved.GetPath());
+        RandomSession session(nSeed);
         const Journaled journal(session.GetHistory());
         APIEnableJournalingTypes({"QRVReadOnly", "QRVJournalPick"}, true);
         session.Run(4);

@@ -37,6 +37,17 @@ public:
             Convert(strName, argument, out.emplace());
     }
 
+    /// A journal says nothing of results; here all are wanted.
+    template <class T>
+    void ReadResult(std::string_view, T&)
+    {
+    }
+    template <class T>
+    void ReadResult(std::string_view, std::optional<T>& out)
+    {
+        out.emplace();
+    }
+
 private:
     const Argument& Next() { return m_aArguments[m_nNext++]; }
 

@@ -13,7 +13,8 @@
 namespace tools
 {
 /// Holds what is passed for one parameter. What goes in is read from a source that has `Read(name, T&)` and, for
-/// pointers, `Read(name, std::optional<T>&)`.
+/// pointers, which may be null, `Read(name, std::optional<T>&)`; what comes out starts as its `ReadResult` of the same
+/// shapes says.
 template <class P, nDirection nWay>
 class Slot
 {
@@ -23,7 +24,9 @@ public:
     template <class Source>
     Slot(Source& source, std::string_view strName)
     {
-        if constexpr (nWay != nDirection::nOut)
+        if constexpr (nWay == nDirection::nOut)
+            source.ReadResult(strName, m_value);
+        else
             source.Read(strName, m_value);
     }
 
@@ -34,7 +37,7 @@ private:
     Value m_value{};
 };
 
-/// A list or record that need not be given.
+/// A list, record or text that need not be given.
 template <class T>
 class Slot<const T*, nDirection::nIn>
 {
@@ -45,58 +48,50 @@ public:
         source.Read(strName, m_value);
     }
 
-    const T* Get() const { return m_value ? &*m_value : nullptr; }
-
-private:
-    std::optional<T> m_value;
-};
-
-template <>
-class Slot<const char*, nDirection::nIn>
-{
-public:
-    template <class Source>
-    Slot(Source& source, std::string_view strName)
+    const T* Get() const
     {
-        source.Read(strName, m_strValue);
+        if constexpr (kIsText)
+            return m_value ? m_value->c_str() : nullptr;
+        else
+            return m_value ? &*m_value : nullptr;
     }
 
-    const char* Get() const { return m_strValue ? m_strValue->c_str() : nullptr; }
-
 private:
-    std::optional<std::string> m_strValue;
+    static constexpr bool kIsText = std::is_same_v<T, char>;
+
+    std::optional<std::conditional_t<kIsText, std::string, T>> m_value;
 };
 
-/// A result that need not be wanted; here it always is.
+/// A result that need not be wanted.
 template <class T>
 class Slot<T*, nDirection::nOut>
 {
 public:
     template <class Source>
-    Slot(Source&, std::string_view)
+    Slot(Source& source, std::string_view strName)
     {
+        source.ReadResult(strName, m_value);
     }
 
-    T* Get() { return &m_value; }
-    const T& GetResult() const { return m_value; }
+    T* Get() { return m_value ? &*m_value : nullptr; }
+    const T& GetResult() const { return *m_value; }
 
 private:
-    T m_value{};
+    std::optional<T> m_value;
 };
 
-/// Fills the slots of a call from a source, in order of the parameters, and hands them to `work` as a tuple.
-template <class Call, class Source, class Work, class... Parameters, std::size_t... kPlaces>
-auto WithSlots(QRV::Result (*)(Parameters...), Source& source, Work work, std::index_sequence<kPlaces...>)
+/// The slots of a call, filled from a source in order of the parameters.
+template <class Call, class Source, class... Parameters, std::size_t... kPlaces>
+auto FillSlots(QRV::Result (*)(Parameters...), [[maybe_unused]] Source& source, std::index_sequence<kPlaces...>)
 {
-    std::tuple<Slot<Parameters, Call::kParameters[kPlaces].nWay>...> slots{
+    return std::tuple<Slot<Parameters, Call::kParameters[kPlaces].nWay>...>{
         Slot<Parameters, Call::kParameters[kPlaces].nWay>(source, Call::kParameters[kPlaces].strName)...};
-    return work(slots);
 }
 
-template <class Call, class Source, class Work>
-auto WithSlots(Source& source, Work work)
+template <class Call, class Source>
+auto FillSlots(Source& source)
 {
-    return WithSlots<Call>(Call::kFunction, source, work, std::make_index_sequence<Call::kParameters.size()>());
+    return FillSlots<Call>(Call::kFunction, source, std::make_index_sequence<Call::kParameters.size()>());
 }
 
 /// Makes the call.

@@ -32,17 +32,13 @@ template <class Call>
 CallOutcome Run(const std::vector<Argument>& aArguments)
 {
     ArgumentReader reader(aArguments);
-    return WithSlots<Call>(reader,
-                           [](auto& slots)
-                           {
-                               CallOutcome outcome;
-                               const auto begin = std::chrono::steady_clock::now();
-                               outcome.result = Invoke<Call>(slots);
-                               outcome.time = std::chrono::steady_clock::now() - begin;
-                               AddResults(slots, Call::kParameters, outcome,
-                                          std::make_index_sequence<Call::kParameters.size()>());
-                               return outcome;
-                           });
+    auto slots = FillSlots<Call>(reader);
+    CallOutcome outcome;
+    const auto begin = std::chrono::steady_clock::now();
+    outcome.result = Invoke<Call>(slots);
+    outcome.time = std::chrono::steady_clock::now() - begin;
+    AddResults(slots, Call::kParameters, outcome, std::make_index_sequence<Call::kParameters.size()>());
+    return outcome;
 }
 
 template <class Call>

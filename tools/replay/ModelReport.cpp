@@ -118,11 +118,7 @@ std::string DumpObject(std::uint64_t nHistory, std::uint64_t nObject)
 std::string DigestModel()
 {
     SHA256 digest;
-    ForEachObject(
-        [&](std::uint64_t nHistory, std::uint64_t nObject)
-        {
-            digest.Add(DumpObject(nHistory, nObject));
-        });
+    ForEachObject([&](std::uint64_t nHistory, std::uint64_t nObject) { digest.Add(DumpObject(nHistory, nObject)); });
     return digest.GetHex();
 }
 } // namespace tools

@@ -129,6 +129,13 @@ CallOutcome Replay::GetActiveHistory(const Statement& statement)
     std::uint64_t nHistory = m_mainHistory.value_or(QRV::INVALID_ID);
     if (m_mainHistory != QRV::INVALID_ID && QRV::APICreateHistory(nHistory, true).IsGood())
         m_mainHistory = nHistory;
+    if (!m_strJournal.empty())
+    {
+        if (!QRV::APIEnableJournaling(nHistory, m_strJournal).IsGood())
+            throw ScriptError(statement.m_nColumn, m_strJournal + " cannot be written");
+        QRV::APIEnableJournalingTypes({"QRVReadOnly", "QRVJournalPick"}, true);
+        m_strJournal.clear();
+    }
     CallOutcome outcome;
     outcome.aResults.emplace_back("nHistoryID", QRV::ToJSON(nHistory));
     return outcome;

@@ -42,6 +42,9 @@ public:
     ///                     library chooses where it is not given
     explicit Replay(std::optional<std::uint64_t> mainHistory) : m_mainHistory(mainHistory) {}
 
+    /// Has the calls written as a journal anew, from where the History of the session is made on.
+    void WriteJournal(std::string strFile) { m_strJournal = std::move(strFile); }
+
     /// Runs up to the end, to the first line that is refused, or until `watch` ends it. A journal may break off
     /// between two lines, as that of a session that died does.
     std::optional<Refusal> Run(std::istream& stream, const Watch& watch);
@@ -66,6 +69,7 @@ private:
     const CallTable m_table;
     Variables m_variables;
     std::optional<std::uint64_t> m_mainHistory;
+    std::string m_strJournal;
     nPart m_nPart = nPart::nHead;
     std::size_t m_nLine = 0;
 };

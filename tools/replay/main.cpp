@@ -3,6 +3,8 @@
 #include "replay/Replay.h"
 #include "support/Condition.h"
 
+#include <QRV/API.h>
+
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
@@ -16,6 +18,7 @@ namespace
 struct Options
 {
     std::string strFile;
+    std::string strJournal;
     std::optional<std::uint64_t> mainHistory;
     std::optional<Condition> condition;
     bool bResults = false;
@@ -130,7 +133,10 @@ int RunJournal(const Options& options)
     }
     Watcher watcher(options);
     Replay replay(options.mainHistory);
+    replay.WriteJournal(options.strJournal);
     const std::optional<Refusal> refusal = replay.Run(stream, std::ref(watcher));
+    if (!options.strJournal.empty())
+        QRV::APIDisableJournaling();
     if (refusal)
     {
         std::fflush(stdout);
@@ -155,6 +161,7 @@ int Main(int nArguments, char** aArguments)
     app.add_flag("--counts", options.bCounts, "print after each call how many objects of each class live");
     app.add_flag("--audit", options.bAudit, "print after each call what the audit of all Histories finds");
     app.add_flag("--digest", options.bDigest, "print at the end one SHA-256 over the dumps of all live objects");
+    app.add_option("--journal", options.strJournal, "write the calls there as a journal anew");
     app.add_option("--history", options.mainHistory, "the id that the History of the session had; none if it had none")
         ->transform(CLI::Transformer(std::map<std::string, std::uint64_t>{{"none", QRV::INVALID_ID}}));
     app.add_option("--until", strCondition, "end with code 4 after a call that makes it hold: audit, code:N or time:S")
