@@ -21,3 +21,9 @@ foreach(seed RANGE 1 4)
   add_test(NAME RandomHistories.Seed${seed} COMMAND qrv_proof --gtest_filter=RandomHistories.*)
   set_tests_properties(RandomHistories.Seed${seed} PROPERTIES ENVIRONMENT "RC_PARAMS=seed=${seed} max_success=${sessions}" COST 1000)
 endforeach()
+
+# The other proofs go through all kinds of call one by one, in two processes.
+foreach(part RANGE 1)
+  add_test(NAME CallProofs.Part${part} COMMAND qrv_proof --gtest_filter=-RandomHistories.*)
+  set_tests_properties(CallProofs.Part${part} PROPERTIES ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${part}" COST 500)
+endforeach()

@@ -39,6 +39,8 @@ constexpr std::array<Word, 17> kWords{{{"facet", nUnspecifiedType},
                                        {"group", nGroupType},
                                        {"instance", nInstanceType}}};
 
+constexpr std::uint64_t kUnknownID = 987654321;
+
 std::string ToLower(std::string_view strText)
 {
     std::string strLower(strText);
@@ -55,62 +57,94 @@ bool ArgumentSource::IsNamed(std::initializer_list<std::string_view> aParts) con
                        [&](std::string_view strPart) { return strName.find(strPart) != std::string::npos; });
 }
 
+nObjectType ArgumentSource::GetNamedClass(std::string_view strName)
+{
+    const std::string strLower = ToLower(strName);
+    const auto itWord =
+        std::find_if(kWords.begin(), kWords.end(),
+                     [&](const Word& word) { return strLower.find(word.strWord) != std::string::npos; });
+    return itWord == kWords.end() ? nUnspecifiedType : itWord->nType;
+}
+
+void ArgumentSource::BeginArgument(std::string_view strName)
+{
+    m_strName = strName;
+    std::seed_seq seeds{static_cast<std::uint32_t>(m_nSeed), static_cast<std::uint32_t>(m_nSeed >> 32),
+                        static_cast<std::uint32_t>(m_nParameter++)};
+    m_random.seed(seeds);
+    m_nAnyClass = static_cast<nObjectType>(1 + Below(nPointMeshType));
+}
+
+bool ArgumentSource::Strikes(std::initializer_list<nHostile> aWays)
+{
+    if (std::find(aWays.begin(), aWays.end(), m_attack.nHow) == aWays.end() || m_nPlaces++ != m_attack.nPlace)
+        return false;
+    m_strAttacked = m_strName;
+    return true;
+}
+
 double ArgumentSource::Number()
 {
-    constexpr double kInf = std::numeric_limits<double>::infinity();
-    for (const auto& [nHow, d] : {std::pair(nHostile::nNaN, std::numeric_limits<double>::quiet_NaN()),
-                                  std::pair(nHostile::nInfinite, kInf), std::pair(nHostile::nHuge, 1e31)})
-        if (IsUnderAttack(nHow))
-            return m_bAttacked = true, d;
     if (IsNamed({"angle"}))
-        return OneOf<double, 4>({0.0, 1.0, std::numbers::pi, 2 * std::numbers::pi});
+        return Spoiled(OneOf<double, 4>({0.0, 1.0, std::numbers::pi, 2 * std::numbers::pi}));
     if (IsNamed({"tol", "accuracy"}))
-        return OneOf<double, 3>({0.1, 0.01, 0.3});
-    return OneOf<double, 8>({1.0, 0.5, 2.0, 0.25, 3.0, 1.5, 0.0, -1.0});
+        return Spoiled(OneOf<double, 3>({0.1, 0.01, 0.3}));
+    if (IsNamed({"scale"})) // of a texture, where the audit minds others, or of a file
+        return Spoiled(OneOf<double, 3>({1.0, 0.25, 2.0}));
+    return Spoiled(OneOf<double, 8>({1.0, 0.5, 2.0, 0.25, 3.0, 1.5, 0.0, -1.0}));
+}
+
+double ArgumentSource::Spoiled(double d)
+{
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    if (!Strikes({nHostile::nNaN, nHostile::nInfinite, nHostile::nMinusInfinite, nHostile::nHuge}))
+        return d;
+    return m_attack.nHow == nHostile::nNaN        ? std::numeric_limits<double>::quiet_NaN()
+           : m_attack.nHow == nHostile::nInfinite ? kInf
+           : m_attack.nHow == nHostile::nHuge     ? 1e31
+                                                  : -kInf;
 }
 
 Point3d ArgumentSource::Point()
 {
-    if (m_attack.nParameter == m_nParameter && m_attack.nHow != nHostile::nNothing)
-    {
-        const double dBad = Number();
-        if (m_bAttacked)
-            return OneOf<Point3d, 3>({Point3d(dBad, 1, 0), Point3d(1, dBad, 0), Point3d(1, 0, dBad)});
-    }
     // A coarse grid, so that lines meet each other's ends and middles; a few places off it.
+    Point3d p(double(Below(4)), double(Below(3)), Chance(0.7) ? 0.0 : 1.0);
     if (Chance(0.05))
-        return {0.333333 * double(Below(9)), 0.25 * double(Below(9)), 0.5 * double(Below(3))};
-    return {double(Below(4)), double(Below(3)), Chance(0.7) ? 0.0 : 1.0};
+        p = {0.333333 * double(Below(9)), 0.25 * double(Below(9)), 0.5 * double(Below(3))};
+    for (std::size_t n = 0; n < 3; ++n)
+        p[n] = Spoiled(p[n]);
+    return p;
 }
 
 UnitVector3d ArgumentSource::Direction()
 {
-    if (m_attack.nParameter == m_nParameter)
-        if (const double d = Number(); m_bAttacked)
-            return UnitVector3d(Vector3d(d, 0, 1), false);
-    const UnitVector3d axis = OneOf<UnitVector3d, 3>({UnitVector3d::kXDir, UnitVector3d::kYDir, UnitVector3d::kZDir});
-    return Chance(0.7) ? axis : -axis;
+    Vector3d v = OneOf<Vector3d, 3>({Vector3d::kXDir, Vector3d::kYDir, Vector3d::kZDir});
+    if (Chance(0.3))
+        v.negate();
+    for (std::size_t n = 0; n < 3; ++n)
+        v[n] = Spoiled(v[n]);
+    return UnitVector3d(v, false);
 }
 
 Transf3d ArgumentSource::Transform()
 {
-    if (m_attack.nParameter == m_nParameter)
-        if (const double d = Number(); m_bAttacked)
-            return Transf3d::translation(Vector3d(d, 0, 0));
-    return Chance(0.5) ? Transf3d() : Transf3d::translation(Point().toVector3d());
+    Transf3d transform = Chance(0.5) ? Transf3d() : Transf3d::translation(Vector3d(1, double(Below(3)), 0));
+    for (std::size_t nRow = 0; nRow < 4; ++nRow)
+        for (std::size_t nColumn = 0; nColumn < 4; ++nColumn)
+            transform.setValue(nRow, nColumn, Spoiled(transform(nRow, nColumn)));
+    return transform;
 }
 
 std::size_t ArgumentSource::ListSize()
 {
-    if (IsUnderAttack(nHostile::nEmpty))
-        return m_bAttacked = true, 0;
-    return Below(5) + (Chance(0.9) ? 1 : 0);
+    const std::size_t nSize = m_bPlain ? 2 + Below(3) : Below(5) + (Chance(0.9) ? 1 : 0);
+    return Strikes({nHostile::nEmpty}) ? 0 : nSize;
 }
 
 std::string ArgumentSource::Text()
 {
-    if (IsUnderAttack(nHostile::nEmpty))
-        return m_bAttacked = true, "";
+    if (Strikes({nHostile::nEmpty}))
+        return "";
     if (IsNamed({"path"}))
         return "/dev/null";
     return OneOf<std::string, 8>(
@@ -119,20 +153,16 @@ std::string ArgumentSource::Text()
 
 std::vector<char> ArgumentSource::Bytes()
 {
-    if (IsUnderAttack(nHostile::nEmpty))
-        return m_bAttacked = true, std::vector<char>{};
+    if (Strikes({nHostile::nEmpty}))
+        return {};
     // The least that counts as an image.
-    return {'\xff', '\xd8', '\xff', '\xe0', static_cast<char>('a' + Below(3))};
+    return {'\xff', '\xd8', '\xff', '\xe0', static_cast<char>('a' + Below(3)), 0, 0, 0};
 }
 
 std::uint64_t ArgumentSource::Unsigned()
 {
     if (IsNamed({"historyid"}))
-    {
-        if (IsUnderAttack(nHostile::nUnknownID))
-            return m_bAttacked = true, 987654321;
-        return m_model.nHistoryID;
-    }
+        return HistoryID();
     if (IsNamed({"delta"}) || m_strName == "nFrom" || m_strName == "nTo")
         return DeltaID();
     if (IsNamed({"flags", "mask", "set", "clear", "segments", "fromend", "pixel", "index", "offset"}))
@@ -140,10 +170,19 @@ std::uint64_t ArgumentSource::Unsigned()
     return ObjectID();
 }
 
+std::uint64_t ArgumentSource::HistoryID()
+{
+    if (!Strikes({nHostile::nUnknownHistory, nHostile::nNoHistory, nHostile::nOtherHistory}))
+        return m_model.nHistoryID;
+    return m_attack.nHow == nHostile::nUnknownHistory ? kUnknownID
+           : m_attack.nHow == nHostile::nNoHistory    ? INVALID_ID
+                                                      : m_model.nOtherHistoryID;
+}
+
 std::uint64_t ArgumentSource::DeltaID()
 {
-    if (IsUnderAttack(nHostile::nUnknownID))
-        return m_bAttacked = true, 987654321;
+    if (Strikes({nHostile::nUnknownID, nHostile::nNoID}))
+        return m_attack.nHow == nHostile::nNoID ? INVALID_ID : kUnknownID;
     std::vector<std::uint64_t> aDeltas;
     APIGetAllHistoryDeltasReadOnly(m_model.nHistoryID, aDeltas);
     if (aDeltas.empty() || Chance(0.2))
@@ -153,10 +192,9 @@ std::uint64_t ArgumentSource::DeltaID()
 
 std::vector<std::uint64_t> ArgumentSource::GetCandidates(bool bOtherClass)
 {
-    const std::string strName = ToLower(m_strName);
-    const auto itWord = std::find_if(kWords.begin(), kWords.end(),
-                                     [&](const Word& word) { return strName.find(word.strWord) != std::string::npos; });
-    const nObjectType nType = itWord == kWords.end() ? nUnspecifiedType : itWord->nType;
+    const nObjectType nType = GetNamedClass(m_strName);
+    if (m_bPlain && nType == nUnspecifiedType)
+        return GetLive(m_model.nHistoryID, m_nAnyClass);
     std::vector<std::uint64_t> aIDs = GetLive(m_model.nHistoryID, bOtherClass ? nUnspecifiedType : nType);
     if (bOtherClass && nType == nUnspecifiedType)
         return {};
@@ -173,23 +211,32 @@ std::vector<std::uint64_t> ArgumentSource::GetCandidates(bool bOtherClass)
 
 std::uint64_t ArgumentSource::DeadID()
 {
-    return m_model.aDeadIDs.empty() ? 987654321 : m_model.aDeadIDs[Below(m_model.aDeadIDs.size())];
+    return m_model.aDeadIDs.empty() ? kUnknownID : m_model.aDeadIDs[Below(m_model.aDeadIDs.size())];
 }
 
 std::uint64_t ArgumentSource::ObjectID()
 {
-    if (IsUnderAttack(nHostile::nUnknownID))
-        return m_bAttacked = true, 987654321;
-    if (IsUnderAttack(nHostile::nDeadID))
-        return m_bAttacked = !m_model.aDeadIDs.empty(), DeadID();
-    const bool bOther = IsUnderAttack(nHostile::nWrongClass);
-    const bool bWild = m_attack.nHow == nHostile::nNothing && Chance(m_dWild);
+    using enum nHostile;
+    if (Strikes({nUnknownID, nNoID, nDeadID, nForeignID, nOtherClass}))
+        switch (m_attack.nHow)
+        {
+        case nNoID:
+            return INVALID_ID;
+        case nDeadID:
+            return DeadID();
+        case nForeignID:
+            return m_model.nForeignID;
+        case nOtherClass:
+            return GetLive(m_model.nHistoryID, m_attack.nClass).front();
+        default:
+            return kUnknownID;
+        }
+    if (m_bPlain && Chance(0.1))
+        return INVALID_ID;
+    const bool bWild = !m_bPlain && Chance(0.1);
     if (bWild && Chance(0.5))
         return Chance(0.3) ? INVALID_ID : DeadID();
-    const std::vector<std::uint64_t> aIDs = GetCandidates(bOther || bWild);
-    if (aIDs.empty())
-        return INVALID_ID;
-    m_bAttacked |= bOther;
-    return aIDs[Below(aIDs.size())];
+    const std::vector<std::uint64_t> aIDs = GetCandidates(bWild);
+    return aIDs.empty() ? INVALID_ID : aIDs[Below(aIDs.size())];
 }
 } // namespace QRV

@@ -17,17 +17,23 @@
 
 namespace QRV
 {
-/// What is wrong with an argument on purpose.
+/// What is wrong with a place of an argument on purpose.
 enum class nHostile
 {
     nNothing,
     nNaN,
     nInfinite,
-    nHuge,      ///< numbers of 1e31
-    nEmpty,     ///< lists and texts without anything, pointers to nothing
-    nUnknownID, ///< no object, step or History has ever had it
-    nDeadID,
-    nWrongClass
+    nMinusInfinite,
+    nHuge,           ///< 1e31
+    nEmpty,          ///< a list or text without anything, a pointer to nothing
+    nUnknownID,      ///< no object and no step has ever had it
+    nNoID,           ///< `INVALID_ID`
+    nDeadID,         ///< of an object that was deleted
+    nForeignID,      ///< of an object of another History
+    nOtherClass,     ///< of an object of a given class
+    nUnknownHistory, ///< for the id of a History
+    nNoHistory,
+    nOtherHistory
 };
 
 /// Where ids come from.
@@ -35,47 +41,72 @@ struct SourceModel
 {
     std::uint64_t nHistoryID = INVALID_ID;
     std::vector<std::uint64_t> aDeadIDs;
+    std::uint64_t nOtherHistoryID = INVALID_ID;
+    std::uint64_t nForeignID = INVALID_ID;
 };
 
 class ArgumentSource
 {
 public:
-    ArgumentSource(SourceModel model, std::uint64_t nSeed) : m_model(std::move(model)), m_random(nSeed) {}
+    ArgumentSource(SourceModel model, std::uint64_t nSeed) : m_model(std::move(model)), m_nSeed(nSeed) {}
 
-    /// How often an id is dead, unknown or of another class than its name says.
-    void SetWildness(double dPart) { m_dWild = dPart; }
+    /// No wild ids, every list filled, with objects of one class, and every pointer given: so there is much to attack
+    /// in calls that would be good.
+    void BePlain() { m_bPlain = true; }
     /// Results start empty and all are wanted, as in a replay; else they start as anything, or are not wanted.
     void StartResultsEmpty() { m_bResultsEmpty = true; }
     bool AreResultsEmpty() const { return m_bResultsEmpty; }
-    /// One argument, counted from 0, is bad on purpose.
-    void Attack(std::size_t nParameter, nHostile nHow) { m_attack = {nParameter, nHow}; }
-    /// The attack found something to spoil in its argument.
-    bool HasAttacked() const { return m_bAttacked; }
+    /// Of all places that can be bad in this way, one, counted from 0 through all arguments, is. All else stays what
+    /// the same seed gives without an attack.
+    void Attack(nHostile nHow, std::size_t nPlace, nObjectType nClass = nUnspecifiedType)
+    {
+        m_attack = {nHow, nPlace, nClass};
+    }
+    /// The argument that the attack found, empty if there are fewer such places.
+    std::string_view GetAttacked() const { return m_strAttacked; }
+    /// The class that the name of an argument speaks of, 0 if of none.
+    static nObjectType GetNamedClass(std::string_view strName);
 
     /// The value of the next argument. Chooses by its type and by what its name says of it.
     template <class T>
     T Argument(std::string_view strName)
     {
-        m_strName = strName;
-        T value = Make<T>();
-        ++m_nParameter;
-        return value;
+        BeginArgument(strName);
+        return Make<T>();
     }
-
-    /// Whether the next argument, a pointer, points to something.
-    bool IsGiven()
+    /// The same for an argument that is a pointer, which may be null.
+    template <class T>
+    std::optional<T> OptionalArgument(std::string_view strName)
     {
-        if (IsUnderAttack(nHostile::nEmpty))
-            return m_bAttacked = true, false;
-        return Chance(0.6);
+        BeginArgument(strName);
+        const bool bGiven = m_bPlain || Chance(0.6);
+        if (Strikes({nHostile::nEmpty}) || !bGiven)
+            return std::nullopt;
+        return Make<T>();
+    }
+    /// What a result happens to hold before the call. No attack is made on it.
+    template <class T>
+    T Leftover(std::string_view strName)
+    {
+        BeginArgument(strName);
+        const AttackOn attack = std::exchange(m_attack, {});
+        T value = Make<T>();
+        m_attack = attack;
+        return value;
     }
 
 private:
     struct AttackOn
     {
-        std::size_t nParameter = 0;
         nHostile nHow = nHostile::nNothing;
+        std::size_t nPlace = 0;
+        nObjectType nClass = nUnspecifiedType;
     };
+
+    /// Chance starts anew, so that no argument hangs on what became of those before it.
+    void BeginArgument(std::string_view strName);
+    /// At a place that can be bad in these ways: whether it is to be.
+    bool Strikes(std::initializer_list<nHostile> aWays);
 
     std::size_t Below(std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(m_random); }
     bool Chance(double dPart) { return std::uniform_real_distribution<double>(0, 1)(m_random) < dPart; }
@@ -84,12 +115,14 @@ private:
     {
         return aValues[Below(N)];
     }
-    bool IsUnderAttack(nHostile nHow) const { return m_attack.nHow == nHow && m_attack.nParameter == m_nParameter; }
     bool IsNamed(std::initializer_list<std::string_view> aParts) const;
 
     double Number();
+    /// The number, or what the attack puts in its place.
+    double Spoiled(double d);
     Point3d Point();
     std::uint64_t Unsigned();
+    std::uint64_t HistoryID();
     std::uint64_t ObjectID();
     std::uint64_t DeltaID();
     std::uint64_t DeadID();
@@ -97,7 +130,7 @@ private:
     std::vector<char> Bytes();
     Transf3d Transform();
     UnitVector3d Direction();
-    /// Of the class that the argument's name speaks of; of all where it speaks of none.
+    /// Live objects of the class that the argument's name speaks of; of all where it speaks of none.
     std::vector<std::uint64_t> GetCandidates(bool bOtherClass);
     std::size_t ListSize();
 
@@ -128,14 +161,18 @@ private:
     Vector3d MakeCompound(std::type_identity<Vector3d>) { return Point().toVector3d(); }
     UnitVector3d MakeCompound(std::type_identity<UnitVector3d>) { return Direction(); }
     Line3d MakeCompound(std::type_identity<Line3d>) { return {Point(), Vector3d(Direction())}; }
-    Plane MakeCompound(std::type_identity<Plane>) { return Plane(Direction(), Number()); }
+    Plane MakeCompound(std::type_identity<Plane>) { return Plane{Direction(), Number()}; }
     Interval3d MakeCompound(std::type_identity<Interval3d>) { return {}; } // results only
     Transf3d MakeCompound(std::type_identity<Transf3d>) { return Transform(); }
     Color MakeCompound(std::type_identity<Color>)
     {
         return {Make<std::uint8_t>(), Make<std::uint8_t>(), Make<std::uint8_t>(), 255};
     }
-    ObjectHistoryID MakeCompound(std::type_identity<ObjectHistoryID>) { return {m_model.nHistoryID, ObjectID()}; }
+    ObjectHistoryID MakeCompound(std::type_identity<ObjectHistoryID>)
+    {
+        const std::uint64_t nHistoryID = HistoryID();
+        return {nHistoryID, ObjectID()};
+    }
     GroupInstancePath MakeCompound(std::type_identity<GroupInstancePath>)
     {
         return GroupInstancePath(m_model.nHistoryID, ObjectID());
@@ -175,12 +212,15 @@ private:
     }
 
     SourceModel m_model;
-    std::mt19937_64 m_random;
-    double m_dWild = 0.1;
+    std::uint64_t m_nSeed;
+    std::minstd_rand m_random;
+    bool m_bPlain = false;
     bool m_bResultsEmpty = false;
     AttackOn m_attack;
-    bool m_bAttacked = false;
+    std::size_t m_nPlaces = 0; ///< passed that the attack could have struck
+    std::string_view m_strAttacked;
     std::size_t m_nParameter = 0;
     std::string_view m_strName;
+    nObjectType m_nAnyClass = nUnspecifiedType; ///< of the objects of an argument whose name speaks of none, when plain
 };
 } // namespace QRV

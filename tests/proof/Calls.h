@@ -15,6 +15,11 @@ class PreparedCall
 public:
     virtual ~PreparedCall() = default;
     virtual Result Run() = 0;
+    /// Of two calls of one kind.
+    virtual bool HasSameResults(const PreparedCall& other) const = 0;
+    /// The first result that does not hold, after a call that failed, what its frame promises: none, or as it was
+    /// passed.
+    virtual std::string_view FindWrittenResult() const = 0;
 };
 
 struct CallKind
@@ -27,6 +32,7 @@ struct CallKind
     bool bTakesCallbacks;
     std::unique_ptr<PreparedCall> (*prepare)(ArgumentSource& source);
 
+    bool IsReadOnly() const { return strName.ends_with("ReadOnly"); }
     bool Changes() const { return family == tools::nFamily::nModifying || family == tools::nFamily::nBothWay; }
     /// Works on one given History.
     bool TakesHistory() const { return !aParameters.empty() && aParameters[0].strName == "nHistoryID"; }

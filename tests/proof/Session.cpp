@@ -113,13 +113,13 @@ std::string DescribeSteps(std::uint64_t nHistoryID)
     APIGetIdOfActiveDeltaReadOnly(nHistoryID, nActive);
     std::ostringstream text;
     text.imbue(std::locale::classic());
+    text << (nActive == INVALID_ID ? "| " : "");
     for (const std::uint64_t nDelta : aDeltas)
     {
         std::uint64_t nFlags = 0;
         APIGetDeltaFlagsReadOnly(nHistoryID, nDelta, nFlags);
-        text << nDelta << ':' << nFlags << ' ';
+        text << nDelta << ':' << nFlags << (nDelta == nActive ? " | " : " ");
     }
-    text << "at " << nActive;
     return text.str();
 }
 

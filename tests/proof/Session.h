@@ -11,7 +11,7 @@ namespace QRV
 std::string DumpObjects(std::uint64_t nHistoryID);
 /// What is wrong with any History, its box trees beside a scan over all objects; nothing if all is well.
 std::string FindFaults();
-/// What else a failed call must leave as it was: the steps, and which of them is the last done.
+/// What else a failed call must leave as it was: the steps with their flags, a bar between those done and those undone.
 std::string DescribeSteps(std::uint64_t nHistoryID);
 
 /// Makes up calls and makes them. A rule that is broken throws `std::runtime_error` with what broke.

@@ -24,10 +24,20 @@ enum class nDirection
     nInOut
 };
 
+/// What a result holds when the work begins, and still does when it fails.
+enum class nBefore
+{
+    nEmptied,
+    nZeroed,
+    nKept,  ///< what the host passed
+    nUnsaid ///< the call settles it; so for what is no result
+};
+
 struct Parameter
 {
     std::string_view strName;
     nDirection nWay;
+    nBefore before;
 };
 
 /// Runs `visit.template operator()<Call>()` for each call in turn.

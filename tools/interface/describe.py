@@ -105,7 +105,8 @@ def cpp_call(call):
         return 'n' + ''.join(part.capitalize() for part in text.split('-'))
 
     names = [f'"{name}"' for name in (call['journal'] or {'names': []})['names']]
-    parameters = [f'Parameter{{"{p["name"]}", nDirection::{word(p["direction"])}}}' for p in call['parameters']]
+    parameters = [f'Parameter{{"{p["name"]}", nDirection::{word(p["direction"])}, nBefore::{word(p["before"] or "unsaid")}}}'
+                  for p in call['parameters']]
     return f'''struct {call["name"]}Call
 {{
     static constexpr auto kFunction = &QRV::{call["name"]};

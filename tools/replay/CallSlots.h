@@ -31,6 +31,7 @@ public:
     }
 
     Value& Get() { return m_value; }
+    static constexpr bool IsWanted() { return true; }
     const Value& GetResult() const { return m_value; }
 
 private:
@@ -74,6 +75,7 @@ public:
     }
 
     T* Get() { return m_value ? &*m_value : nullptr; }
+    bool IsWanted() const { return m_value.has_value(); }
     const T& GetResult() const { return *m_value; }
 
 private:
