@@ -122,7 +122,7 @@ std::vector<char> ArgumentSource::Bytes()
     if (IsUnderAttack(nHostile::nEmpty))
         return m_bAttacked = true, std::vector<char>{};
     // The least that counts as an image.
-    return {'\xff', '\xd8', '\xff', '\xe0', static_cast<char>('a' + Below(3))};
+    return {'\xff', '\xd8', '\xff', '\xe0', static_cast<char>('a' + Below(3)), 0, 0, 0};
 }
 
 std::uint64_t ArgumentSource::Unsigned()
