@@ -17,6 +17,9 @@ function(qrv_compile_options target)
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
                            -D_GLIBCXX_ASSERTIONS)
   endif()
+  if(QRV_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 function(qrv_link_options target)

@@ -36,8 +36,8 @@ QRV_API Result APIGetTextureDataReadOnly(std::uint64_t nHistoryID, std::uint64_t
 // --- Materials
 
 /// Makes a material.
-/// @param hScale, vScale      width and height of the texture in the model; sound from 1e-12 up where there is a
-/// texture
+/// @param hScale, vScale      width and height of the texture in the model; `nBadInput` below 1e-12 where there is a
+///                            texture
 /// @param textureID           `INVALID_ID` for none
 /// @param identifier          the host's own
 /// @param additionalData      values of the host's own; may be null

@@ -17,11 +17,6 @@ namespace
 {
 constexpr double kMinScale = 1e-12;
 
-bool IsScale(double dScale)
-{
-    return dScale >= kMinScale;
-}
-
 /// Numbers that differ by no more than the tolerance are equal.
 int CompareScales(double a, double b)
 {
@@ -44,6 +39,11 @@ auto GetBytes(const Color& color)
     return std::tuple(color.r, color.g, color.b, color.a);
 }
 } // namespace
+
+bool Material::IsScale(double dScale)
+{
+    return dScale >= kMinScale;
+}
 
 void Material::SetScales(double dHScale, double dVScale)
 {

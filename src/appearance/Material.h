@@ -36,6 +36,8 @@ public:
     /// Width and height of the texture in the model.
     double GetHScale() const { return m_dHScale; }
     double GetVScale() const { return m_dVScale; }
+    /// Whether a texture can have that width or height.
+    static bool IsScale(double dScale);
     void SetScales(double dHScale, double dVScale);
     /// May be null.
     Texture* GetTexture() const { return m_pTexture; }

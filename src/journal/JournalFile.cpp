@@ -27,26 +27,35 @@ JournalFile::JournalFile(const std::string& strPath, std::uint64_t nMainHistoryI
 
 JournalFile::~JournalFile()
 {
-    WriteIndent();
-    Write("return result; \n");
-    m_nIndent = std::max(m_nIndent - kIndentStep, 0);
-    Write("}");
+    try
+    {
+        WriteIndent();
+        Write("return result; \n");
+        m_nIndent = std::max(m_nIndent - kIndentStep, 0);
+        Write("}");
+        Flush();
+    }
+    catch (...)
+    {
+        // No memory for the tail: the script breaks off before it.
+    }
 }
 
 void JournalFile::Write(std::string_view strText)
 {
-    m_file.sputn(strText.data(), static_cast<std::streamsize>(strText.size()));
+    m_strWaiting.append(strText);
 }
 
 void JournalFile::WriteIndent()
 {
-    for (std::int32_t i = 0; i < m_nIndent; ++i)
-        m_file.sputc(' ');
+    m_strWaiting.append(static_cast<std::size_t>(m_nIndent), ' ');
 }
 
 void JournalFile::Flush()
 {
+    m_file.sputn(m_strWaiting.data(), static_cast<std::streamsize>(m_strWaiting.size()));
     m_file.pubsync();
+    m_strWaiting.clear();
 }
 
 std::string JournalFile::CreateHistoryVariable(std::uint64_t nHistoryID)

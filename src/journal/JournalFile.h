@@ -21,6 +21,7 @@ public:
 
     void Write(std::string_view strText);
     void WriteIndent();
+    /// What was written reaches the file here.
     void Flush();
 
     /// Makes and records the next variable name for a History, in place of an earlier one. `INVALID_ID` gets none:
@@ -34,7 +35,8 @@ public:
 private:
     std::int32_t m_nIndent = 0;
     std::uint32_t m_nNextVariableNumber = 1;
-    std::filebuf m_file; ///< without a stream around it, which would guard every write
+    std::string m_strWaiting; ///< keeps its room from line to line
+    std::filebuf m_file;      ///< without a stream around it, which would guard every write
     std::uint64_t m_nMainHistoryID;
     std::map<std::uint64_t, std::string> m_aHistoryVariableNames; ///< never shrinks: a deleted History keeps its name
 };

@@ -13,20 +13,6 @@ namespace QRV
 {
 template class ObjectOf<Coedge, Object>;
 
-Vertex* Coedge::GetStartVertex() const
-{
-    if (!m_pEdge)
-        return nullptr;
-    return m_bForward ? m_pEdge->GetStartVertex() : m_pEdge->GetEndVertex();
-}
-
-Vertex* Coedge::GetEndVertex() const
-{
-    if (!m_pEdge)
-        return nullptr;
-    return m_bForward ? m_pEdge->GetEndVertex() : m_pEdge->GetStartVertex();
-}
-
 Face* Coedge::GetFace() const
 {
     return m_pLoop ? m_pLoop->GetFace() : nullptr;

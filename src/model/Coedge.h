@@ -1,11 +1,11 @@
 /// One use of an edge in one direction.
 #pragma once
 
+#include "model/Edge.h"
 #include "model/ObjectOf.h"
 
 namespace QRV
 {
-class Edge;
 class Face;
 class Loop;
 class Vertex;
@@ -33,8 +33,18 @@ public:
     Coedge* GetPartner() const { return m_pPartner; }
     Coedge* GetNext() const { return m_pNext; }
     Coedge* GetPrevious() const { return m_pPrevious; }
-    Vertex* GetStartVertex() const;
-    Vertex* GetEndVertex() const;
+    Vertex* GetStartVertex() const
+    {
+        if (!m_pEdge)
+            return nullptr;
+        return m_bForward ? m_pEdge->GetStartVertex() : m_pEdge->GetEndVertex();
+    }
+    Vertex* GetEndVertex() const
+    {
+        if (!m_pEdge)
+            return nullptr;
+        return m_bForward ? m_pEdge->GetEndVertex() : m_pEdge->GetStartVertex();
+    }
     Face* GetFace() const;
     /// From start to end vertex of the coedge, not normalised; null for a missing vertex.
     Vector3d GetVector() const;

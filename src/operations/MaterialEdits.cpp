@@ -15,9 +15,11 @@ bool CheckBitmap(std::string_view bitmap, Result& result)
     return nFormat == Result::nOK;
 }
 
-bool CheckScales(double dHScale, double dVScale, Result& result)
+/// Without a texture any scale will do.
+bool CheckScales(double dHScale, double dVScale, const Texture* pTexture, Result& result)
 {
-    const bool bGood = IsUsable(dHScale) && IsUsable(dVScale);
+    const auto isGood = [&](double dScale) { return IsUsable(dScale) && (!pTexture || Material::IsScale(dScale)); };
+    const bool bGood = isGood(dHScale) && isGood(dVScale);
     if (!bGood)
         result.SetErrorCode(Result::nBadInput);
     return bGood;
@@ -44,7 +46,7 @@ void SetTextureData(Texture& texture, std::string_view bitmap, bool bUseAlpha, c
 
 Material* CreateMaterial(History& history, const MaterialSettings& settings, Result& result)
 {
-    if (!CheckScales(settings.dHScale, settings.dVScale, result))
+    if (!CheckScales(settings.dHScale, settings.dVScale, settings.pTexture, result))
         return nullptr;
     auto* pMaterial = TryCreate<Material>(history, result, Result::nOutOfMemory);
     if (pMaterial)
@@ -54,7 +56,7 @@ Material* CreateMaterial(History& history, const MaterialSettings& settings, Res
 
 void SetMaterialSettings(Material& material, const MaterialSettings& settings, Result& result)
 {
-    if (!CheckScales(settings.dHScale, settings.dVScale, result))
+    if (!CheckScales(settings.dHScale, settings.dVScale, settings.pTexture, result))
         return;
     material.SetColor(settings.color);
     material.SetScales(settings.dHScale, settings.dVScale);
@@ -71,7 +73,7 @@ void SetMaterialSettings(Material& material, const MaterialSettings& settings, R
 
 void SetMaterialTexture(Material& material, double dHScale, double dVScale, Texture* pTexture, Result& result)
 {
-    if (!CheckScales(dHScale, dVScale, result))
+    if (!CheckScales(dHScale, dVScale, pTexture, result))
         return;
     material.SetScales(dHScale, dVScale);
     material.SetTexture(pTexture);

@@ -66,8 +66,6 @@ class BoxTreeNode
 {
 public:
     bool IsLeaf() const { return m_nLevel == 0; }
-    /// Asks for the node's memory ahead of a look at its boxes.
-    void Prefetch() const;
     bool IsOverflowing() const { return m_nCount > kBoxTreeMaxEntries; }
     BoxTreeEntry<T> GetEntry(std::uint32_t n) const { return {m_aBoxes[n], m_aLinks[n]}; }
     void SetEntry(std::uint32_t n, const BoxTreeEntry<T>& entry);

@@ -7,17 +7,6 @@
 namespace QRV
 {
 template <class T>
-void BoxTreeNode<T>::Prefetch() const
-{
-    constexpr std::size_t nCacheLine = 64;
-    constexpr std::size_t nUsualEntries = 7;
-    const char* pMemory = reinterpret_cast<const char*>(this);
-    for (std::size_t n = 0; n < sizeof(*this) - (kBoxTreeMaxEntries + 1 - nUsualEntries) * sizeof(Interval3d);
-         n += nCacheLine)
-        __builtin_prefetch(pMemory + n);
-}
-
-template <class T>
 void BoxTreeNode<T>::SetEntry(std::uint32_t n, const BoxTreeEntry<T>& entry)
 {
     m_aBoxes[n] = entry.box;

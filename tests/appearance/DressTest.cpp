@@ -243,6 +243,9 @@ TEST(Dress, IsRefusedWhereAnIDOrANumberIsBad)
         [&] { return APISetMaterialColor(h, nFace, color); },
         [&] { return APISetMaterialData(h, model.nPaint, color, 1, dNone, INVALID_ID, &s, &s, nullptr, nullptr); },
         [&] { return APISetMaterialTexture(h, model.nPaint, 1, 1, nGone); },
+        [&] { return APICreateMaterial(h, color, 0, 1, model.nTexture, n, s, s, nullptr, nullptr); },
+        [&] { return APISetMaterialData(h, model.nPaint, color, 1, -1, model.nTexture, &s, &s, nullptr, nullptr); },
+        [&] { return APISetMaterialTexture(h, model.nPaint, 1, 1e-13, model.nTexture); },
         [&] {
             return APISetObjectsMaterial(h, {nFace, nGone}, model.nWallpaper);
         },

@@ -199,6 +199,22 @@ TEST(Replay, GoesOnAfterCallsThatFailAndEndsWithAJournalThatBreaksOff)
     EXPECT_EQ(CountObjects(), (std::map<std::string, std::size_t>{{"Vertex", 1}}));
 }
 
+TEST(Replay, LeavesFilesAloneWhereToldTo)
+{
+    const TemporaryFile script("saves.js");
+    const TemporaryFile saved("saved.stl");
+    WriteFile(script, kHead +
+                          "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(0, 0, 0));\n"
+                          "    var saved = QRV.APISaveToFileReadOnly(mainHistID, [0], \"" +
+                          saved.GetPath() + "\", 2, false, 1.0, [], []);\n" + kTail);
+    const Ended without = RunProgram(kReplay + " --results --no-files " + script.GetPath());
+    EXPECT_EQ(without.nCode, 0);
+    EXPECT_EQ(GetResultColumn(without.strOutput).size(), 1u) << without.strOutput;
+    EXPECT_FALSE(saved.Exists());
+    EXPECT_EQ(GetResultColumn(RunProgram(kReplay + " --results " + script.GetPath()).strOutput).size(), 2u);
+    EXPECT_TRUE(saved.Exists());
+}
+
 TEST(Replay, RefusesWhatNoJournalSays)
 {
     // "@" marks the place that is complained of.

@@ -49,6 +49,20 @@ constexpr std::size_t CountArguments()
         nCount += parameter.nWay != nDirection::nOut;
     return nCount;
 }
+
+template <class P>
+constexpr bool IsFile(std::string_view strName)
+{
+    const bool bText = std::is_same_v<P, const char*> || std::is_same_v<P, const std::string&>;
+    return bText && (strName.ends_with("path") || strName.ends_with("Path"));
+}
+
+template <class Call, class... Parameters>
+constexpr bool TakesFile(QRV::Result (*)(Parameters...))
+{
+    [[maybe_unused]] std::size_t nPlace = 0;
+    return (IsFile<Parameters>(Call::kParameters[nPlace++].strName) || ...);
+}
 } // namespace
 
 CallTable::CallTable()
@@ -58,7 +72,8 @@ CallTable::CallTable()
         if constexpr (!Call::kScriptNames.empty())
             for (const std::string_view strName : Call::kScriptNames)
                 if ((strName == Call::kName) == bOwnName)
-                    m_aEntries[strName].push_back({Call::kName, Call::kFamily, CountArguments<Call>(), &Run<Call>});
+                    m_aEntries[strName].push_back({Call::kName, Call::kFamily, CountArguments<Call>(),
+                                                   TakesFile<Call>(Call::kFunction), &Run<Call>});
     };
     for (const bool bOwnName : {true, false})
         ExportedCalls::ForEach([&]<class Call>() { add.template operator()<Call>(bOwnName); });

@@ -27,6 +27,7 @@ struct CallEntry
     std::string_view strFunction;
     nFamily nKind;
     std::size_t nArguments; ///< that its line has
+    bool bTakesFile;        ///< reads or writes a file that an argument names
     CallOutcome (*pRun)(const std::vector<Argument>&);
 };
 

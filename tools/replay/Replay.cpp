@@ -113,6 +113,12 @@ bool Replay::RunCall(const Statement& statement, const Watch& watch)
         throw ScriptError(statement.m_nColumn, "the line of this call has " + std::to_string(nArguments) +
                                                    " arguments and not " +
                                                    std::to_string(statement.m_aArguments.size()));
+    if (m_isWanted && !std::all_of(aEntries.begin(), aEntries.end(),
+                                   [&](const CallEntry& entry) { return m_isWanted(entry, statement.m_aArguments); }))
+    {
+        Assign(statement.m_strVariable, {});
+        return true;
+    }
     CallOutcome outcome = aEntries.front().pRun(statement.m_aArguments);
     // The line may be that of another question, which the name does not tell.
     for (std::size_t i = 1; i < aEntries.size() && outcome.result.GetErrorCode() == QRV::Result::nBadInput; ++i)

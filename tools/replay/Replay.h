@@ -37,10 +37,14 @@ class Replay
 public:
     /// Hears of each call once it was made; false ends the run.
     using Watch = std::function<bool(const ReplayedCall&)>;
+    using Choice = std::function<bool(const CallEntry&, const std::vector<Argument>&)>;
 
     /// @param mainHistory  the id that the History of the session had, `INVALID_ID` for a session that had none; the
     ///                     library chooses where it is not given
     explicit Replay(std::optional<std::uint64_t> mainHistory) : m_mainHistory(mainHistory) {}
+
+    /// Leaves out each call of which `isWanted` is false: it gives no result, and nobody hears of it.
+    void MakeOnly(Choice isWanted) { m_isWanted = std::move(isWanted); }
 
     /// Has the calls written as a journal anew, from where the History of the session is made on.
     void WriteJournal(std::string strFile) { m_strJournal = std::move(strFile); }
@@ -70,6 +74,7 @@ private:
     Variables m_variables;
     std::optional<std::uint64_t> m_mainHistory;
     std::string m_strJournal;
+    Choice m_isWanted;
     nPart m_nPart = nPart::nHead;
     std::size_t m_nLine = 0;
 };

@@ -26,6 +26,7 @@ struct Options
     bool bCounts = false;
     bool bAudit = false;
     bool bDigest = false;
+    bool bNoFiles = false;
 };
 
 double ToSeconds(std::chrono::steady_clock::duration time)
@@ -133,6 +134,8 @@ int RunJournal(const Options& options)
     }
     Watcher watcher(options);
     Replay replay(options.mainHistory);
+    if (options.bNoFiles)
+        replay.MakeOnly([](const CallEntry& entry, const std::vector<Argument>&) { return !entry.bTakesFile; });
     replay.WriteJournal(options.strJournal);
     const std::optional<Refusal> refusal = replay.Run(stream, std::ref(watcher));
     if (!options.strJournal.empty())
@@ -162,6 +165,7 @@ int Main(int nArguments, char** aArguments)
     app.add_flag("--audit", options.bAudit, "print after each call what the audit of all Histories finds");
     app.add_flag("--digest", options.bDigest, "print at the end one SHA-256 over the dumps of all live objects");
     app.add_option("--journal", options.strJournal, "write the calls there as a journal anew");
+    app.add_flag("--no-files", options.bNoFiles, "leave out the calls that read or write files");
     app.add_option("--history", options.mainHistory, "the id that the History of the session had; none if it had none")
         ->transform(CLI::Transformer(std::map<std::string, std::uint64_t>{{"none", QRV::INVALID_ID}}));
     app.add_option("--until", strCondition, "end with code 4 after a call that makes it hold: audit, code:N or time:S")
