@@ -10,7 +10,7 @@ source scripts/steps.sh
 target=${1-} seconds=${2-}
 [[ $target && -d fuzz/corpus/$target && $seconds =~ ^[0-9]+$ ]] || { sed -n '2,/^set/{s/^# //p}' fuzz/run.sh >&2; exit 2; }
 
-install_packages build fuzz
+install_packages build clang fuzz
 build fuzz "fuzz_$target"
 made=build/fuzz
 mkdir -p $made/{corpus,findings}/"$target"

@@ -168,21 +168,6 @@ TEST(DressCalls, TellWhetherAMaterialIsUsedTillTheLastObjectLetsGo)
     ExpectUndoRedoRestores(model);
 }
 
-TEST(DressCalls, FindFaultWithATextureScaleOfNothing)
-{
-    const TestModel model;
-    std::uint64_t nTexture = INVALID_ID;
-    std::uint64_t nMaterial = INVALID_ID;
-    APICreateTexture(model.GetID(), MakeJPEG('a'), true, nTexture, "");
-    APICreateMaterial(model.GetID(), {}, 0, 1, INVALID_ID, nMaterial, "", "", nullptr, nullptr);
-    ExpectSound(model);
-    APISetMaterialTexture(model.GetID(), nMaterial, 0, 1, nTexture);
-    std::vector<Result> aFindings;
-    APICheckHistoryValidityReadOnly(model.GetID(), aFindings);
-    ASSERT_EQ(aFindings.size(), 1u);
-    EXPECT_EQ(aFindings[0].GetErrorCode(), Result::nMaterialBadData);
-}
-
 TEST(DressCalls, PutObjectsOnLayersAndTakeThemOff)
 {
     const DressedModel model;
