@@ -6,7 +6,6 @@
 #include "support/FailingAllocator.h"
 
 #include <numbers>
-#include <regex>
 
 namespace QRV
 {
@@ -39,7 +38,13 @@ void ExpectLike(const ModelState& now, const ModelState& expected)
 ModelState LookWithoutBitmaps(const Trial& trial)
 {
     ModelState state = trial.look();
-    state.strModel = std::regex_replace(state.strModel, std::regex("bitmapdataindex [0-9]+"), "bitmapdataindex");
+    constexpr std::string_view kWord = "bitmapdataindex ";
+    std::string& strText = state.strModel;
+    for (std::size_t n = strText.find(kWord); n != std::string::npos; n = strText.find(kWord, n))
+    {
+        n += kWord.size();
+        strText.erase(n, strText.find_first_not_of("0123456789", n) - n);
+    }
     return state;
 }
 
