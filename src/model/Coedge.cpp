@@ -1,11 +1,11 @@
 #include "model/Coedge.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
 #include "model/Loop.h"
+#include "model/ObjectOf.inl"
 
 #include <algorithm>
 

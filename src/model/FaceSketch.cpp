@@ -1,6 +1,6 @@
-#include "history/History.h"
 #include "geometry/Finite.h"
 #include "geometry/Trigonometry.h"
+#include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/LoopTouching.h"
@@ -168,7 +168,8 @@ bool ReachesSide(const Interval3d& part, const Interval3d& whole)
 {
     for (std::size_t n = 0; n < 3; ++n)
     {
-        const double dSlack = 4 * kLinearTolerance * std::max({1.0, std::abs(whole.lower[n]), std::abs(whole.upper[n])});
+        const double dSlack =
+            4 * kLinearTolerance * std::max({1.0, std::abs(whole.lower[n]), std::abs(whole.upper[n])});
         if (whole.upper[n] > whole.lower[n] &&
             (part.lower[n] <= whole.lower[n] + dSlack || part.upper[n] >= whole.upper[n] - dSlack))
             return true;
@@ -219,7 +220,9 @@ public:
     }
     std::vector<Coedge*> GetAll()
     {
-        while (Step()) {}
+        while (Step())
+        {
+        }
         return m_aCoedges;
     }
 

@@ -18,7 +18,8 @@ class SideFrame
 public:
     SideFrame(const OutlineSide& side, const UnitVector3d& normal)
         : m_start(*side.pStart), m_way(*side.pEnd - *side.pStart), m_dLength(m_way.length()), m_left(normal * m_way),
-          m_dNear(kOnSide * std::max({1.0, side.pStart->toVector3d().lengthRect(), side.pEnd->toVector3d().lengthRect()}))
+          m_dNear(kOnSide *
+                  std::max({1.0, side.pStart->toVector3d().lengthRect(), side.pEnd->toVector3d().lengthRect()}))
     {
     }
 
