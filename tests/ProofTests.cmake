@@ -3,13 +3,29 @@
 
 find_package(rapidcheck REQUIRED)
 find_package(OpenSSL REQUIRED)
+
+# What every exported call is and with what it can be called. Of the library it knows the exported headers alone, so that
+# tests of the tools use it too.
+add_library(qrv_calls OBJECT proof/ArgumentSource.cpp proof/Calls.cpp)
+add_dependencies(qrv_calls qrv_interface)
+target_include_directories(qrv_calls PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/tools ${QRV_INTERFACE}/..
+                                            ${QRV_FORWARDING_INCLUDE})
+target_link_libraries(qrv_calls PUBLIC nlohmann_json::nlohmann_json)
+qrv_compile_options(qrv_calls)
+
+# Sessions of such calls, with a look into the library after each. Models are summed up just as the replay does it.
+add_library(qrv_sessions OBJECT proof/Session.cpp ${CMAKE_SOURCE_DIR}/tools/replay/ModelReport.cpp)
+add_dependencies(qrv_sessions qrv_interface)
+target_include_directories(qrv_sessions PUBLIC ${CMAKE_SOURCE_DIR}/src)
+target_link_libraries(qrv_sessions PUBLIC qrv_calls OpenSSL::Crypto)
+qrv_compile_options(qrv_sessions)
+
 file(GLOB QRV_PROOF_SOURCES CONFIGURE_DEPENDS proof/*.cpp)
-# Models are summed up just as the replay does it.
-qrv_add_test_program(qrv_proof ${QRV_PROOF_SOURCES} ${CMAKE_SOURCE_DIR}/tools/replay/ModelReport.cpp)
+list(FILTER QRV_PROOF_SOURCES EXCLUDE REGEX "/(ArgumentSource|Calls|Session)\\.cpp$")
+qrv_add_test_program(qrv_proof ${QRV_PROOF_SOURCES})
 set_property(SOURCE proof/Isolated.cpp APPEND PROPERTY COMPILE_DEFINITIONS QRV_REPLAY="$<TARGET_FILE:qrv-replay>")
-add_dependencies(qrv_proof qrv_interface qrv-replay)
-target_include_directories(qrv_proof PRIVATE ${CMAKE_SOURCE_DIR}/tools ${QRV_INTERFACE}/..)
-target_link_libraries(qrv_proof PRIVATE rapidcheck OpenSSL::Crypto)
+add_dependencies(qrv_proof qrv-replay)
+target_link_libraries(qrv_proof PRIVATE qrv_calls qrv_sessions rapidcheck)
 
 # 2,000 sessions of 40 calls on average, in parts that run beside one another; under the sanitizers fewer.
 if(QRV_SANITIZE)

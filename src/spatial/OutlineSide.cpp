@@ -50,7 +50,7 @@ bool HaveTwinEnds(const OutlineSide& a, const OutlineSide& b)
 {
     for (const Point3d* p : {a.pStart, a.pEnd})
         for (const Point3d* q : {b.pStart, b.pEnd})
-            if (p != q && std::sqrt(p->distSqrd(*q)) <= ScaledTolerance(*p))
+            if (p != q && p->dist(*q) <= ScaledTolerance(*p))
                 return true;
     return false;
 }

@@ -5,12 +5,9 @@
 
 #include "proof/Calls.h"
 
-#include <QRV/Journaling.h>
-
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 
 namespace QRV
 {
@@ -110,13 +107,8 @@ private:
 
     void Make(const CallKind& kind)
     {
-        std::unique_ptr<PreparedCall> call;
-        {
-            const QRVJournalingSuspend aside("QRV");
-            ArgumentSource source({m_nHistory, {}}, m_random());
-            call = kind.prepare(source);
-        }
-        Count(call->Run());
+        ArgumentSource source({m_nHistory, {}}, m_random());
+        Count(kind.prepare(source)->Run());
     }
 
     /// And mostly redoes it.

@@ -1,5 +1,6 @@
 // What a host hears during a call, what it may do then, and what its throwing does.
 
+#include "support/Deafen.h"
 #include "support/Journaled.h"
 #include "support/TestModel.h"
 
@@ -40,12 +41,6 @@ protected:
         m_aHeard.clear();
     }
     ~CallFrame() override { Deafen(); }
-
-    static void Deafen()
-    {
-        APIRegisterProgressCallbacksReadOnly({}, {}, {});
-        APIRegisterModelChangedCallbackReadOnly(nullptr);
-    }
 
     void Hear(const std::string& strWord)
     {

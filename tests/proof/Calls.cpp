@@ -3,6 +3,8 @@
 #include "interface/ExportedCalls.h"
 #include "replay/CallSlots.h"
 
+#include <QRV/Journaling.h>
+
 #include <algorithm>
 #include <cstring>
 #include <ranges>
@@ -150,7 +152,10 @@ CallKind Describe(Result (*)(Parameters...))
             (kIsPoint<Parameters> || ...),
             (kIsCallback<std::remove_cvref_t<Parameters>> || ...),
             [](ArgumentSource& source) -> std::unique_ptr<PreparedCall>
-            { return std::make_unique<PreparedFunction<Call>>(SlotSource(source)); }};
+            {
+                const QRVJournalingSuspend aside("QRV");
+                return std::make_unique<PreparedFunction<Call>>(SlotSource(source));
+            }};
 }
 
 std::vector<CallKind> DescribeAll()

@@ -30,6 +30,7 @@ struct CallKind
     std::span<const tools::Parameter> aParameters;
     bool bTakesPoints; ///< it draws, or asks of a place
     bool bTakesCallbacks;
+    /// What the source asks of the model does not get into the journal.
     std::unique_ptr<PreparedCall> (*prepare)(ArgumentSource& source);
 
     bool IsReadOnly() const { return strName.ends_with("ReadOnly"); }

@@ -2,6 +2,7 @@
 
 #include "proof/ProvingGround.h"
 #include "proof/Session.h"
+#include "support/Deafen.h"
 #include "support/Journaled.h"
 
 #include <gtest/gtest.h>
@@ -121,8 +122,7 @@ Outcome Contract::Make(PreparedCall& call) const
         outcome.result = call.Run();
         outcome.strJournal = journal.ReadOn();
     }
-    APIRegisterProgressCallbacksReadOnly({}, {}, {});
-    APIRegisterModelChangedCallbackReadOnly({});
+    Deafen();
     outcome.strWrittenResult = call.FindWrittenResult();
     return outcome;
 }
@@ -329,11 +329,6 @@ protected:
     /// The first attack by which the call fails at its work.
     std::optional<Attack> FindFailing(std::uint64_t nSeed) const;
     void ReEnter();
-    static void Deafen()
-    {
-        APIRegisterProgressCallbacksReadOnly({}, {}, {});
-        APIRegisterModelChangedCallbackReadOnly({});
-    }
     static void ExpectIdle();
 };
 
@@ -435,7 +430,7 @@ TEST_P(HostileHost, LeavesModelsSound)
              APIDeleteHistory(Ground().GetID());
              APIDeleteHistory(Ground().GetOtherID());
          }},
-        {"registers others", &HostileHost::Deafen},
+        {"registers others", Deafen},
     };
     for (const Attack& call : aCalls)
         for (const Deed& deed : aDeeds)

@@ -38,7 +38,7 @@ using Steps = rc::state::Commands<rc::state::Command<Planned, Session>>;
 /// Calls on a History that a replay can repeat: of those that change something, those that a journal shows.
 bool IsPartOfSession(const CallKind& kind)
 {
-    if (kind.aScriptNames.empty() && !kind.strName.ends_with("ReadOnly"))
+    if (kind.aScriptNames.empty() && !kind.IsReadOnly())
         return false;
     return kind.TakesHistory() || kind.strName == "APICreateHistory";
 }

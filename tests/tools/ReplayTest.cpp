@@ -64,7 +64,6 @@ public:
 private:
     std::unique_ptr<PreparedCall> Prepare(const CallKind& kind)
     {
-        const QRVJournalingSuspend aside("QRV");
         ArgumentSource source({m_nHistory, {}}, m_random());
         source.StartResultsEmpty();
         return kind.prepare(source);
