@@ -37,16 +37,15 @@ double ReadVolume(const std::filesystem::path& path, std::size_t& nTriangles)
 }
 } // namespace
 
-void SaveSTL(const Session& session, const std::vector<std::uint64_t>& aBodies, double dVolume,
+void SaveSTL(const Session& session, const std::vector<std::uint64_t>& aObjects, double dVolume,
              const std::filesystem::path& path)
 {
     constexpr double kRelativeError = 1e-6;
-    Expect(APISaveToFileReadOnly(session.GetID(), aBodies, path.string().c_str(), nFileTypeSTL, false, 1.0, {}, {}),
+    Expect(APISaveToFileReadOnly(session.GetID(), aObjects, path.string().c_str(), nFileTypeSTL, false, 1.0, {}, {}),
            "APISaveToFileReadOnly");
     std::size_t nTriangles = 0;
     const double dFile = ReadVolume(path, nTriangles);
-    std::printf("%s: %zu bodies, %zu triangles, volume %.9f\n", path.filename().string().c_str(), aBodies.size(),
-                nTriangles, dFile);
+    std::printf("%s: %zu triangles, volume %.9f\n", path.filename().string().c_str(), nTriangles, dFile);
     Expect(std::abs(dFile - dVolume) <= kRelativeError * dVolume, "the STL file holds another volume than the model");
 }
 } // namespace examples

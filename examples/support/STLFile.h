@@ -5,8 +5,8 @@
 
 namespace examples
 {
-/// Writes bodies as one STL file, reads it back, and expects its triangles to hold the volume of the bodies.
-/// @param dVolume  of all the bodies, by the library
-void SaveSTL(const Session& session, const std::vector<std::uint64_t>& aBodies, double dVolume,
+/// Writes objects as one STL file, reads it back, and expects its triangles to hold their volume.
+/// @param dVolume  of all the objects, by the library
+void SaveSTL(const Session& session, const std::vector<std::uint64_t>& aObjects, double dVolume,
              const std::filesystem::path& path);
 } // namespace examples

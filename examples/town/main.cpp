@@ -3,6 +3,7 @@
 ///
 /// town FILE [--in-place] [--copies N] [--out DIR]
 #include "Footprints.h"
+#include "Solids.h"
 #include "support/STLFile.h"
 #include "support/Session.h"
 #include "support/UndoCheck.h"
@@ -203,36 +204,33 @@ void ExpectBodies(const Session& session, const std::vector<Footprint>& aFootpri
     Expect(nWrong == 0, std::to_string(nWrong) + " footprints did not become one closed body of the right volume");
     Expect(IsNear(dVolume, dWanted), "the volumes do not add up to area times height");
 }
-/// Whether every edge of the body has two faces, one on each side: what other programs take for a solid. A house that
-/// shares a wall or an edge with its neighbour is not one, nor one with a courtyard: the outlines of the courtyard
-/// above and below fill with faces too, which hang on the body as sheets.
-bool IsManifold(const Session& session, std::uint64_t nBody)
+
+void SaveSolids(const Session& session, const std::vector<Solid>& aSolids, const std::filesystem::path& path)
 {
-    std::vector<std::uint64_t> aEdges;
-    Expect(APIGetBodyEdgesReadOnly(session.GetID(), nBody, aEdges), "APIGetBodyEdgesReadOnly");
-    for (const std::uint64_t nEdge : aEdges)
+    std::vector<std::uint64_t> aObjects;
+    double dVolume = 0.0;
+    for (const Solid& solid : aSolids)
     {
-        bool bManifold = false;
-        Expect(APIIsEdgeManifoldReadOnly(session.GetID(), nEdge, bManifold), "APIIsEdgeManifoldReadOnly");
-        if (!bManifold)
-            return false;
+        aObjects.insert(aObjects.end(), solid.aObjects.begin(), solid.aObjects.end());
+        dVolume += session.GetVolume(solid.nBody);
     }
-    return true;
+    if (!aSolids.empty())
+        SaveSTL(session, aObjects, dVolume, path);
 }
 
-void SaveSolids(const Session& session, const std::filesystem::path& path)
+/// The houses that are solids as they stand in one file, those with a courtyard in another.
+void SaveSolids(const Session& session, const Options& options)
 {
-    std::vector<std::uint64_t> aSolids;
-    double dVolume = 0.0;
-    for (const std::uint64_t nBody : session.GetAll(nBodyType))
-        if (IsManifold(session, nBody))
-        {
-            aSolids.push_back(nBody);
-            dVolume += session.GetVolume(nBody);
-        }
-    std::printf("%zu bodies share edges with other faces and are left out of the STL file\n",
-                session.Count(nBodyType) - aSolids.size());
-    SaveSTL(session, aSolids, dVolume, path);
+    const std::vector<Solid> aWhole = FindWholeSolids(session);
+    std::vector<Solid> aUnderSheets;
+    if (!options.bInPlace)
+        aUnderSheets = FindSolidsUnderSheets(session);
+    std::printf(
+        "%zu bodies are solids, %zu more when the faces over their courtyards are taken away; %zu share walls or "
+        "edges with others\n",
+        aWhole.size(), aUnderSheets.size(), session.Count(nBodyType) - aWhole.size() - aUnderSheets.size());
+    SaveSolids(session, aWhole, options.out / "town.stl");
+    SaveSolids(session, aUnderSheets, options.out / "courtyards.stl");
 }
 } // namespace
 
@@ -251,7 +249,7 @@ void Run(const Options& options)
         ExpectBodies(session, aFootprints);
     std::printf("undo and redo of %zu steps, one by one and in one jump: everything came back\n",
                 ExpectUndoRedo(session));
-    SaveSolids(session, options.out / "town.stl");
+    SaveSolids(session, options);
 }
 } // namespace examples
 
