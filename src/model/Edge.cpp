@@ -6,6 +6,7 @@
 #include "model/Face.h"
 #include "model/Finding.h"
 #include "model/Vertex.h"
+#include "spatial/ShortList.h"
 
 #include <algorithm>
 
@@ -233,6 +234,7 @@ void Edge::DeleteSelf()
 std::size_t Edge::GetCoedges(std::vector<Coedge*>& aCoedges) const
 {
     const std::size_t nBefore = aCoedges.size();
+    ReserveFew(aCoedges);
     Coedge* pCoedge = m_pCoedge;
     for (std::size_t n = 0; pCoedge && n <= kUseMask; ++n)
     {
@@ -261,6 +263,7 @@ std::size_t Edge::GetLoops(std::vector<Loop*>& aLoops) const
 std::size_t Edge::GetFaces(std::vector<Face*>& aFaces) const
 {
     const std::size_t nBefore = aFaces.size();
+    ReserveFew(aFaces);
     const Coedge* pCoedge = m_pCoedge;
     for (std::size_t n = 0; pCoedge && n <= kUseMask; ++n)
     {

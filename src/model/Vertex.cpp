@@ -5,6 +5,7 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
+#include "spatial/ShortList.h"
 
 #include <algorithm>
 
@@ -19,7 +20,7 @@ template <class T>
 class DistinctAppender
 {
 public:
-    explicit DistinctAppender(std::vector<T*>& aList) : m_aList(aList), m_nFirst(aList.size()) {}
+    explicit DistinctAppender(std::vector<T*>& aList) : m_aList(aList), m_nFirst(aList.size()) { ReserveFew(aList); }
 
     bool Add(T* pElement)
     {
@@ -130,6 +131,7 @@ std::size_t Vertex::GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart) 
 std::size_t Vertex::GetCoedges(std::vector<Coedge*>& aCoedges, const Face* pOnly) const
 {
     const std::size_t nBefore = aCoedges.size();
+    ReserveFew(aCoedges);
     std::vector<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)

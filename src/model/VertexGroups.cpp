@@ -35,6 +35,7 @@ std::vector<std::uint64_t> Vertex::GetConnectedEdgeIDs() const
     std::vector<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     std::vector<std::uint64_t> aIDs;
+    aIDs.reserve(aEdges.size());
     for (const Edge* pEdge : aEdges)
         aIDs.push_back(pEdge->GetID());
     return aIDs;
@@ -67,6 +68,7 @@ bool Vertex::RebuildGroups(bool bForce)
     if (m_aEdgesPerGroup.size() < 2 && !bForce)
         return false;
     std::vector<Edge*> aKept;
+    aKept.reserve(m_aEdgesPerGroup.size());
     std::vector<Edge*> aReached;
     for (Edge* pEntry : m_aEdgesPerGroup)
     {

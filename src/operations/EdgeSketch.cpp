@@ -174,6 +174,7 @@ std::vector<std::uint64_t> GetFaceIDs(const Vertex& vertex)
     std::vector<Face*> aFaces;
     vertex.GetFaces(aFaces);
     std::vector<std::uint64_t> aIDs;
+    aIDs.reserve(aFaces.size());
     for (const Face* pFace : aFaces)
         aIDs.push_back(pFace->GetID());
     return aIDs;

@@ -6,6 +6,7 @@
 #include "model/Face.h"
 #include "operations/FaceBuilding.h"
 #include "operations/SideSearch.h"
+#include "spatial/ShortList.h"
 
 #include <algorithm>
 #include <optional>
@@ -63,6 +64,8 @@ public:
 
     void Run(Edge& first, bool bForward)
     {
+        ReserveFew(m_path);
+        ReserveFew(m_aLevels);
         m_path.assign(1, {&first, bForward});
         m_pStart = bForward ? first.GetStartVertex() : first.GetEndVertex();
         m_visited = {GetEnd(0)};
@@ -137,6 +140,7 @@ private:
         Vertex* pAt = GetEnd(m_path.size() - 1);
         m_aEdgesAt.clear();
         pAt->GetConnectedEdges(m_aEdgesAt);
+        aCandidates.reserve(m_aEdgesAt.size());
         const UnitVector3d travel(pAt->GetPosition() - GetStart(m_path.size() - 1)->GetPosition(), true);
         for (Edge* pEdge : m_aEdgesAt)
         {

@@ -4,6 +4,7 @@
 #include "spatial/BoxQueryTests.h"
 #include "spatial/BoxTreeNode.h"
 #include "spatial/RayBoxTest.h"
+#include "spatial/ShortList.h"
 
 #include <type_traits>
 #include <vector>

@@ -1,6 +1,7 @@
 /// Bodies of BoxTreeNode.h.
 #pragma once
 
+#include <limits>
 #include <type_traits>
 #include <utility>
 
@@ -59,33 +60,45 @@ std::uint32_t BoxTreeInteriorNode<T>::FindChild(const BoxTreeNode<T>& child) con
 template <class T>
 std::uint32_t BoxTreeInteriorNode<T>::ChooseChild(const Interval3d& box) const
 {
+    struct Extents
+    {
+        Vector3d own;
+        Vector3d united;
+    };
+    Extents aExtents[kBoxTreeMaxEntries + 1];
     std::uint32_t aCandidates[kBoxTreeMaxEntries + 1];
     std::uint32_t nCandidates = this->m_nCount;
     for (std::uint32_t n = 0; n < nCandidates; ++n)
+    {
+        const Interval3d& child = this->m_aBoxes[n];
+        Interval3d united = child;
+        WidenBox(united, box);
+        aExtents[n] = {child.upper - child.lower, united.upper - united.lower};
         aCandidates[n] = n;
+    }
 
     const auto KeepLeastGrowth = [&](auto measure)
     {
         double aGrowths[kBoxTreeMaxEntries + 1];
-        double dLeast = 0.0;
+        double dLeast = std::numeric_limits<double>::infinity();
         for (std::uint32_t n = 0; n < nCandidates; ++n)
         {
-            const Interval3d& child = this->m_aBoxes[aCandidates[n]];
-            Interval3d united = child;
-            WidenBox(united, box);
-            aGrowths[n] = measure(united) - measure(child);
-            dLeast = n == 0 ? aGrowths[0] : std::min(dLeast, aGrowths[n]);
+            const Extents& extents = aExtents[aCandidates[n]];
+            aGrowths[n] = measure(extents.united) - measure(extents.own);
+            dLeast = std::min(dLeast, aGrowths[n]);
         }
         std::uint32_t nKept = 0;
         for (std::uint32_t n = 0; n < nCandidates; ++n)
-            if (aGrowths[n] == dLeast)
-                aCandidates[nKept++] = aCandidates[n];
+        {
+            aCandidates[nKept] = aCandidates[n];
+            nKept += aGrowths[n] == dLeast;
+        }
         nCandidates = nKept;
         return nKept == 1;
     };
-    if (!KeepLeastGrowth([](const Interval3d& b) { return b.volume(); }) &&
-        !KeepLeastGrowth([](const Interval3d& b) { return b.area(); }))
-        KeepLeastGrowth([](const Interval3d& b) { return b.perimeter(); });
+    if (!KeepLeastGrowth([](const Vector3d& v) { return v.x * v.y * v.z; }) &&
+        !KeepLeastGrowth([](const Vector3d& v) { return v.x * v.y + v.y * v.z + v.z * v.x; }))
+        KeepLeastGrowth([](const Vector3d& v) { return v.x + v.y + v.z; });
     return aCandidates[0];
 }
 

@@ -59,8 +59,22 @@ private:
 class FaceCorners
 {
 public:
-    explicit FaceCorners(const Face& face) : m_numbers(CountCorners(face))
+    explicit FaceCorners(const Face& face) : FaceCorners(face, CountCorners(face)) {}
+
+    /// Each hole costs two more than its corners.
+    std::size_t GetMostTriangles() const { return m_aCorners.size() + 2 * m_aLoopEnds.size(); }
+    std::uint32_t GetOuterCount() const { return m_aLoopEnds.front(); }
+    Vertex* GetVertex(std::uint32_t nNumber) const { return m_numbers.GetVertex(nNumber); }
+    bool Triangulate(const Plane& plane, std::vector<std::uint32_t>& aTriangles) const
     {
+        return TriangulateLoops(m_aCorners, m_aLoopEnds, plane, aTriangles);
+    }
+
+private:
+    FaceCorners(const Face& face, std::size_t nCorners) : m_numbers(nCorners)
+    {
+        m_aCorners.reserve(nCorners);
+        m_aLoopEnds.reserve(face.GetLoops().size());
         for (const Loop* pLoop : face.GetLoops())
         {
             pLoop->ForEachCoedge([&](const Coedge& coedge) {
@@ -70,15 +84,6 @@ public:
             m_aLoopEnds.push_back(std::uint32_t(m_aCorners.size()));
         }
     }
-
-    std::uint32_t GetOuterCount() const { return m_aLoopEnds.front(); }
-    Vertex* GetVertex(std::uint32_t nNumber) const { return m_numbers.GetVertex(nNumber); }
-    bool Triangulate(const Plane& plane, std::vector<std::uint32_t>& aTriangles) const
-    {
-        return TriangulateLoops(m_aCorners, m_aLoopEnds, plane, aTriangles);
-    }
-
-private:
     static std::size_t CountCorners(const Face& face)
     {
         std::size_t nCorners = 0;
@@ -159,6 +164,7 @@ std::shared_ptr<const FaceFacets> FaceFacets::Compute(Face& face, bool& bFailed)
         return nullptr;
     const Plane plane = face.GetPlane();
     std::vector<std::uint32_t> aTriangles;
+    aTriangles.reserve(corners.GetMostTriangles() * 3);
     bFailed = !plane.isValid() || !corners.Triangulate(plane, aTriangles);
     if (bFailed || aTriangles.empty())
         return nullptr;

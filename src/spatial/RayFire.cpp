@@ -7,6 +7,7 @@
 #include "model/Vertex.h"
 #include "spatial/PickSorting.h"
 #include "spatial/RayTriangleTest.h"
+#include "spatial/ShortList.h"
 
 #include <algorithm>
 #include <array>
@@ -114,7 +115,8 @@ public:
 private:
     void AddHit(Object* pObject, double t)
     {
-        m_mapHits[pObject] = m_aHits.size();
+        ReserveFew(m_aHits);
+        ReserveFew(m_aObjects);
         m_aHits.emplace_back(t, std::ptrdiff_t(m_aObjects.size()));
         m_aObjects.push_back(pObject);
     }
@@ -122,6 +124,8 @@ private:
     /// An object that was hit before may have been hit nearer.
     void MeetAgain(const Object* pObject, double t)
     {
+        for (; m_nMapped < m_aHits.size(); ++m_nMapped)
+            m_mapHits[m_aObjects[std::size_t(m_aHits[m_nMapped].second)]] = m_nMapped;
         if (const auto it = m_mapHits.find(pObject); it != m_mapHits.end())
             m_aHits[it->second].first = std::min(m_aHits[it->second].first, t);
     }
@@ -268,7 +272,8 @@ private:
     std::vector<Object*> m_aObjects;
     SortedHits m_aHits;
     ObjectSet m_seen; ///< edges and faces
-    std::unordered_map<const Object*, std::size_t> m_mapHits;
+    std::unordered_map<const Object*, std::size_t> m_mapHits; ///< of the first `m_nMapped` hits
+    std::size_t m_nMapped = 0;
 };
 } // namespace
 
