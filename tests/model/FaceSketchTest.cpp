@@ -402,24 +402,22 @@ TEST(FaceSketch, MakesAPlanarSubdivisionOfWhateverIsDrawn)
         }
 }
 
-TEST(AddInnerFace, MakesAHoleThatTheInnerFaceFills)
+TEST_P(FaceSketchInFrame, MakesAHoleThatTheInnerFaceFills)
 {
-    for (const Frame& at : GetFrames())
-        for (const bool bOpposite : {false, true})
-        {
-            SCOPED_TRACE(at.pName);
-            PolygonModel model;
-            Face* pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-            const Polygon rectangle = MakeRectangle(at, 2, 2, 5, 6);
-            Face* pInner = &model.AddFace(bOpposite ? Reversed(rectangle) : rectangle);
-            InStep(model, [&] { EXPECT_TRUE(pOuter->AddInnerFace(pInner)); });
-            EXPECT_NEAR(pOuter->GetArea(nullptr), 88.0, 1e-8);
-            EXPECT_NEAR(pInner->GetArea(nullptr), 12.0, 1e-8);
-            const Coedge& coedge = *pInner->GetOuterLoop()->GetCoedge();
-            EXPECT_EQ(coedge.GetPartner()->GetFace(), pOuter);
-            EXPECT_EQ(coedge.GetPartner()->IsForward() == coedge.IsForward(), bOpposite);
-            ExpectUndoRedoRestores(model.GetHistory());
-        }
+    for (const bool bOpposite : {false, true})
+    {
+        PolygonModel model;
+        Face* pOuter = &model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10));
+        const Polygon rectangle = MakeRectangle(m_at, 2, 2, 5, 6);
+        Face* pInner = &model.AddFace(bOpposite ? Reversed(rectangle) : rectangle);
+        InStep(model, [&] { EXPECT_TRUE(pOuter->AddInnerFace(pInner)); });
+        EXPECT_NEAR(pOuter->GetArea(nullptr), 88.0, 1e-8);
+        EXPECT_NEAR(pInner->GetArea(nullptr), 12.0, 1e-8);
+        const Coedge& coedge = *pInner->GetOuterLoop()->GetCoedge();
+        EXPECT_EQ(coedge.GetPartner()->GetFace(), pOuter);
+        EXPECT_EQ(coedge.GetPartner()->IsForward() == coedge.IsForward(), bOpposite);
+        ExpectUndoRedoRestores(model.GetHistory());
+    }
 }
 
 TEST(AddInnerFace, TakesTheHolesWithinTheInnerFaceAlong)

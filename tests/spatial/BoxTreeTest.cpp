@@ -1,5 +1,6 @@
 #include "spatial/BoxTree.h"
 #include "support/FailingAllocator.h"
+
 #include <QRV/Transf3d.h>
 
 #include <gtest/gtest.h>
@@ -14,23 +15,24 @@
 #include <utility>
 #include <vector>
 
+namespace QRV
+{
 namespace
 {
 struct Boxed
 {
-    QRV::Interval3d box;
+    Interval3d box;
 };
 } // namespace
 
 template <>
-struct QRV::BoxOf<Boxed>
+struct BoxOf<Boxed>
 {
     static Interval3d Get(const Boxed& boxed) { return boxed.box; }
 };
 
 namespace
 {
-using namespace QRV;
 using Tree = BoxTree<Boxed>;
 
 /// A source of boxes of one kind, from a seed.
@@ -638,3 +640,4 @@ TEST(RayBoxTest, AgreesWithTheTestOfOneBoxAndPassesBoxesAround)
     EXPECT_LT(nMet, 19000u);
 }
 } // namespace
+} // namespace QRV
