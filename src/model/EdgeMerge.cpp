@@ -3,15 +3,13 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Shell.h"
+#include "model/SmoothAngles.h"
 #include "model/Vertex.h"
 
 namespace QRV
 {
 namespace
 {
-constexpr double kCosHalfDegree = 0.9999619230641713;
-constexpr double kCosThirtyDegrees = 0.8660254037844386;
-
 void RemoveRedundant(const History& history, const std::vector<std::uint64_t>& aVertexIDs)
 {
     for (const std::uint64_t nVertex : aVertexIDs)

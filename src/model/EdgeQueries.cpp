@@ -3,6 +3,7 @@
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
+#include "model/SmoothAngles.h"
 #include "model/Vertex.h"
 #include "spatial/OutlineSide.h"
 
@@ -14,9 +15,6 @@ namespace QRV
 {
 namespace
 {
-constexpr double kCosHalfDegree = 0.9999619230641713;
-constexpr double kCosThirtyDegrees = 0.8660254037844386;
-
 /// The two coedges of an edge that has just two; null for others.
 Coedge* GetOnlyPartner(const Coedge* pCoedge)
 {

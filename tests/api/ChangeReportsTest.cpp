@@ -6,8 +6,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 /// A report, behind what the lists held before.
 struct Report
 {
@@ -80,8 +78,7 @@ private:
 
 void AddSign(PolygonModel& model, std::uint64_t nShown)
 {
-    const Step step(model);
-    model.GetHistory().Create<Sign>(nShown);
+    InStep(model, [&] { model.GetHistory().Create<Sign>(nShown); });
 }
 } // namespace
 
@@ -102,22 +99,20 @@ TEST(ChangeReports, TellWhatAStepDidAndWhatTakingItBackDid)
     EXPECT_EQ(GetActive(model, false, 0, nFaceType), none);
     EXPECT_EQ(GetActive(model, true), none) << "nothing to redo";
 
-    EXPECT_TRUE(APIUndoHistory(model.GetID()).IsGood());
+    ExpectGood(APIUndoHistory(model.GetID()));
     Report undone = GetActive(model, true);
     std::ranges::sort(undone.aDeleted);
     EXPECT_EQ(undone.aDeleted, second.aCreated);
     EXPECT_EQ(undone.aCreated, second.aDeleted);
     EXPECT_EQ(GetActive(model, false), Expected({0, 1, 2}, {}, {}));
-    EXPECT_TRUE(APIUndoHistory(model.GetID()).IsGood());
+    ExpectGood(APIUndoHistory(model.GetID()));
     EXPECT_EQ(GetActive(model, false), none) << "no delta is applied";
     EXPECT_EQ(GetActive(model, true), Expected({}, {}, {0, 1, 2}));
 
     // Each list may be left out; while something is being drawn there is no report.
-    EXPECT_TRUE(
-        APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(model.GetID(), nullptr, nullptr, nullptr).IsGood());
-    EXPECT_TRUE(APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(model.GetID(), 0, 2, nullptr, nullptr, nullptr)
-                    .IsGood());
-    EXPECT_TRUE(APIRedoHistoryToDelta(model.GetID(), 2).IsGood());
+    ExpectGood(APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(model.GetID(), nullptr, nullptr, nullptr));
+    ExpectGood(APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(model.GetID(), 0, 2, nullptr, nullptr, nullptr));
+    ExpectGood(APIRedoHistoryToDelta(model.GetID(), 2));
     History& history = model.GetHistory();
     EXPECT_TRUE(history.StartDelta());
     EXPECT_EQ(GetRange(model, 0, 2, Result::nFailure), none);
@@ -130,17 +125,15 @@ TEST(ChangeReports, TellWhatAStepDidAndWhatTakingItBackDid)
 TEST(ChangeReports, ReduceARangeToWhatIsNewChangedOrGoneAfterIt)
 {
     TestModel model;
-    DrawCross(model);                    // 1, 2
+    DrawCross(model);                                    // 1, 2
     const std::uint64_t nLone = model.Vertex({5, 5, 5}); // 3
     model.Line({5, 5, 5}, {6, 5, 5});                    // 4: the lone vertex changes
-    {
-        History& history = model.GetHistory();
-        ASSERT_TRUE(history.StartDelta());
-        for (const std::uint64_t nEdge : model.GetIDs(nEdgeType))
-            if (Object* pEdge = history.GetObject(nEdge))
-                pEdge->Delete();
-        history.Commit("Test"); // 5
-    }
+    InStep(model.GetID(),                                // 5
+           [](History& history)
+           {
+               for (Edge* pEdge : GetAll<Edge>(history))
+                   pEdge->Delete();
+           });
     const Report none;
     const Report whole = GetRange(model, 0, 5);
     EXPECT_EQ(IDs(whole.aCreated.begin() + 1, whole.aCreated.end()), model.GetIDs(nUnspecifiedType));
@@ -173,7 +166,7 @@ TEST(CompareHistory, TellsHowACopyStandsToAHistory)
     const auto compare = [&](std::uint64_t nActive, const IDs& aDeltas)
     {
         nHistoryComparison nComparison = nHistoryDeltaDiffers;
-        EXPECT_TRUE(APICompareHistoryReadOnly(model.GetID(), nActive, aDeltas, nComparison).IsGood());
+        ExpectGood(APICompareHistoryReadOnly(model.GetID(), nActive, aDeltas, nComparison));
         return unsigned(nComparison);
     };
     EXPECT_EQ(compare(INVALID_ID, {}), 0u);
@@ -182,14 +175,14 @@ TEST(CompareHistory, TellsHowACopyStandsToAHistory)
     for (int n = 0; n < 3; ++n)
         model.Line({0, 0, 0}, {1.0 + n, 1, 0});
     EXPECT_EQ(compare(2, {1, 2}), unsigned(nHistoryListLonger | nHistoryHasLaterDeltas)) << "nothing is shared";
-    EXPECT_TRUE(APISetAllDeltaFlags(model.GetID(), 8, 0, false).IsGood());
+    ExpectGood(APISetAllDeltaFlags(model.GetID(), 8, 0, false));
     EXPECT_EQ(compare(2, {1, 2, 3}), 0u);
     EXPECT_EQ(compare(1, {1, 2, 4}), unsigned(nHistoryDeltaDiffers | nHistoryActiveAbove));
     EXPECT_EQ(compare(2, {1, 2}), unsigned(nHistoryPrefixLonger));
     EXPECT_EQ(compare(INVALID_ID, {1, 2, 3, 5}), unsigned(nHistoryListLonger | nHistoryActiveBelow));
-    EXPECT_TRUE(APISetDeltaFlags(model.GetID(), 2, 7).IsGood());
+    ExpectGood(APISetDeltaFlags(model.GetID(), 2, 7));
     EXPECT_EQ(compare(2, {1}), unsigned(nHistoryHasLaterDeltas)) << "the run of shared deltas breaks off";
-    EXPECT_TRUE(APIUndoHistoryToDelta(model.GetID(), INVALID_ID).IsGood());
+    ExpectGood(APIUndoHistoryToDelta(model.GetID(), INVALID_ID));
     EXPECT_EQ(compare(0, {1}), unsigned(nHistoryHasLaterDeltas | nHistoryActiveAbove));
 }
 
@@ -210,7 +203,7 @@ TEST(IsExactMatch, ComparesModelsByTheIDsOfWhatLives)
     EXPECT_TRUE(Match(a.GetID(), b.GetID()));
     b.Line({8, 8, 8}, {9, 9, 9});
     EXPECT_FALSE(Match(a.GetID(), b.GetID()));
-    EXPECT_TRUE(APIUndoHistory(b.GetID()).IsGood());
+    ExpectGood(APIUndoHistory(b.GetID()));
     EXPECT_TRUE(Match(a.GetID(), b.GetID())) << "dead objects do not count";
 
     // The same shape from lines drawn the other way round has other ids.
@@ -279,15 +272,15 @@ TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
     for (const auto& change : aChanges)
     {
         SCOPED_TRACE(nChange++);
-        EXPECT_TRUE(change().IsGood());
+        ExpectGood(change());
         EXPECT_FALSE(Match(a.GetID(), h));
-        EXPECT_TRUE(APIUndoHistory(h, true).IsGood());
+        ExpectGood(APIUndoHistory(h, true));
         EXPECT_TRUE(Match(a.GetID(), h));
     }
     // Less than the tolerances.
-    EXPECT_TRUE(APISetMaterialTexture(h, b.nPaint, 1, 1.0 + 1e-13, INVALID_ID).IsGood());
-    EXPECT_TRUE(APISetLevelsData(h, {b.nLevel}, {{"ground", 1e-13}}).IsGood());
-    EXPECT_TRUE(APISetImageData(h, b.nImage, "plan", b.nTexture, 0.5f + 1e-7f, true, aCorners).IsGood());
+    ExpectGood(APISetMaterialTexture(h, b.nPaint, 1, 1.0 + 1e-13, INVALID_ID));
+    ExpectGood(APISetLevelsData(h, {b.nLevel}, {{"ground", 1e-13}}));
+    ExpectGood(APISetImageData(h, b.nImage, "plan", b.nTexture, 0.5f + 1e-7f, true, aCorners));
     EXPECT_TRUE(Match(a.GetID(), h));
 }
 
@@ -302,16 +295,10 @@ TEST(IsExactMatch, GoesDownIntoWhatGroupsShow)
     AddSign(b, id(shownByB));
     EXPECT_TRUE(Match(id(a), id(b)));
     EXPECT_TRUE(Match(id(a), id(b), 0, 0, 0)) << "the groups alone";
-    {
-        const Step step(shownByA);
-        shownByA.AddVertex({1, 0, 0});
-    }
+    shownByA.AddVertex({1, 0, 0});
     EXPECT_FALSE(Match(id(a), id(b)));
     EXPECT_FALSE(Match(id(a), id(b), 0, 0, 0));
-    {
-        const Step step(shownByB);
-        shownByB.AddVertex({1, 0, 0});
-    }
+    shownByB.AddVertex({1, 0, 0});
     EXPECT_TRUE(Match(id(a), id(b)));
     // One History stands for one other, also where models show each other in a ring.
     AddSign(shownByA, id(a));

@@ -8,8 +8,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 /// A block of 2 x 3 x 4 turned in space, and a free triangle that touches it in one corner.
 class FaceQueries : public testing::Test
 {
@@ -26,7 +24,7 @@ protected:
     IDs GetFaces()
     {
         IDs aFaces;
-        EXPECT_TRUE(APIGetBodyFacesReadOnly(GetHistoryID(), m_nBody, aFaces).IsGood());
+        ExpectGood(APIGetBodyFacesReadOnly(GetHistoryID(), m_nBody, aFaces));
         return aFaces;
     }
 
@@ -35,7 +33,6 @@ protected:
     std::uint64_t m_nBody = INVALID_ID;
     std::uint64_t m_nFree = INVALID_ID;
 };
-} // namespace
 
 TEST_F(FaceQueries, RefuseWhatIsNoFaceOrBodyAndLeaveTheListsAlone)
 {
@@ -73,9 +70,9 @@ TEST_F(FaceQueries, RefuseWhatIsNoFaceOrBodyAndLeaveTheListsAlone)
 TEST_F(FaceQueries, ListABodyBehindWhatTheHostHasAlready)
 {
     IDs aIDs{77};
-    EXPECT_TRUE(APIGetBodyFacesReadOnly(GetHistoryID(), m_nBody, aIDs).IsGood());
+    ExpectGood(APIGetBodyFacesReadOnly(GetHistoryID(), m_nBody, aIDs));
     EXPECT_EQ(aIDs.size(), 1u + 6);
-    EXPECT_TRUE(APIGetBodyEdgesReadOnly(GetHistoryID(), m_nBody, aIDs).IsGood());
+    ExpectGood(APIGetBodyEdgesReadOnly(GetHistoryID(), m_nBody, aIDs));
     EXPECT_EQ(aIDs.size(), 1u + 6 + 12);
     EXPECT_EQ(aIDs.front(), 77u);
 }
@@ -85,21 +82,21 @@ TEST_F(FaceQueries, MeasureOneFace)
     // The bottom: 2 by 3, seen from below.
     const std::uint64_t nBottom = GetFaces().front();
     Plane plane;
-    EXPECT_TRUE(APIGetFacePlaneReadOnly(GetHistoryID(), nBottom, plane).IsGood());
+    ExpectGood(APIGetFacePlaneReadOnly(GetHistoryID(), nBottom, plane));
     EXPECT_LT(plane.normal.distSqrd(-m_at.z), 1e-20);
     Point3d centroid;
-    EXPECT_TRUE(APIGetFaceCentroidPoint3dReadOnly(GetHistoryID(), nBottom, centroid).IsGood());
+    ExpectGood(APIGetFaceCentroidPoint3dReadOnly(GetHistoryID(), nBottom, centroid));
     EXPECT_LT(centroid.distSqrd(m_at(1, 1.5, 0)), 1e-20);
     double dVariant = 0.0;
-    EXPECT_TRUE(APIGetFaceVariantReadOnly(GetHistoryID(), nBottom, dVariant).IsGood());
+    ExpectGood(APIGetFaceVariantReadOnly(GetHistoryID(), nBottom, dVariant));
     EXPECT_NEAR(dVariant, (4 * std::sqrt(1 + 2.25) + 2 * 1.0 + 2 * 1.5) / 8, 1e-9);
     std::vector<Point3d> aPoints;
-    EXPECT_TRUE(APIGetFaceFacetsReadOnly(GetHistoryID(), nBottom, aPoints).IsGood());
+    ExpectGood(APIGetFaceFacetsReadOnly(GetHistoryID(), nBottom, aPoints));
     EXPECT_EQ(aPoints.size(), 6u);
     std::vector<Point3d> aCorners;
     std::vector<UnitVector3d> aNormals;
     std::vector<Point2d> aUVs;
-    EXPECT_TRUE(APIGetRenderableFaceReadOnly(GetHistoryID(), nBottom, aCorners, aNormals, aUVs, true, false).IsGood());
+    ExpectGood(APIGetRenderableFaceReadOnly(GetHistoryID(), nBottom, aCorners, aNormals, aUVs, true, false));
     EXPECT_EQ(aCorners.size(), 6u);
     EXPECT_EQ(aNormals.size(), 6u);
     EXPECT_TRUE(aUVs.empty());
@@ -110,8 +107,7 @@ TEST_F(FaceQueries, WalkOverEdgesOrVertices)
     for (const bool bThroughVertices : {false, true})
     {
         IDs aIDs;
-        EXPECT_TRUE(
-            APIGetFaceConnectedComponentReadOnly(GetHistoryID(), m_nFree, bThroughVertices, false, aIDs).IsGood());
+        ExpectGood(APIGetFaceConnectedComponentReadOnly(GetHistoryID(), m_nFree, bThroughVertices, false, aIDs));
         EXPECT_EQ(aIDs.size(), bThroughVertices ? 7u : 1u);
         EXPECT_EQ(aIDs.front(), m_nFree);
     }
@@ -119,7 +115,7 @@ TEST_F(FaceQueries, WalkOverEdgesOrVertices)
              {nConvexityConvex, 6}, {nConvexityConvex | nConvexityNonManifold, 6}, {nConvexityFlat, 0}})
     {
         IDs aIDs;
-        EXPECT_TRUE(APIGetConvexityConnectedComponentReadOnly(GetHistoryID(), GetFaces()[2], nMask, aIDs).IsGood());
+        ExpectGood(APIGetConvexityConnectedComponentReadOnly(GetHistoryID(), GetFaces()[2], nMask, aIDs));
         EXPECT_EQ(aIDs.size(), nExpected);
     }
     for (const std::uint64_t nMask : {0, 8, 12})
@@ -133,7 +129,7 @@ TEST_F(FaceQueries, WalkOverEdgesOrVertices)
 TEST_F(FaceQueries, FillAnEmptyBodyInOneStepOrNotAtAll)
 {
     std::uint64_t nEmpty = INVALID_ID;
-    EXPECT_TRUE(APICreateEmptyBody(GetHistoryID(), nEmpty).IsGood());
+    ExpectGood(APICreateEmptyBody(GetHistoryID(), nEmpty));
     const std::string strBefore = Describe(m_model.GetHistory());
     const std::pair<std::uint64_t, std::uint64_t> aRefused[] = {
         {GetFaces()[0], nEmpty}, {m_nFree, m_nFree}, {nEmpty, nEmpty}, {m_nFree, INVALID_ID}};
@@ -141,11 +137,12 @@ TEST_F(FaceQueries, FillAnEmptyBodyInOneStepOrNotAtAll)
         EXPECT_EQ(APIAddFaceComponentToBody(GetHistoryID(), nFace, nBody).GetErrorCode(), Result::nFailure);
     EXPECT_EQ(Describe(m_model.GetHistory()), strBefore);
 
-    EXPECT_TRUE(APIAddFaceComponentToBody(GetHistoryID(), m_nFree, nEmpty).IsGood());
+    ExpectGood(APIAddFaceComponentToBody(GetHistoryID(), m_nFree, nEmpty));
     IDs aIDs;
-    EXPECT_TRUE(APIGetBodyFacesReadOnly(GetHistoryID(), nEmpty, aIDs).IsGood());
+    ExpectGood(APIGetBodyFacesReadOnly(GetHistoryID(), nEmpty, aIDs));
     EXPECT_EQ(aIDs, IDs{m_nFree});
     EXPECT_EQ(APIAddFaceComponentToBody(GetHistoryID(), m_nFree, nEmpty).GetErrorCode(), Result::nFailure);
     ExpectUndoRedoRestores(m_model.GetHistory());
 }
+} // namespace
 } // namespace QRV

@@ -1,20 +1,17 @@
 #include "model/CircleAttribute.h"
+#include "support/BadNumbers.h"
 #include "support/PolygonModel.h"
 
 #include <QRV/API.h>
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 
 namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-constexpr double kInf = std::numeric_limits<double>::infinity();
 const auto kGood = Result().GetErrorCode();
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 /// A block turned in space, an arc of three edges, and a lone vertex.
 class Queries : public testing::Test
@@ -46,7 +43,6 @@ protected:
     CircleAttribute* m_pCircle = nullptr;
     std::vector<Edge*> m_aArc;
 };
-} // namespace
 
 TEST_F(Queries, RefuseUnknownHistoriesAndWrongObjectsAndLeaveTheListsAlone)
 {
@@ -113,10 +109,10 @@ TEST_F(Queries, RefuseUnknownHistoriesAndWrongObjectsAndLeaveTheListsAlone)
     EXPECT_FALSE(bAnswer); // emptied before the work
 
     bAnswer = true;
-    EXPECT_TRUE(APIIsObjectLiveReadOnly(INVALID_ID, 0, bAnswer).IsGood());
+    ExpectGood(APIIsObjectLiveReadOnly(INVALID_ID, 0, bAnswer));
     EXPECT_FALSE(bAnswer);
     EXPECT_EQ(APIIsObjectLiveReadOnly(GetHistoryID() + 1000, 0, bAnswer).GetErrorCode(), Result::nBadHistoryID);
-    EXPECT_TRUE(APIIsObjectLiveReadOnly(GetHistoryID(), 1000000, bAnswer).IsGood());
+    ExpectGood(APIIsObjectLiveReadOnly(GetHistoryID(), 1000000, bAnswer));
     EXPECT_FALSE(bAnswer);
 }
 
@@ -142,7 +138,7 @@ TEST_F(Queries, RefuseNumbersThatAreNone)
                                                          pLine, nullptr, nullptr, nullptr, true)
             .GetErrorCode();
     };
-    for (const double d : {kNone, kInf, -kInf, 1e30})
+    for (const double d : {kNaN, kInf, -kInf, 1e30})
     {
         SCOPED_TRACE(d);
         EXPECT_EQ(fire(Line3d(Point3d(0, d, 0), Vector3d(1, 0, 0)), 0, 1), Result::nBadInput);
@@ -167,7 +163,7 @@ TEST_F(Queries, RefuseNumbersThatAreNone)
                   Result::nBadInput);
         EXPECT_EQ(APIGetBoxReadOnly(nHistory, INVALID_ID, box, transform).GetErrorCode(), Result::nBadInput);
     }
-    for (const double d : {kNone, kInf, -1e-9, 1e31})
+    for (const double d : {kNaN, kInf, -1e-9, 1e31})
     {
         SCOPED_TRACE(d);
         EXPECT_EQ(fire(ray, d, 1), Result::nBadInput);
@@ -226,18 +222,18 @@ TEST_F(Queries, TellACircleAndWhatHangsTogetherOnIt)
     const auto ask = [&](const Edge& edge)
     { return APIIsEdgeOnCircleReadOnly(GetHistoryID(), edge.GetID(), dRadius, center, normal, xAxis, aEdges, bOn); };
     // The edge between the two carries nothing, so that each stands alone.
-    EXPECT_TRUE(ask(*m_aArc[0]).IsGood());
+    ExpectGood(ask(*m_aArc[0]));
     EXPECT_TRUE(bOn);
     EXPECT_EQ(aEdges, (IDs{77, m_aArc[0]->GetID()}));
     EXPECT_EQ(dRadius, 5.0);
     EXPECT_LT(center.distSqrd(m_at(20, 0)), 1e-20);
-    EXPECT_TRUE(ask(*m_aArc[1]).IsGood());
+    ExpectGood(ask(*m_aArc[1]));
     EXPECT_FALSE(bOn);
     EXPECT_EQ(dRadius, 0.0);
     EXPECT_EQ(aEdges.size(), 2u);
     Step step(m_model, true);
     m_aArc[1]->AddAttribute(m_pCircle, true);
-    EXPECT_TRUE(ask(*m_aArc[2]).IsGood());
+    ExpectGood(ask(*m_aArc[2]));
     EXPECT_EQ(aEdges.size(), 2u + 3);
     m_aArc[0]->RecordChange();
     m_pCircle->RecordChange();
@@ -251,53 +247,49 @@ TEST_F(Queries, TellACircleAndWhatHangsTogetherOnIt)
 TEST_F(Queries, FindFreeEdgesAndSilhouettesBelowAnObjectOrOfAll)
 {
     IDs aEdges{77};
-    EXPECT_TRUE(APIDetectFreeEdgesReadOnly(GetHistoryID(), m_pBody->GetID(), aEdges).IsGood());
+    ExpectGood(APIDetectFreeEdgesReadOnly(GetHistoryID(), m_pBody->GetID(), aEdges));
     EXPECT_EQ(aEdges, IDs{77});
-    EXPECT_TRUE(APIDetectFreeEdgesReadOnly(GetHistoryID(), INVALID_ID, aEdges).IsGood());
+    ExpectGood(APIDetectFreeEdgesReadOnly(GetHistoryID(), INVALID_ID, aEdges));
     EXPECT_EQ(aEdges, (IDs{77, m_aArc[0]->GetID(), m_aArc[1]->GetID(), m_aArc[2]->GetID()}));
     // A block shows six edges of its outline to a view across all axes, and eight edges ... of a side seen from the
     // front.
     aEdges.clear();
     const Vector3d across = m_at.x * 1.0 + m_at.y * 1.0 + m_at.z * 1.0;
-    EXPECT_TRUE(
-        APIDetectSilhouettesReadOnly(GetHistoryID(), m_pBody->GetID(), Point3d(), across, false, aEdges).IsGood());
+    ExpectGood(APIDetectSilhouettesReadOnly(GetHistoryID(), m_pBody->GetID(), Point3d(), across, false, aEdges));
     EXPECT_EQ(aEdges.size(), 6u);
     EXPECT_TRUE(std::is_sorted(aEdges.begin(), aEdges.end()));
     aEdges.clear();
-    EXPECT_TRUE(APIDetectSilhouettesReadOnly(GetHistoryID(), m_pBody->GetID(), m_at(1, 1, 90), Vector3d(), true, aEdges)
-                    .IsGood());
+    ExpectGood(
+        APIDetectSilhouettesReadOnly(GetHistoryID(), m_pBody->GetID(), m_at(1, 1, 90), Vector3d(), true, aEdges));
     EXPECT_EQ(aEdges.size(), 4u);
 }
 
 TEST_F(Queries, WalkFromObjectsToTheirOwnersAndAll)
 {
+    const auto get = [&](const auto& call, const Object& object, auto... more)
+    {
+        IDs aFound;
+        ExpectGood(call(GetHistoryID(), object.GetID(), more..., aFound));
+        return aFound;
+    };
+    const auto getOfType = [](auto h, auto o, nObjectType nType, bool bOwners, IDs& aFound)
+    { return APIGetObjectsByTypeReadOnly(h, o, nType, aFound, bOwners); };
     IDs aIDs;
-    EXPECT_TRUE(APIGetAllNonOwnedReadOnly(GetHistoryID(), aIDs).IsGood());
+    ExpectGood(APIGetAllNonOwnedReadOnly(GetHistoryID(), aIDs));
     EXPECT_EQ(aIDs.size(), 1u + 1 + 3); // body, lone vertex, free edges; the circle has owners
-    aIDs.clear();
-    EXPECT_TRUE(APIGetTopLevelOwnersReadOnly(GetHistoryID(), m_pCircle->GetID(), aIDs).IsGood());
-    EXPECT_EQ(aIDs, (IDs{m_aArc[0]->GetID(), m_aArc[2]->GetID()}));
-    aIDs.clear();
-    EXPECT_TRUE(APIGetAllConnectedNonOwnedReadOnly(GetHistoryID(), m_aArc[1]->GetID(), aIDs).IsGood());
-    EXPECT_EQ(aIDs, (IDs{m_aArc[1]->GetID(), m_aArc[0]->GetID(), m_aArc[2]->GetID()}));
-    aIDs.clear();
-    EXPECT_TRUE(APIGetAllConnectedNonOwnedReadOnly(GetHistoryID(), m_pEdge->GetID(), aIDs).IsGood());
-    EXPECT_EQ(aIDs, IDs{m_pBody->GetID()});
-    aIDs.clear();
-    EXPECT_TRUE(APIGetObjectsByTypeReadOnly(GetHistoryID(), m_pEdge->GetID(), nBodyType, aIDs, true).IsGood());
-    EXPECT_EQ(aIDs, IDs{m_pBody->GetID()});
-    aIDs.clear();
-    EXPECT_TRUE(APIGetObjectsByTypeReadOnly(GetHistoryID(), m_pBody->GetID(), nBodyType, aIDs, false).IsGood());
-    EXPECT_EQ(aIDs, IDs{m_pBody->GetID()}); // nothing behind an object of the type
-    aIDs.clear();
-    EXPECT_TRUE(APIGetObjectsByTypeReadOnly(GetHistoryID(), m_pBody->GetID(), nUnspecifiedType, aIDs, false).IsGood());
-    EXPECT_EQ(aIDs.size(), 1u + 1 + 1 + 6 + 6 + 24 + 12 + 8);
-    EXPECT_EQ(aIDs.front(), m_pBody->GetID());
+    EXPECT_EQ(get(APIGetTopLevelOwnersReadOnly, *m_pCircle), (IDs{m_aArc[0]->GetID(), m_aArc[2]->GetID()}));
+    EXPECT_EQ(get(APIGetAllConnectedNonOwnedReadOnly, *m_aArc[1]),
+              (IDs{m_aArc[1]->GetID(), m_aArc[0]->GetID(), m_aArc[2]->GetID()}));
+    EXPECT_EQ(get(APIGetAllConnectedNonOwnedReadOnly, *m_pEdge), IDs{m_pBody->GetID()});
+    EXPECT_EQ(get(getOfType, *m_pEdge, nBodyType, true), IDs{m_pBody->GetID()});
+    EXPECT_EQ(get(getOfType, *m_pBody, nBodyType, false), IDs{m_pBody->GetID()}); // nothing behind one of the type
+    const IDs aAll = get(getOfType, *m_pBody, nUnspecifiedType, false);
+    EXPECT_EQ(aAll.size(), 1u + 1 + 1 + 6 + 6 + 24 + 12 + 8);
+    EXPECT_EQ(aAll.front(), m_pBody->GetID());
     aIDs = {77};
-    EXPECT_TRUE(
-        APIGetObjectAttributesReadOnly(GetHistoryID(), m_aArc[0]->GetID(), nCircleAttributeType, aIDs).IsGood());
-    EXPECT_TRUE(
-        APIGetObjectAttributesReadOnly(GetHistoryID(), m_aArc[0]->GetID(), nStringAttributeType, aIDs).IsGood());
+    ExpectGood(APIGetObjectAttributesReadOnly(GetHistoryID(), m_aArc[0]->GetID(), nCircleAttributeType, aIDs));
+    ExpectGood(APIGetObjectAttributesReadOnly(GetHistoryID(), m_aArc[0]->GetID(), nStringAttributeType, aIDs));
     EXPECT_EQ(aIDs, (IDs{77, m_pCircle->GetID()}));
 }
+} // namespace
 } // namespace QRV

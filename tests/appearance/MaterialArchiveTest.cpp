@@ -8,24 +8,6 @@ namespace QRV
 {
 namespace
 {
-enum class nEnd
-{
-    nCommit,
-    nRollBack
-};
-
-/// Runs work in a step of the model's History.
-void InStep(const TestModel& model, const std::function<void(History&)>& work, nEnd nHow = nEnd::nCommit)
-{
-    History* pHistory = nullptr;
-    Result result;
-    ASSERT_TRUE(History::BeginTransaction(model.GetID(), pHistory, result));
-    work(*pHistory);
-    if (nHow == nEnd::nRollBack)
-        result.SetErrorCode(Result::nFailure);
-    History::EndTransaction(pHistory, result, "Load");
-}
-
 std::string SaveAll(const std::vector<const Object*>& aObjects)
 {
     std::string strData;
@@ -48,7 +30,7 @@ TEST(MaterialArchive, HoldsABitmapOnceAndBringsItBackForEachTexture)
     EXPECT_EQ(strData.size(), first.GetSizeInBytes(false, false) + second.GetSizeInBytes(false, false) - 8);
 
     const TestModel loaded;
-    InStep(loaded,
+    InStep(loaded.GetID(),
            [&](History& history)
            {
                auto& a = history.Create<Texture>(BitmapReference(), false, "");
@@ -91,7 +73,7 @@ TEST(MaterialArchive, ReadsEveryMemberOfEachClassThatItWrote)
     const auto& level = *history.Get<Level>(model.nLevel);
     const std::string strData = SaveAll({&paint, &image, &keyed, &layer, &level});
     InStep(
-        model,
+        model.GetID(),
         [&](History&)
         {
             auto& newPaint = history.Create<Material>();
@@ -117,14 +99,14 @@ TEST(MaterialArchive, ReadsEveryMemberOfEachClassThatItWrote)
             EXPECT_EQ(newPaint.GetHScale(), 1.0);
             EXPECT_EQ(newPaint.GetAdditionalData(), aData);
         },
-        nEnd::nRollBack);
+        true);
     ExpectSound(model);
 }
 
 TEST(MaterialArchive, NamesWhatComesFromBeforeThereWereNames)
 {
     const TestModel model;
-    InStep(model,
+    InStep(model.GetID(),
            [&](History& history)
            {
                auto& texture =

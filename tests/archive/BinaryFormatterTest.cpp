@@ -344,29 +344,21 @@ namespace
 /// An object of the class of which no member has the value that it is to get.
 std::unique_ptr<Object> MakeBlank(nObjectType nType)
 {
-    switch (nType)
-    {
-    case nBodyType:
-        return std::make_unique<Body>();
-    case nLumpType:
-        return std::make_unique<Lump>();
-    case nShellType:
-        return std::make_unique<Shell>();
-    case nFaceType:
-        return std::make_unique<Face>(Plane());
-    case nLoopType:
-        return std::make_unique<Loop>();
-    case nCoedgeType:
-        return std::make_unique<Coedge>(false);
-    case nEdgeType:
-        return std::make_unique<Edge>();
-    case nVertexType:
-        return std::make_unique<Vertex>(Point3d(-7, -7, -7));
-    case nCircleAttributeType:
-        return std::make_unique<CircleAttribute>(-7.0, Point3d(-7, -7, -7), UnitVector3d(), UnitVector3d());
-    default:
-        return nullptr;
-    }
+    std::unique_ptr<Object> aBlanks[] = {
+        std::make_unique<Body>(),
+        std::make_unique<Lump>(),
+        std::make_unique<Shell>(),
+        std::make_unique<Face>(Plane()),
+        std::make_unique<Loop>(),
+        std::make_unique<Coedge>(false),
+        std::make_unique<Edge>(),
+        std::make_unique<Vertex>(Point3d(-7, -7, -7)),
+        std::make_unique<CircleAttribute>(-7.0, Point3d(-7, -7, -7), UnitVector3d(), UnitVector3d()),
+    };
+    for (std::unique_ptr<Object>& pBlank : aBlanks)
+        if (pBlank->GetType() == nType)
+            return std::move(pBlank);
+    return nullptr;
 }
 } // namespace
 

@@ -24,7 +24,7 @@ void MaskNumbers(std::string& strText, const std::string& strBefore, const std::
 std::string Dump(const TestModel& model, std::uint64_t nObject)
 {
     std::string strText = "left over";
-    EXPECT_TRUE(APIDebugObjectReadOnly(model.GetID(), nObject, strText).IsGood());
+    ExpectGood(APIDebugObjectReadOnly(model.GetID(), nObject, strText));
     return strText;
 }
 
@@ -43,20 +43,20 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     TestModel model;
     const std::uint64_t nFace = model.Polyline({{0, 0, 0}, {1234.5, 0, 0}, {0, 0.1, 0}}, true);
     std::uint64_t nBody = INVALID_ID;
-    EXPECT_TRUE(APICreateEmptyBody(model.GetID(), nBody).IsGood());
-    EXPECT_TRUE(APIAddFaceComponentToBody(model.GetID(), nFace, nBody).IsGood());
+    ExpectGood(APICreateEmptyBody(model.GetID(), nBody));
+    ExpectGood(APIAddFaceComponentToBody(model.GetID(), nFace, nBody));
 
     const std::uint64_t h = model.GetID();
     std::uint64_t nTexture = INVALID_ID;
     std::uint64_t nMaterial = INVALID_ID;
     std::uint64_t nKeyed = INVALID_ID;
     const StringPairs aData{{"gloss", "high"}};
-    EXPECT_TRUE(APICreateTexture(h, MakeJPEG('a'), true, nTexture, "grain").IsGood());
-    EXPECT_TRUE(APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, nullptr)
-                    .IsGood());
-    EXPECT_TRUE(APISetObjectsMaterial(h, {nFace}, nMaterial).IsGood());
-    EXPECT_TRUE(APIAddObjectsLayers(h, {MakeLayer(model, "floor")}, {nBody}).IsGood());
-    EXPECT_TRUE(APICreateStringAttribute(h, "fire class", "F90", {nFace}, nKeyed, nCopyShared, true).IsGood());
+    ExpectGood(APICreateTexture(h, MakeJPEG('a'), true, nTexture, "grain"));
+    ExpectGood(
+        APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, nullptr));
+    ExpectGood(APISetObjectsMaterial(h, {nFace}, nMaterial));
+    ExpectGood(APIAddObjectsLayers(h, {MakeLayer(model, "floor")}, {nBody}));
+    ExpectGood(APICreateStringAttribute(h, "fire class", "F90", {nFace}, nKeyed, nCopyShared, true));
 
     // Not the same everywhere: the id of the History, how much memory an object takes, and the number of a bitmap.
     std::string strText = Dump(model, nBody);
@@ -77,10 +77,10 @@ TEST(DebugDump, ListsWhatAnObjectReachesBelowByClass)
 
     const std::string strBody = Dump(model, model.GetIDs(nBodyType).front());
     std::size_t nAt = 0;
-    for (const char* pLine : {"1 object of type \"Body\":", "1 object of type \"Lump\":", "1 object of type \"Shell\":",
-                              "6 objects of type \"Face\":", "6 objects of type \"Loop\":",
-                              "24 objects of type \"Coedge\":", "12 objects of type \"Edge\":",
-                              "8 objects of type \"Vertex\":"})
+    for (const char* pLine :
+         {"1 object of type \"Body\":", "1 object of type \"Lump\":", "1 object of type \"Shell\":",
+          "6 objects of type \"Face\":", "6 objects of type \"Loop\":", "24 objects of type \"Coedge\":",
+          "12 objects of type \"Edge\":", "8 objects of type \"Vertex\":"})
     {
         nAt = strBody.find(std::string(54, '-') + '\n' + pLine, nAt);
         EXPECT_NE(nAt, std::string::npos) << pLine;
@@ -89,7 +89,7 @@ TEST(DebugDump, ListsWhatAnObjectReachesBelowByClass)
     for (const std::uint64_t nID : model.GetIDs(nUnspecifiedType))
     {
         const char* pName = nullptr;
-        EXPECT_TRUE(APIGetObjectNameReadOnly(model.GetID(), nID, pName).IsGood());
+        ExpectGood(APIGetObjectNameReadOnly(model.GetID(), nID, pName));
         EXPECT_EQ(Count(strBody, '\n' + std::string(pName) + '-' + std::to_string(nID) + " ("), 1u);
         EXPECT_NE(strBody.find(std::string("of type \"") + pName + '"'), std::string::npos);
     }
@@ -120,17 +120,15 @@ TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
     const std::uint64_t h = model.GetID();
     const std::array<Point3d, 4> aCorners{Point3d(1234.5, 0, 0), Point3d(1, -2, 0), Point3d(1, 2, 3), Point3d(0, 1, 0)};
     std::uint64_t nPhoto = INVALID_ID;
-    EXPECT_TRUE(APICreateSatelliteImageObject(h, "photo", INVALID_ID, 0.25f, false, aCorners, {47.5, 8.25}, {1, 2},
-                                              {6400, 4800}, nPhoto)
-                    .IsGood());
-    EXPECT_TRUE(APISetLevelsData(h, {model.nLevel}, {{"roof", 1234.5}}).IsGood());
-    EXPECT_TRUE(APISetLocalCoordinateSystem(h, Transf3d(Point3d(1000, 2, 3))).IsGood());
-    EXPECT_TRUE(APISetOstrelModelInformation(h, "tower", "one", "two", "").IsGood());
+    ExpectGood(APICreateSatelliteImageObject(h, "photo", INVALID_ID, 0.25f, false, aCorners, {47.5, 8.25}, {1, 2},
+                                             {6400, 4800}, nPhoto));
+    ExpectGood(APISetLevelsData(h, {model.nLevel}, {{"roof", 1234.5}}));
+    ExpectGood(APISetLocalCoordinateSystem(h, Transf3d(Point3d(1000, 2, 3))));
+    ExpectGood(APISetOstrelModelInformation(h, "tower", "one", "two", ""));
     const StringPairs aData{{"gloss", "high"}, {"grain", "fine"}};
     const TexturePairs aTextures{{"bump", model.nTexture}};
-    EXPECT_TRUE(
-        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 0.1, 2000, INVALID_ID, nullptr, nullptr, &aData, &aTextures)
-            .IsGood());
+    ExpectGood(
+        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 0.1, 2000, INVALID_ID, nullptr, nullptr, &aData, &aTextures));
 
     const auto get = [&](nObjectType nType) { return model.GetIDs(nType).front(); };
     const auto expect = [&](std::uint64_t nObject, const std::string& strAttributes, const std::string& strFields)

@@ -1,4 +1,5 @@
 #include "exchange/PlacedObjects.h"
+#include "support/BadNumbers.h"
 #include "support/CommaLocale.h"
 #include "support/PolygonModel.h"
 #include "support/TemporaryFile.h"
@@ -15,7 +16,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
 using ExcludedIDs = std::vector<ObjectHistoryID>;
 
 Result Save(History& history, const IDs& aObjects, const TemporaryFile& file, double dScale = 1.0,
@@ -77,7 +77,7 @@ std::vector<STLFacet> Write(History& history, const IDs& aObjects, double dScale
                             const ExcludedIDs& aExcluded = {})
 {
     TemporaryFile file("written.stl");
-    EXPECT_TRUE(Save(history, aObjects, file, dScale, aExcluded).IsGood());
+    ExpectGood(Save(history, aObjects, file, dScale, aExcluded));
     return ParseSTL(file.Read());
 }
 
@@ -122,15 +122,12 @@ Body& AddBlockWithSplitEdges(PolygonModel& model, const Frame& at, int nSplits)
             outline.push_back(at(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, a.z + (b.z - a.z) * t));
         }
     };
-    constexpr std::array<std::array<int, 4>, 6> kSides{
-        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
-    const auto corner = [](int n) { return Point3d(n & 1 ? 4 : 0, n & 2 ? 2 : 0, n & 4 ? 1 : 0); };
     std::vector<Face*> aFaces;
-    for (const auto& side : kSides)
+    for (const Polygon& side : GetBlockOutlines(GetFrames()[0], {0, 0, 0}, {4, 2, 1}))
     {
         Polygon outline;
         for (std::size_t n = 0; n < 4; ++n)
-            run(corner(side[n]), corner(side[(n + 1) % 4]), outline);
+            run(side[n], side[(n + 1) % 4], outline);
         aFaces.push_back(&model.AddFace(outline));
     }
     return model.AddBody({aFaces});
@@ -141,13 +138,9 @@ TEST(WriteSTL, WritesTheWholeFileToTheLetter)
 {
     const CommaLocale commas;
     PolygonModel model;
-    std::uint64_t nFace = INVALID_ID;
-    {
-        Step step(model);
-        nFace = model.AddFace({{0, 0, 1234.1}, {1.0 / 3.0, 0, 1234.1}, {0, -2e20, 1234.1}}).GetID();
-    }
+    const std::uint64_t nFace = model.AddFace({{0, 0, 1234.1}, {1.0 / 3.0, 0, 1234.1}, {0, -2e20, 1234.1}}).GetID();
     TemporaryFile file("triangle.stl");
-    EXPECT_TRUE(Save(model.GetHistory(), {nFace}, file).IsGood());
+    ExpectGood(Save(model.GetHistory(), {nFace}, file));
     EXPECT_EQ(file.Read(), "solid model\n"
                            "facet normal 0 0 -1\n"
                            "outer loop\n"
@@ -167,14 +160,10 @@ TEST(WriteSTL, WritesAClosedSurfaceOfABody)
         {
             SCOPED_TRACE(frame.pName + std::string(" scaled by ") + std::to_string(dScale));
             PolygonModel model;
-            IDs aObjects;
-            {
-                Step step(model);
-                // A room in a block: the shell of the room looks inward.
-                auto aOuter = model.AddBlockFaces(frame, {0, 0, 0}, {4, 3, 2});
-                auto aVoid = model.AddBlockFaces(frame, {1, 1, 0.5}, {3, 2, 1.5}, true);
-                aObjects.push_back(model.AddBody({aOuter, aVoid}).GetID());
-            }
+            // A room in a block: the shell of the room looks inward.
+            const Body& body = model.AddBody({model.AddBlockFaces(frame, {0, 0, 0}, {4, 3, 2}),
+                                              model.AddBlockFaces(frame, {1, 1, 0.5}, {3, 2, 1.5}, true)});
+            const IDs aObjects{body.GetID()};
             const auto aFacets = Write(model.GetHistory(), aObjects, dScale);
             EXPECT_EQ(aFacets.size(), 24u);
             ExpectClosedSolid(aFacets, (24 - 2) * std::pow(std::abs(dScale), 3));
@@ -188,11 +177,7 @@ TEST(WriteSTL, WritesNoTriangleWithoutAreaWhereEdgesAreSplit)
         {
             SCOPED_TRACE(frame.pName + std::string(", parts of an edge ") + std::to_string(nSplits));
             PolygonModel model;
-            IDs aObjects;
-            {
-                Step step(model);
-                aObjects.push_back(AddBlockWithSplitEdges(model, frame, nSplits).GetID());
-            }
+            const IDs aObjects{AddBlockWithSplitEdges(model, frame, nSplits).GetID()};
             ExpectSound(model.GetHistory());
             const auto aFacets = Write(model.GetHistory(), aObjects);
             EXPECT_EQ(aFacets.size(), 6u * (4 * nSplits - 2));
@@ -206,13 +191,9 @@ TEST(WriteSTL, GivesNarrowTrianglesTheNormalThatTheirRoundedCornersShow)
 {
     // A wall 4 mm wide, 3 km away: single precision moves its corners by up to 0.1 mm.
     PolygonModel model;
-    std::uint64_t nFace = INVALID_ID;
     const Point3d a(3000.0001, 2000.0002, 0);
     const Point3d b(3000.0023, 2000.0036, 0);
-    {
-        Step step(model);
-        nFace = model.AddFace({a, b, {b.x, b.y, 9}, {a.x, a.y, 9}}).GetID();
-    }
+    const std::uint64_t nFace = model.AddFace({a, b, {b.x, b.y, 9}, {a.x, a.y, 9}}).GetID();
     const auto round = [](const Point3d& p) { return Point3d(float(p.x), float(p.y), float(p.z)); };
     const auto aFacets = Write(model.GetHistory(), {nFace});
     EXPECT_EQ(aFacets.size(), 2u);
@@ -228,21 +209,12 @@ TEST(WriteSTL, LeavesOutWhatIsExcludedAndWritesEverythingElseOnce)
     PolygonModel model;
     History& history = model.GetHistory();
     IDs aFaces;
-    std::uint64_t nBody = INVALID_ID;
-    std::uint64_t nFree = INVALID_ID;
-    std::uint64_t nEdge = INVALID_ID;
-    {
-        Step step(model);
-        nBody = model.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1}).GetID();
-        nFree = model.AddFace({{5, 0, 0}, {6, 0, 0}, {5, 1, 0}}).GetID();
-        nEdge = model.AddEdge({7, 0, 0}, {8, 0, 0}).GetID();
-    }
+    const std::uint64_t nBody = model.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1}).GetID();
+    const std::uint64_t nFree = model.AddFace({{5, 0, 0}, {6, 0, 0}, {5, 1, 0}}).GetID();
+    const std::uint64_t nEdge = model.AddEdge({7, 0, 0}, {8, 0, 0}).GetID();
     APIGetBodyFacesReadOnly(history.GetID(), nBody, aFaces);
     PolygonModel other; // ids of another History name nothing here
-    {
-        Step step(other);
-        other.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1});
-    }
+    other.AddBlock(GetFrames()[0], {0, 0, 0}, {1, 1, 1});
     const auto id = [&](std::uint64_t nObject) { return ObjectHistoryID{history.GetID(), nObject}; };
     struct Row
     {
@@ -267,29 +239,15 @@ TEST(WriteSTL, LeavesOutWhatIsExcludedAndWritesEverythingElseOnce)
 
 TEST(WriteSTL, WritesTheSameBytesUnderADecimalComma)
 {
-    class DecimalComma : public std::numpunct<char>
-    {
-    protected:
-        char do_decimal_point() const override { return ','; }
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
     PolygonModel model;
-    std::uint64_t nBody = INVALID_ID;
-    {
-        Step step(model);
-        nBody = model.AddBlock(GetFrames()[2], {0, 0, 0}, {1000.25, 1, 1}).GetID();
-    }
+    const std::uint64_t nBody = model.AddBlock(GetFrames()[2], {0, 0, 0}, {1000.25, 1, 1}).GetID();
     TemporaryFile plain("plain.stl");
     TemporaryFile comma("comma.stl");
-    EXPECT_TRUE(Save(model.GetHistory(), {nBody}, plain).IsGood());
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
-    const std::string strNumericBefore = std::setlocale(LC_NUMERIC, nullptr);
-    std::setlocale(LC_NUMERIC, "de_DE.UTF-8"); // has no effect where it is not installed
-    const Result result = Save(model.GetHistory(), {nBody}, comma);
-    std::locale::global(before);
-    std::setlocale(LC_NUMERIC, strNumericBefore.c_str());
-    EXPECT_TRUE(result.IsGood());
+    ExpectGood(Save(model.GetHistory(), {nBody}, plain));
+    {
+        const CommaLocale commas;
+        ExpectGood(Save(model.GetHistory(), {nBody}, comma));
+    }
     EXPECT_EQ(comma.Read(), plain.Read());
     EXPECT_NE(plain.Read().find("8000"), std::string::npos);
 }
@@ -298,20 +256,11 @@ TEST(APISaveToFileReadOnly, RefusesWhatItCannotSaveAndTouchesNoFile)
 {
     PolygonModel model;
     History& history = model.GetHistory();
-    std::uint64_t nFace = INVALID_ID;
-    std::uint64_t nDead = INVALID_ID;
-    {
-        Step step(model);
-        nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
-        nDead = model.AddEdge({4, 0, 0}, {5, 0, 0}).GetID();
-    }
-    {
-        Step step(model);
-        history.Get<Edge>(nDead)->Delete();
-    }
+    const std::uint64_t nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
+    const std::uint64_t nDead = model.AddEdge({4, 0, 0}, {5, 0, 0}).GetID();
+    InStep(model, [&] { history.Get<Edge>(nDead)->Delete(); });
     TemporaryFile file("refused.stl");
     const std::string strPath = file.GetPath();
-    const double dNaN = std::nan("");
     struct Row
     {
         const char* pName;
@@ -334,7 +283,7 @@ TEST(APISaveToFileReadOnly, RefusesWhatItCannotSaveAndTouchesNoFile)
                            Row{"unknown object", nHistory, {nFace, 1000000}, pPath, nFileTypeSTL, 1.0, kBad},
                            Row{"no object", nHistory, {INVALID_ID}, pPath, nFileTypeSTL, 1.0, kBad},
                            Row{"scale 0", nHistory, {nFace}, pPath, nFileTypeSTL, 0.0, kBad},
-                           Row{"scale that is no number", nHistory, {nFace}, pPath, nFileTypeSTL, dNaN, kBad},
+                           Row{"scale that is no number", nHistory, {nFace}, pPath, nFileTypeSTL, kNaN, kBad},
                            Row{"endless scale", nHistory, {nFace}, pPath, nFileTypeSTL, INFINITY, kBad},
                            Row{"JSON mesh", nHistory, {nFace}, pPath, nFileTypeJSONMesh, 1.0, kBad},
                            Row{"type 5", nHistory, {nFace}, pPath, nFileType(5), 1.0, kBad},
@@ -345,18 +294,15 @@ TEST(APISaveToFileReadOnly, RefusesWhatItCannotSaveAndTouchesNoFile)
         EXPECT_EQ(result.GetErrorCode(), row.nExpected) << row.pName;
         EXPECT_FALSE(file.Exists()) << row.pName;
     }
-    EXPECT_TRUE(Save(history, {nFace}, file).IsGood());
+    ExpectGood(Save(history, {nFace}, file));
     EXPECT_TRUE(file.Exists());
 }
 
 TEST(APISaveToFileReadOnly, FailsWhereTheFileCannotBeWritten)
 {
     PolygonModel model;
-    std::uint64_t nBody = INVALID_ID;
-    {
-        Step step(model);
-        nBody = AddBlockWithSplitEdges(model, GetFrames()[0], 500).GetID(); // more than the stream holds back
-    }
+    // More than the stream holds back.
+    const std::uint64_t nBody = AddBlockWithSplitEdges(model, GetFrames()[0], 500).GetID();
     IDs aFaces;
     APIGetBodyFacesReadOnly(model.GetHistory().GetID(), nBody, aFaces);
     const std::string strNowhere = testing::TempDir() + "/no such directory/a.stl";
@@ -378,22 +324,17 @@ TEST(APISaveToFileReadOnly, FailsWhereTheFileCannotBeWritten)
 TEST(APISaveToFileReadOnly, StandsInTheJournalAsAQuery)
 {
     PolygonModel model;
-    std::uint64_t nFace = INVALID_ID;
-    {
-        Step step(model);
-        nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
-    }
+    const std::uint64_t nFace = model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}).GetID();
     const std::uint64_t nHistory = model.GetHistory().GetID();
     TemporaryFile journal("journal.txt");
     TemporaryFile file("journaled.stl");
     // Journaling starts on no History, so that none is saved beside the journal.
-    EXPECT_TRUE(APIEnableJournaling(INVALID_ID, journal.GetPath()).IsGood());
-    EXPECT_TRUE(APIEnableJournalingTypes({"QRVReadOnly"}, true).IsGood());
-    EXPECT_TRUE(APISaveToFileReadOnly(nHistory, {nFace}, file.GetPath().c_str(), nFileTypeSTL, true, 0.5, {}, {{1, 2}})
-                    .IsGood());
+    ExpectGood(APIEnableJournaling(INVALID_ID, journal.GetPath()));
+    ExpectGood(APIEnableJournalingTypes({"QRVReadOnly"}, true));
+    ExpectGood(APISaveToFileReadOnly(nHistory, {nFace}, file.GetPath().c_str(), nFileTypeSTL, true, 0.5, {}, {{1, 2}}));
     EXPECT_FALSE(APISaveToFileReadOnly(nHistory, {}, nullptr, nFileTypeSTL, false, 1.0, {}, {}).IsGood());
-    EXPECT_TRUE(APIEnableJournalingTypes({"QRV"}, false).IsGood());
-    EXPECT_TRUE(APIDisableJournaling().IsGood());
+    ExpectGood(APIEnableJournalingTypes({"QRV"}, false));
+    ExpectGood(APIDisableJournaling());
     const std::string strHistory = std::to_string(nHistory) + "/*Unknown History ID*/";
     const std::string strText = journal.Read();
     const std::string strFirst = "    QRV.APISaveToFileReadOnly(" + strHistory + ", [" + std::to_string(nFace) +

@@ -10,8 +10,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 std::string ToText(std::uint64_t nID)
 {
     return nID == INVALID_ID ? "-" : std::to_string(nID);
@@ -59,18 +57,6 @@ protected:
     using Words = std::vector<std::string>;
 
     std::uint64_t GetID() const { return m_model.GetID(); }
-    IDs GetDeltas() const
-    {
-        IDs aIDs;
-        APIGetAllHistoryDeltasReadOnly(GetID(), aIDs);
-        return aIDs;
-    }
-    std::uint64_t GetActive() const
-    {
-        std::uint64_t nID = 0;
-        APIGetIdOfActiveDeltaReadOnly(GetID(), nID);
-        return nID;
-    }
     Result DrawMore() { return APIConnectPoint3ds(GetID(), {1, 1, 0}, {double(++m_nDrawn), 5, 0}); }
 
     TestModel m_model;
@@ -80,7 +66,6 @@ protected:
     std::function<void()> m_atWord;
     int m_nDrawn = 0;
 };
-} // namespace
 
 TEST_F(CallFrame, TellsOfEveryStepWithinStartAndEnd)
 {
@@ -145,11 +130,11 @@ TEST_F(CallFrame, RefusesChangesOfAHistoryThatIsBusy)
             EXPECT_EQ(result.GetErrorString(), "History " + std::to_string(GetID()) + " operation failed.");
         EXPECT_EQ(nID, GetID());
         bool bLive = false;
-        EXPECT_TRUE(APIIsHistoryLiveReadOnly(nID, bLive).IsGood());
+        ExpectGood(APIIsHistoryLiveReadOnly(nID, bLive));
         EXPECT_TRUE(bLive);
         std::uint64_t nVertex = INVALID_ID;
-        EXPECT_TRUE(APICreateVertex(nOther, {1, 2, 3}, nVertex).IsGood());
-        EXPECT_TRUE(APIUndoHistory(nOther).IsGood());
+        ExpectGood(APICreateVertex(nOther, {1, 2, 3}, nVertex));
+        ExpectGood(APIUndoHistory(nOther));
     };
     const std::pair<const char*, std::function<Result()>> aCalls[] = {
         {"0 model", [&] { return DrawMore(); }},
@@ -162,7 +147,7 @@ TEST_F(CallFrame, RefusesChangesOfAHistoryThatIsBusy)
         SCOPED_TRACE(pWord);
         m_strAtWord = pWord;
         m_atWord = callBack;
-        EXPECT_TRUE(call().IsGood());
+        ExpectGood(call());
         EXPECT_FALSE(m_atWord) << "never called back";
         EXPECT_FALSE(m_model.GetHistory().IsBusy());
         ExpectSound(m_model);
@@ -171,17 +156,17 @@ TEST_F(CallFrame, RefusesChangesOfAHistoryThatIsBusy)
     std::uint64_t nSame = GetID();
     m_strAtWord = "5 model";
     m_atWord = callBack;
-    EXPECT_TRUE(APICreateHistory(nSame, true).IsGood());
+    ExpectGood(APICreateHistory(nSame, true));
     EXPECT_FALSE(m_atWord);
     EXPECT_EQ(nSame, GetID());
-    EXPECT_TRUE(GetDeltas().empty());
+    EXPECT_TRUE(m_model.GetDeltas().empty());
     m_strAtWord = "end";
     m_atWord = [&] { EXPECT_TRUE(DrawMore().IsGood()); };
-    EXPECT_TRUE(APIUndoHistory(GetID()).IsGood());
-    EXPECT_EQ(GetActive(), 1u);
+    ExpectGood(APIUndoHistory(GetID()));
+    EXPECT_EQ(m_model.GetActiveDelta(), 1u);
     m_strAtWord = "5 other";
     m_atWord = [&] { EXPECT_EQ(APIDeleteHistory(nOther).GetErrorCode(), Result::nHistoryOperationFailed); };
-    EXPECT_TRUE(APIDeleteHistory(nOther).IsGood());
+    ExpectGood(APIDeleteHistory(nOther));
     EXPECT_EQ(APIDeleteHistory(nOther).GetErrorCode(), Result::nBadHistoryID);
 }
 
@@ -204,22 +189,22 @@ TEST_F(CallFrame, TurnsWhatTheHostThrowsIntoACode)
     EXPECT_EQ(callThrowing("start", draw), Result::nCaughtException);
     EXPECT_EQ(callThrowing("start", undo), Result::nCaughtException);
     EXPECT_EQ(m_model.Describe(), strBefore);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2}));
     // At the end: settled already.
     EXPECT_EQ(callThrowing("end", draw), Result::nOK);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3}));
     // When told of a step: the step stands.
     EXPECT_EQ(callThrowing("0 model", draw), Result::nCaughtException);
-    EXPECT_EQ(GetActive(), 4u);
+    EXPECT_EQ(m_model.GetActiveDelta(), 4u);
     EXPECT_EQ(callThrowing("-1 model", undo), Result::nCaughtException);
-    EXPECT_EQ(GetActive(), 3u);
+    EXPECT_EQ(m_model.GetActiveDelta(), 3u);
     EXPECT_EQ(callThrowing("8 model", draw), Result::nCaughtException);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3})) << "the redo branch is gone, and nothing drawn";
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3})) << "the redo branch is gone, and nothing drawn";
     // When told of the end of a History: it lives on.
     EXPECT_EQ(callThrowing("5 model", [&] { return APIDeleteHistory(GetID()); }), Result::nCaughtException);
     std::uint64_t nSame = GetID();
     EXPECT_EQ(callThrowing("5 model", [&] { return APICreateHistory(nSame, true); }), Result::nCaughtException);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3}));
     EXPECT_TRUE(DrawMore().IsGood());
     ExpectUndoRedoRestores(m_model);
 }
@@ -276,19 +261,17 @@ TEST_F(CallFrame, LooksForTheHistoryWhenTheStartHookHasRun)
     m_strAtWord = "start";
     m_atWord = [&] { EXPECT_TRUE(DrawMore().IsGood()); };
     EXPECT_TRUE(DrawMore().IsGood());
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3, 4}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3, 4}));
     std::uint64_t nOther = INVALID_ID;
     const std::function<Result()> aCalls[] = {
-        [&] {
-            return APIConnectPoint3ds(nOther, {0, 0, 0}, {1, 0, 0});
-        },
+        [&] { return APIConnectPoint3ds(nOther, Point3d(), Point3d(1, 1, 1)); },
         [&] { return APIUndoHistory(nOther); },
         [&] { return APIDeleteHistory(nOther); },
     };
     for (const auto& call : aCalls)
     {
         APICreateHistory(nOther, true);
-        m_atWord = [&] { EXPECT_TRUE(APIDeleteHistory(nOther).IsGood()); };
+        m_atWord = [&] { ExpectGood(APIDeleteHistory(nOther)); };
         EXPECT_EQ(call().GetErrorCode(), Result::nBadHistoryID);
         EXPECT_FALSE(m_atWord);
         nOther = INVALID_ID;
@@ -321,9 +304,10 @@ TEST_F(CallFrame, KeepsTheHooksItHasWhenOthersCannotBeTaken)
     EXPECT_TRUE(DrawMore().IsGood());
     EXPECT_EQ(GetHeard().size(), 3u);
     // The second registration wins wholly.
-    EXPECT_TRUE(APIRegisterProgressCallbacksReadOnly([this](const std::string&) { Hear("start"); }, {}, {}).IsGood());
-    EXPECT_TRUE(APIRegisterModelChangedCallbackReadOnly({}).IsGood());
+    ExpectGood(APIRegisterProgressCallbacksReadOnly([this](const std::string&) { Hear("start"); }, {}, {}));
+    ExpectGood(APIRegisterModelChangedCallbackReadOnly({}));
     EXPECT_TRUE(DrawMore().IsGood());
     EXPECT_EQ(GetHeard(), Words{"start"});
 }
+} // namespace
 } // namespace QRV

@@ -69,7 +69,7 @@ TEST(Line3d, CoincidesWithASlackThatGrowsWithTheOrigin)
     EXPECT_FALSE(Line3d::kXAxis.isEqual(Line3d(Point3d(0, 1.1e-6, 0), Vector3d(1, 0, 0))));
 }
 
-std::vector<Point3d> Polygon(const Transf3d& place, std::initializer_list<Point3d> points)
+std::vector<Point3d> Placed(const Transf3d& place, std::initializer_list<Point3d> points)
 {
     std::vector<Point3d> aPoints;
     for (const Point3d& p : points)
@@ -89,7 +89,7 @@ TEST(Plane, OfAPolygonFollowsItsWinding)
         for (const double dAway : {0.0, 1e6})
         {
             const Transf3d place = Transf3d::translation(Vector3d(dAway, -dAway, dAway)) * random.Rigid();
-            std::vector<Point3d> aPoints = Polygon(place, shape);
+            std::vector<Point3d> aPoints = Placed(place, shape);
             const Vector3d expected = place.zDir();
             const Plane plane(aPoints.data(), aPoints.size());
             EXPECT_LT(Vector3d(plane.normal).dist(expected), dAway > 0 ? 3e-9 : 1e-14) << aPoints.size();

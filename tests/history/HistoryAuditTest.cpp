@@ -72,7 +72,7 @@ protected:
     std::vector<std::string> Audit() const
     {
         std::vector<Result> aResults{Result()};
-        EXPECT_TRUE(APICheckHistoryValidityReadOnly(m_model.GetID(), aResults).IsGood());
+        ExpectGood(APICheckHistoryValidityReadOnly(m_model.GetID(), aResults));
         std::vector<std::string> aFound;
         for (std::size_t n = 1; n < aResults.size(); ++n)
             aFound.push_back(aResults[n].GetErrorString());
@@ -87,7 +87,6 @@ protected:
 
     TestModel m_model;
 };
-} // namespace
 
 TEST_F(HistoryAuditOf, TreesMissesWhatLeftThem)
 {
@@ -129,8 +128,8 @@ TEST_F(HistoryAuditOf, StepsFindsWhatTheyListAndTheObjectsDoNot)
     // An id without any record.
     m_model.Line({9, 9, 9}, {8, 9, 9});
     const std::uint64_t nGone = m_model.GetIDs(nVertexType).back();
-    EXPECT_TRUE(APIUndoHistory(m_model.GetID()).IsGood());
-    EXPECT_TRUE(APIDeleteAllRedoHistory(m_model.GetID(), false).IsGood());
+    ExpectGood(APIUndoHistory(m_model.GetID()));
+    ExpectGood(APIDeleteAllRedoHistory(m_model.GetID(), false));
     aIDs.push_back(nGone);
     EXPECT_EQ(Audit(), Findings{"Object " + ThisObject(nGone) + " has NULL ObjectHistory."});
     aIDs.pop_back();
@@ -195,11 +194,12 @@ TEST_F(HistoryAuditOf, OneObjectLooksBelowIt)
     auto& vertex = GetFirst<Vertex>(nVertexType);
     vertex.IncrementUse();
     std::vector<Result> aResults;
-    EXPECT_TRUE(APICheckValidityReadOnly(m_model.GetID(), m_model.GetIDs(nBodyType).front(), aResults).IsGood());
+    ExpectGood(APICheckValidityReadOnly(m_model.GetID(), m_model.GetIDs(nBodyType).front(), aResults));
     EXPECT_EQ(aResults.size(), 1u);
-    EXPECT_TRUE(APICheckValidityReadOnly(m_model.GetID(), m_model.GetIDs(nVertexType).back(), aResults).IsGood());
+    ExpectGood(APICheckValidityReadOnly(m_model.GetID(), m_model.GetIDs(nVertexType).back(), aResults));
     EXPECT_EQ(aResults.size(), 1u);
     EXPECT_EQ(APICheckValidityReadOnly(m_model.GetID(), 1000000, aResults).GetErrorCode(), Result::nBadInput);
     GetHistory().Rollback();
 }
+} // namespace
 } // namespace QRV

@@ -8,8 +8,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 std::uint64_t Create(std::uint64_t nWanted, bool bNonTemporary, unsigned nCode = 0)
 {
     std::uint64_t nID = nWanted;
@@ -21,7 +19,7 @@ std::uint64_t Create(std::uint64_t nWanted, bool bNonTemporary, unsigned nCode =
 IDs GetAll(bool bTemporaryToo)
 {
     IDs aIDs;
-    EXPECT_TRUE(APIGetAllHistoriesReadOnly(aIDs, bTemporaryToo).IsGood());
+    ExpectGood(APIGetAllHistoriesReadOnly(aIDs, bTemporaryToo));
     return aIDs;
 }
 
@@ -29,14 +27,13 @@ IDs GetAll(bool bTemporaryToo)
 class HistoryRegistryCalls : public testing::Test
 {
 protected:
-    HistoryRegistryCalls() { EXPECT_TRUE(APIDeleteAllHistories().IsGood()); }
+    HistoryRegistryCalls() { ExpectGood(APIDeleteAllHistories()); }
     ~HistoryRegistryCalls() override
     {
         HistoryRegistry::Get().SetModelChangedCallback(nullptr);
-        EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+        ExpectGood(APIDeleteAllHistories());
     }
 };
-} // namespace
 
 TEST_F(HistoryRegistryCalls, GiveIDsInTurn)
 {
@@ -48,13 +45,13 @@ TEST_F(HistoryRegistryCalls, GiveIDsInTurn)
     EXPECT_EQ(GetAll(false), (IDs{0, 7, 42, 43}));
     EXPECT_EQ(GetAll(true), (IDs{0, 1, 7, 42, 43}));
     bool bAnswer = true;
-    EXPECT_TRUE(APIIsHistoryNonTemporaryReadOnly(1, bAnswer).IsGood());
+    ExpectGood(APIIsHistoryNonTemporaryReadOnly(1, bAnswer));
     EXPECT_FALSE(bAnswer);
-    EXPECT_TRUE(APIIsHistoryLiveReadOnly(INVALID_ID, bAnswer).IsGood());
+    ExpectGood(APIIsHistoryLiveReadOnly(INVALID_ID, bAnswer));
     EXPECT_FALSE(bAnswer);
     for (const std::uint64_t nBad : {std::uint64_t(0xFFFFFFFE), std::uint64_t(0xFFFFFFFF), INVALID_ID - 1})
         Create(nBad, true, Result::nBadInput);
-    EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+    ExpectGood(APIDeleteAllHistories());
     EXPECT_TRUE(GetAll(true).empty());
     EXPECT_EQ(Create(INVALID_ID, true), 0u);
     EXPECT_EQ(Create(0xFFFFFFFD, true), 0xFFFFFFFDu);
@@ -69,12 +66,12 @@ TEST_F(HistoryRegistryCalls, ReplaceButNeverALastingModelByAScratchOne)
     const auto draw = [](std::uint64_t h)
     {
         std::uint64_t nVertex = INVALID_ID;
-        EXPECT_TRUE(APICreateVertex(h, {1, 2, 3}, nVertex).IsGood());
+        ExpectGood(APICreateVertex(h, {1, 2, 3}, nVertex));
     };
     const auto isEmpty = [](std::uint64_t h)
     {
         bool bLive = true;
-        EXPECT_TRUE(APIIsObjectLiveReadOnly(h, 0, bLive).IsGood());
+        ExpectGood(APIIsObjectLiveReadOnly(h, 0, bLive));
         return !bLive;
     };
     const std::uint64_t nLasting = Create(INVALID_ID, true);
@@ -96,26 +93,25 @@ TEST_F(HistoryRegistryCalls, ReplaceButNeverALastingModelByAScratchOne)
 TEST_F(HistoryRegistryCalls, RenameAHistoryWithAllItsStates)
 {
     const std::uint64_t nOld = Create(5, true);
-    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}).IsGood());
-    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {0, 1, 0}).IsGood());
-    EXPECT_TRUE(APIUndoHistory(nOld).IsGood());
+    ExpectGood(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}));
+    ExpectGood(APIConnectPoint3ds(nOld, {0, 0, 0}, {0, 1, 0}));
+    ExpectGood(APIUndoHistory(nOld));
     std::uint64_t nID = nOld;
-    EXPECT_TRUE(APIChangeHistoryID(nID).IsGood());
+    ExpectGood(APIChangeHistoryID(nID));
     EXPECT_EQ(nID, 6u);
     bool bLive = false;
     EXPECT_EQ(APIIsObjectLiveReadOnly(nOld, 0, bLive).GetErrorCode(), Result::nBadHistoryID);
-    EXPECT_TRUE(APIIsObjectLiveReadOnly(nID, 0, bLive).IsGood());
+    ExpectGood(APIIsObjectLiveReadOnly(nID, 0, bLive));
     EXPECT_TRUE(bLive);
     std::uint64_t nUnknown = 77;
     EXPECT_EQ(APIChangeHistoryID(nUnknown).GetErrorCode(), Result::nBadHistoryID);
     EXPECT_EQ(nUnknown, 77u);
     History& history = *HistoryRegistry::Get().GetHistory(6);
-    EXPECT_TRUE(APIRedoHistory(6).IsGood());
-    ExpectSound(history);
+    ExpectGood(APIRedoHistory(6));
     ExpectUndoRedoRestores(history);
     IDs aReached{9};
-    EXPECT_TRUE(APIGetAllReachableHistoriesReadOnly(6, true, aReached).IsGood());
-    EXPECT_TRUE(APIGetAllReachableHistoriesReadOnly(6, false, aReached).IsGood());
+    ExpectGood(APIGetAllReachableHistoriesReadOnly(6, true, aReached));
+    ExpectGood(APIGetAllReachableHistoriesReadOnly(6, false, aReached));
     EXPECT_EQ(aReached, (IDs{9, 6, 6}));
 }
 
@@ -133,7 +129,7 @@ TEST_F(HistoryRegistryCalls, EndAllTellingOfEachAndSurviveWhatCallbacksDo)
             EXPECT_TRUE(GetAll(true).empty()) << "they are gone for all who ask";
             EXPECT_EQ(Create(INVALID_ID, true), 4u);
         });
-    EXPECT_TRUE(APIDeleteAllHistories().IsGood());
+    ExpectGood(APIDeleteAllHistories());
     EXPECT_EQ(aHeard, (std::vector<std::pair<int, std::uint64_t>>{{7, INVALID_ID}, {5, 1}, {5, 3}}));
     EXPECT_EQ(GetAll(true), IDs{4});
     HistoryRegistry::Get().SetModelChangedCallback([](const ModelChangeData&) { throw std::runtime_error("host"); });
@@ -147,7 +143,7 @@ TEST_F(HistoryRegistryCalls, EndAllTellingOfEachAndSurviveWhatCallbacksDo)
 TEST_F(HistoryRegistryCalls, MakeAHistoryWhollyOrNotAtAll)
 {
     const std::uint64_t nOld = Create(0, true);
-    EXPECT_TRUE(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}).IsGood());
+    ExpectGood(APIConnectPoint3ds(nOld, {0, 0, 0}, {1, 0, 0}));
     for (const std::uint64_t nWanted : {INVALID_ID, nOld})
         for (std::size_t nGranted = 0;; ++nGranted)
         {
@@ -165,7 +161,7 @@ TEST_F(HistoryRegistryCalls, MakeAHistoryWhollyOrNotAtAll)
             EXPECT_EQ(result.GetErrorCode(), Result::nCaughtException);
             EXPECT_EQ(nID, nWanted);
             bool bLive = false;
-            EXPECT_TRUE(APIIsObjectLiveReadOnly(nOld, 0, bLive).IsGood());
+            ExpectGood(APIIsObjectLiveReadOnly(nOld, 0, bLive));
             EXPECT_TRUE(bLive) << "the old one went before the new one stood";
         }
 }
@@ -174,29 +170,30 @@ TEST_F(HistoryRegistryCalls, WeighAHistory)
 {
     const std::uint64_t h = Create(INVALID_ID, true);
     std::uint64_t nEmpty = 0;
-    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nEmpty, false).IsGood());
+    ExpectGood(APIGetMemorySizeReadOnly(h, nEmpty, false));
     EXPECT_GE(nEmpty, 384u);
     std::uint64_t nBefore = nEmpty;
     for (int n = 0; n < 300; ++n)
     {
-        EXPECT_TRUE(APIConnectPoint3ds(h, {double(n), 0, 0}, {double(n + 1), 0, 0}).IsGood());
+        ExpectGood(APIConnectPoint3ds(h, {double(n), 0, 0}, {double(n + 1), 0, 0}));
         std::uint64_t nAll = 0;
         std::uint64_t nActive = 0;
-        EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nAll, false).IsGood());
-        EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nActive, true).IsGood());
+        ExpectGood(APIGetMemorySizeReadOnly(h, nAll, false));
+        ExpectGood(APIGetMemorySizeReadOnly(h, nActive, true));
         EXPECT_GT(nAll, nBefore);
         EXPECT_LT(nActive, nAll);
         nBefore = nAll;
     }
     EXPECT_LT(nBefore - nEmpty, 300 * 1000u);
     // Undone and thrown away, without the ids: nothing may weigh more as it stands than with its past.
-    EXPECT_TRUE(APIUndoHistoryToDelta(h, INVALID_ID).IsGood());
-    EXPECT_TRUE(APIDeleteAllRedoHistory(h, false).IsGood());
+    ExpectGood(APIUndoHistoryToDelta(h, INVALID_ID));
+    ExpectGood(APIDeleteAllRedoHistory(h, false));
     std::uint64_t nAll = 0;
     std::uint64_t nActive = 0;
-    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nAll, false).IsGood());
-    EXPECT_TRUE(APIGetMemorySizeReadOnly(h, nActive, true).IsGood());
+    ExpectGood(APIGetMemorySizeReadOnly(h, nAll, false));
+    ExpectGood(APIGetMemorySizeReadOnly(h, nActive, true));
     EXPECT_LE(nActive, nAll);
     EXPECT_LT(nAll, nBefore);
 }
+} // namespace
 } // namespace QRV

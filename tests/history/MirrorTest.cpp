@@ -1,5 +1,6 @@
 // A host that keeps its own list of what lives, told by callbacks and change reports alone, agrees with the library.
 
+#include "spatial/BoxTreeNode.h"
 #include "support/DressedModel.h"
 
 #include <algorithm>
@@ -9,26 +10,16 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 /// Of what has a box of its own; those of loops, shells and the like follow from what they list.
 Interval3d GetBox(std::uint64_t nHistory, std::uint64_t nObject)
 {
     Interval3d box;
     nObjectType nType = nUnspecifiedType;
-    EXPECT_TRUE(APIGetObjectTypeReadOnly(nHistory, nObject, nType).IsGood());
+    ExpectGood(APIGetObjectTypeReadOnly(nHistory, nObject, nType));
     if (nType == nLumpType || nType == nShellType || nType == nLoopType || nType == nCoedgeType)
         return box;
-    EXPECT_TRUE(APIGetBoxReadOnly(nHistory, nObject, box, Transf3d()).IsGood());
+    ExpectGood(APIGetBoxReadOnly(nHistory, nObject, box, Transf3d()));
     return box;
-}
-
-bool AreEqual(const Interval3d& a, const Interval3d& b)
-{
-    for (unsigned i = 0; i < 3; ++i)
-        if (a.lower[i] != b.lower[i] || a.upper[i] != b.upper[i])
-            return false;
-    return true;
 }
 
 /// The lasting models of the library as a host knows them that looks at nothing but what it is told of.
@@ -49,14 +40,14 @@ public:
         const std::map<std::uint64_t, Interval3d> none;
         const std::map<std::uint64_t, Interval3d>& mapKnown = it == m_mapModels.end() ? none : it->second.mapBoxes;
         IDs aLive;
-        EXPECT_TRUE(APIGetAllObjectsByTypeReadOnly(nHistory, nUnspecifiedType, aLive).IsGood());
+        ExpectGood(APIGetAllObjectsByTypeReadOnly(nHistory, nUnspecifiedType, aLive));
         IDs aKnown;
         for (const auto& [nID, box] : mapKnown)
         {
             aKnown.push_back(nID);
             const char* pName = "nothing";
             APIGetObjectNameReadOnly(nHistory, nID, pName);
-            EXPECT_TRUE(AreEqual(box, GetBox(nHistory, nID))) << "the box of " << pName << ' ' << nID;
+            EXPECT_TRUE(IsSameBox(box, GetBox(nHistory, nID))) << "the box of " << pName << ' ' << nID;
         }
         EXPECT_EQ(aKnown, aLive);
     }
@@ -116,9 +107,8 @@ private:
         if (change.type == nModelCommitted)
         {
             Report next;
-            EXPECT_TRUE(APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(change.historyID, &next.aCreated,
-                                                                           &next.aChanged, &next.aDeleted)
-                            .IsGood());
+            ExpectGood(APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(change.historyID, &next.aCreated,
+                                                                           &next.aChanged, &next.aDeleted));
             EXPECT_EQ(next.aCreated, report.aCreated);
             EXPECT_EQ(next.aDeleted, report.aDeleted);
             model.mapReports[change.currentDelta] = report;
@@ -175,7 +165,7 @@ private:
 class Session
 {
 public:
-    explicit Session(unsigned nSeed) : m_random(nSeed), m_dressing(nSeed)
+    explicit Session(unsigned nSeed) : m_random(nSeed), m_dresser(nSeed)
     {
         APICreateHistory(m_nLasting, true);
         APICreateHistory(m_nScratch, false);
@@ -193,9 +183,9 @@ public:
             SCOPED_TRACE("step " + std::to_string(n));
             Call();
             m_mirror.ExpectAgrees(m_nLasting);
-            if (PickDress(2) == 0)
+            if (m_dresser.Pick(2) == 0)
                 continue;
-            Dress();
+            m_dresser.Act(m_nLasting);
             m_mirror.ExpectAgrees(m_nLasting);
         }
         EXPECT_LE(m_mirror.GetModelCount(), 1u) << "a scratch model is heard of";
@@ -220,47 +210,29 @@ private:
 
     void Call()
     {
-        switch (Pick(24))
-        {
-        case 0:
-        case 1:
-            APIUndoHistory(m_nLasting);
-            break;
-        case 2:
-            APIRedoHistory(m_nLasting);
-            break;
-        case 3:
-            APIUndoHistoryToDelta(m_nLasting, PickDelta());
-            break;
-        case 4:
-            APIRedoHistoryToDelta(m_nLasting, PickDelta());
-            break;
-        case 5:
-        case 6:
-            APIUndoOrRedoHistoryToDelta(m_nLasting, PickDelta(), Pick(4) == 0);
-            break;
-        case 7:
-            APIUndoHistory(m_nLasting, Pick(2) == 0, PickDelta());
-            break;
-        case 8:
-            APIDeleteAllRedoHistory(m_nLasting, Pick(2) == 0);
-            break;
-        case 9:
-        {
-            const std::uint64_t nFrom = PickDelta();
-            APIMergeDeltas(m_nLasting, nFrom, PickDelta(), Pick(2) == 0);
-            break;
-        }
-        case 10:
-            Draw(m_nScratch);
-            break;
-        case 11:
-            if (Pick(8) == 0)
-                APICreateHistory(m_nLasting, true); // a new one in its place
-            break;
-        default:
-            Draw(m_nLasting);
-        }
+        const std::function<void()> aCalls[] = {
+            [&] { APIUndoHistory(m_nLasting); },
+            [&] { APIUndoHistory(m_nLasting); },
+            [&] { APIRedoHistory(m_nLasting); },
+            [&] { APIUndoHistoryToDelta(m_nLasting, PickDelta()); },
+            [&] { APIRedoHistoryToDelta(m_nLasting, PickDelta()); },
+            [&] { APIUndoOrRedoHistoryToDelta(m_nLasting, PickDelta(), Pick(4) == 0); },
+            [&] { APIUndoOrRedoHistoryToDelta(m_nLasting, PickDelta(), Pick(4) == 0); },
+            [&] { APIUndoHistory(m_nLasting, Pick(2) == 0, PickDelta()); },
+            [&] { APIDeleteAllRedoHistory(m_nLasting, Pick(2) == 0); },
+            [&] { Merge(); },
+            [&] { Draw(m_nScratch); },
+            [&] { Pick(8) ? void() : ReplaceLasting(); },
+        };
+        const std::uint64_t nCall = Pick(24);
+        nCall < std::size(aCalls) ? aCalls[nCall]() : Draw(m_nLasting);
+    }
+
+    void ReplaceLasting() { APICreateHistory(m_nLasting, true); }
+    void Merge()
+    {
+        const std::uint64_t nFrom = PickDelta();
+        APIMergeDeltas(m_nLasting, nFrom, PickDelta(), Pick(2) == 0);
     }
 
     void Draw(std::uint64_t nHistory)
@@ -269,89 +241,26 @@ private:
         std::vector<Point3d> aPoints;
         const Point3d p = PickPoint();
         const Point3d q = PickPoint();
-        switch (Pick(6))
-        {
-        case 0:
-            APICreateVertex(nHistory, p, nID);
-            break;
-        case 1:
-            APICreatePolyline(nHistory, {p, q, PickPoint()}, nID, Pick(2) == 0);
-            break;
-        case 2:
-            APICreateRectangle(nHistory, p, Point3d(p[0] + 2, p[1], p[2]), Point3d(p[0] + 2, p[1] + 2, p[2]), aPoints,
-                               false);
-            break;
-        case 3:
-            if (Pick(4) == 0)
-                for (const auto& [a, b] : GetBoxEdges(GetFrames().front(), {0, 0, 0}, {1, 1, 1}))
-                    APIConnectPoint3ds(nHistory, a, b);
-            break;
-        default:
-            APIConnectPoint3ds(nHistory, p, q);
-        }
+        const std::function<void()> aCalls[] = {
+            [&] { APICreateVertex(nHistory, p, nID); },
+            [&] {
+                APICreatePolyline(nHistory, {p, q, PickPoint()}, nID, Pick(2) == 0);
+            },
+            [&] { APICreateRectangle(nHistory, p, p + Vector3d(2, 0, 0), p + Vector3d(2, 2, 0), aPoints, false); },
+            [&] { Pick(4) ? void() : DrawBox(nHistory); },
+        };
+        const std::uint64_t nCall = Pick(6);
+        nCall < std::size(aCalls) ? aCalls[nCall]() : void(APIConnectPoint3ds(nHistory, p, q));
     }
 
-    // Apart from the other calls, so that these are drawn alike with and without.
-    std::uint64_t PickDress(std::uint64_t n) { return m_dressing() % n; }
-    std::uint64_t Any(nObjectType nType)
+    static void DrawBox(std::uint64_t nHistory)
     {
-        IDs aIDs;
-        APIGetAllObjectsByTypeReadOnly(m_nLasting, nType, aIDs);
-        return aIDs.empty() ? INVALID_ID : aIDs[PickDress(aIDs.size())];
-    }
-
-    void Dress()
-    {
-        const std::uint64_t h = m_nLasting;
-        const std::string strName(1, char('a' + PickDress(3)));
-        const std::vector<char> aBytes = MakeJPEG(strName[0]);
-        const std::array<Point3d, 4> aCorners{Point3d(double(PickDress(3)), 0, 0)};
-        const std::uint64_t nFace = Any(nFaceType);
-        const std::uint64_t nEdge = Any(nEdgeType);
-        const std::uint64_t nMaterial = Any(nMaterialType);
-        const std::uint64_t nLayer = Any(nLayerType);
-        const std::uint64_t nTexture = Any(nTextureType);
-        const std::uint64_t nImage = Any(nImageType);
-        std::uint64_t nID = INVALID_ID;
-        switch (PickDress(11))
-        {
-        case 0:
-            APICreateMaterialWithTexture(h, {}, 1, 1, aBytes, true, nID, strName, "", nullptr, nullptr, "");
-            break;
-        case 1:
-            APISetObjectsMaterial(h, {nFace}, nMaterial);
-            break;
-        case 2:
-            APISetFaceBacksideMaterial(h, {nFace}, nMaterial);
-            break;
-        case 3:
-            APISetObjectsMaterial(h, {nFace}, INVALID_ID);
-            break;
-        case 4:
-            APISetTextureData(h, nTexture, aBytes, true, &strName);
-            break;
-        case 5:
-            APICreateLayer(h, strName, true, nID);
-            break;
-        case 6:
-            APIAddRemoveObjectsLayers(h, {nLayer}, {Any(nLayerType)}, {nEdge});
-            break;
-        case 7:
-            APICreateStringAttribute(h, strName, "", {nEdge, nFace}, nID, nCopyOwn, true);
-            break;
-        case 8:
-            APICreateImageObject(h, strName, nTexture, 1, true, aCorners, nID);
-            break;
-        case 9:
-            APISetImageData(h, nImage, strName, nTexture, 1, true, aCorners);
-            break;
-        default:
-            APIMoveImage(h, nImage, int(PickDress(3)) - 1);
-        }
+        for (const auto& [a, b] : GetBoxEdges(GetFrames().front(), {0, 0, 0}, {1, 1, 1}))
+            APIConnectPoint3ds(nHistory, a, b);
     }
 
     std::mt19937_64 m_random;
-    std::mt19937_64 m_dressing;
+    RandomDresser m_dresser; ///< apart, so that the other calls are drawn alike with and without
     Mirror m_mirror;
     std::uint64_t m_nLasting = INVALID_ID;
     std::uint64_t m_nScratch = INVALID_ID;

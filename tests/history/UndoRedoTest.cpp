@@ -5,8 +5,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 /// Vertices made, moved and deleted in steps of any mixture.
 class Steps : public testing::Test
 {
@@ -41,29 +39,16 @@ protected:
         Step([&] { nID = Make(); });
         return nID;
     }
-    IDs GetDeltas() const
-    {
-        IDs aIDs;
-        EXPECT_TRUE(APIGetAllHistoryDeltasReadOnly(GetID(), aIDs).IsGood());
-        return aIDs;
-    }
-    std::uint64_t GetActive(int nOffset = 0) const
-    {
-        std::uint64_t nID = 0;
-        EXPECT_TRUE(APIGetIdOfActiveDeltaReadOnly(GetID(), nID, nOffset).IsGood());
-        return nID;
-    }
     void Undo(int n = 1)
     {
         while (n-- > 0)
-            EXPECT_TRUE(APIUndoHistory(GetID()).IsGood());
+            ExpectGood(APIUndoHistory(GetID()));
         ExpectSound(m_model);
     }
 
     TestModel m_model;
     int m_nMade = 0;
 };
-} // namespace
 
 TEST_F(Steps, LeaveNothingBehindWhenAllThatWasMadeDied)
 {
@@ -75,10 +60,10 @@ TEST_F(Steps, LeaveNothingBehindWhenAllThatWasMadeDied)
             nShort = Make();
             Delete(nShort);
         });
-    EXPECT_EQ(GetDeltas(), IDs{1});
+    EXPECT_EQ(m_model.GetDeltas(), IDs{1});
     EXPECT_EQ(MakeInStep(), nShort);
     Step([] {});
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2}));
 }
 
 TEST_F(Steps, RecordAnObjectOnce)
@@ -101,7 +86,7 @@ TEST_F(Steps, RecordAnObjectOnce)
     EXPECT_EQ(Find(nID), nullptr);
     EXPECT_EQ(GetHistory().GetObjectType(nID), nVertexType);
     bool bLive = true;
-    EXPECT_TRUE(APIIsObjectLiveReadOnly(GetID(), nID, bLive).IsGood());
+    ExpectGood(APIIsObjectLiveReadOnly(GetID(), nID, bLive));
     EXPECT_FALSE(bLive);
     Undo();
     EXPECT_EQ(Find(nID), pAddress);
@@ -120,7 +105,7 @@ TEST_F(Steps, GiveBackTheirIDsOnRollback)
     EXPECT_EQ(GetHistory().GetObjectTable().Size(), 3u);
     EXPECT_EQ(MakeInStep(), 3u);
     // A reused id in the middle goes back to the free ones.
-    EXPECT_TRUE(APIUndoHistory(GetID(), true).IsGood());
+    ExpectGood(APIUndoHistory(GetID(), true));
     Step([&] { Delete(Make()); });
     EXPECT_EQ(GetHistory().GetReusableIDs().Get(), std::set<std::uint64_t>{3});
     Step(
@@ -153,24 +138,28 @@ TEST_F(Steps, GiveBackTheirIDsOnRollback)
 
 TEST_F(Steps, AreNumberedForGood)
 {
-    EXPECT_EQ(GetActive(1), INVALID_ID);
+    EXPECT_EQ(m_model.GetActiveDelta(1), INVALID_ID);
     MakeInStep();
     MakeInStep();
     MakeInStep();
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3}));
-    EXPECT_EQ((IDs{GetActive(-3), GetActive(-2), GetActive(), GetActive(1)}), (IDs{INVALID_ID, 1, 3, INVALID_ID}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3}));
+    EXPECT_EQ((IDs{m_model.GetActiveDelta(-3), m_model.GetActiveDelta(-2), m_model.GetActiveDelta(),
+                   m_model.GetActiveDelta(1)}),
+              (IDs{INVALID_ID, 1, 3, INVALID_ID}));
     Undo(3);
-    EXPECT_EQ((IDs{GetActive(-1), GetActive(), GetActive(1), GetActive(2)}), (IDs{INVALID_ID, INVALID_ID, 1, 2}));
+    EXPECT_EQ((IDs{m_model.GetActiveDelta(-1), m_model.GetActiveDelta(), m_model.GetActiveDelta(1),
+                   m_model.GetActiveDelta(2)}),
+              (IDs{INVALID_ID, INVALID_ID, 1, 2}));
     std::uint64_t nLast = 0;
     for (const std::uint64_t n : {0, 2, 3})
     {
-        EXPECT_TRUE(APIGetLastDeltaIDReadOnly(GetID(), nLast, n).IsGood());
+        ExpectGood(APIGetLastDeltaIDReadOnly(GetID(), nLast, n));
         EXPECT_EQ(nLast, n == 3 ? INVALID_ID : 3 - n);
     }
-    EXPECT_TRUE(APIRedoHistory(GetID()).IsGood());
+    ExpectGood(APIRedoHistory(GetID()));
     std::uint64_t nVertex = INVALID_ID;
-    EXPECT_TRUE(APICreateVertex(GetID(), {5, 5, 5}, nVertex).IsGood());
-    EXPECT_EQ(GetDeltas(), (IDs{1, 4}));
+    ExpectGood(APICreateVertex(GetID(), {5, 5, 5}, nVertex));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 4}));
 }
 
 TEST_F(Steps, AreListedFromOneToAnother)
@@ -180,7 +169,7 @@ TEST_F(Steps, AreListedFromOneToAnother)
     const auto list = [&](std::uint64_t nFrom, std::uint64_t nTo)
     {
         IDs aIDs{9};
-        EXPECT_TRUE(APIGetHistoryDeltasReadOnly(GetID(), nFrom, nTo, aIDs).IsGood());
+        ExpectGood(APIGetHistoryDeltasReadOnly(GetID(), nFrom, nTo, aIDs));
         return aIDs;
     };
     EXPECT_EQ(list(2, 4), (IDs{9, 2, 3, 4}));
@@ -203,9 +192,9 @@ TEST_F(Steps, CarryTheHostsFlags)
         EXPECT_EQ(APIGetDeltaFlagsReadOnly(GetID(), nDelta, nFlags).GetErrorCode(), nCode);
         return nFlags;
     };
-    EXPECT_TRUE(APISetDeltaFlags(GetID(), 2, 5).IsGood());
+    ExpectGood(APISetDeltaFlags(GetID(), 2, 5));
     EXPECT_EQ(getFlags(1), 0u);
-    EXPECT_TRUE(APISetAllDeltaFlags(GetID(), 6, 4, true).IsGood());
+    ExpectGood(APISetAllDeltaFlags(GetID(), 6, 4, true));
     EXPECT_EQ(getFlags(1), 2u);
     EXPECT_EQ(getFlags(2), 3u);
     for (const std::uint64_t nBad : {std::uint64_t(0), std::uint64_t(3), INVALID_ID})
@@ -213,8 +202,8 @@ TEST_F(Steps, CarryTheHostsFlags)
         EXPECT_EQ(getFlags(nBad, Result::nBadInput), 0u);
         EXPECT_EQ(APISetDeltaFlags(GetID(), nBad, 1).GetErrorCode(), Result::nBadInput);
     }
-    EXPECT_TRUE(APIMergeDeltas(GetID()).IsGood());
-    EXPECT_EQ(GetDeltas(), IDs{2});
+    ExpectGood(APIMergeDeltas(GetID()));
+    EXPECT_EQ(m_model.GetDeltas(), IDs{2});
     EXPECT_EQ(getFlags(2), 0u);
 }
 
@@ -222,7 +211,7 @@ TEST_F(Steps, AreUndoneAndRedoneAsAskedOrRefused)
 {
     const auto call = [&](const Result& result, std::uint64_t nActive)
     {
-        EXPECT_EQ(GetActive(), nActive);
+        EXPECT_EQ(m_model.GetActiveDelta(), nActive);
         ExpectSound(m_model);
         return result.GetErrorCode();
     };
@@ -252,15 +241,15 @@ TEST_F(Steps, AreUndoneAndRedoneAsAskedOrRefused)
     EXPECT_EQ(call(APIUndoHistory(h), INVALID_ID), Result::nOK);
     EXPECT_EQ(call(APIUndoHistory(h, false, 3), INVALID_ID), Result::nBadInput) << "it stands behind";
     EXPECT_EQ(call(APIUndoHistory(h, false, 99), INVALID_ID), Result::nBaseDeltaNotFound);
-    EXPECT_EQ(GetDeltas().size(), 6u);
+    EXPECT_EQ(m_model.GetDeltas().size(), 6u);
     EXPECT_EQ(call(APIUndoOrRedoHistoryToDelta(h, 5), 5), Result::nOK);
     EXPECT_EQ(call(APIUndoOrRedoHistoryToDelta(h, 4, true), 4), Result::nOK);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3, 4}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3, 4}));
     // Down to an older step and past it: all behind is gone for good, that step itself only if asked.
     EXPECT_EQ(call(APIUndoHistory(h, false, 3), 2), Result::nOK);
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3}));
     EXPECT_EQ(call(APIUndoHistory(h, true, 1), INVALID_ID), Result::nOK);
-    EXPECT_TRUE(GetDeltas().empty());
+    EXPECT_TRUE(m_model.GetDeltas().empty());
     EXPECT_EQ(GetHistory().GetObjectTable().Size(), 0u);
     EXPECT_EQ(MakeInStep(), 0u);
 }
@@ -270,11 +259,11 @@ TEST_F(Steps, BehindTheActiveOneAreThrownAway)
     for (int n = 0; n < 4; ++n)
         MakeInStep();
     Undo(2);
-    EXPECT_TRUE(APIDeleteAllRedoHistory(GetID(), false).IsGood());
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2}));
+    ExpectGood(APIDeleteAllRedoHistory(GetID(), false));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2}));
     EXPECT_EQ(MakeInStep(), 4u) << "the ids stay taken";
     Undo(1);
-    EXPECT_TRUE(APIDeleteAllRedoHistory(GetID(), true).IsGood());
+    ExpectGood(APIDeleteAllRedoHistory(GetID(), true));
     EXPECT_TRUE(GetHistory().GetReusableIDs().IsEmpty()) << "off the end of the table";
     EXPECT_EQ(MakeInStep(), 4u);
     // An id in the middle that was made in the branch, above it one from before: it goes to the free ones.
@@ -292,7 +281,7 @@ TEST_F(Steps, BehindTheActiveOneAreThrownAway)
             Move(6, 4);
         });
     Undo(1);
-    EXPECT_TRUE(APIDeleteAllRedoHistory(GetID(), true).IsGood());
+    ExpectGood(APIDeleteAllRedoHistory(GetID(), true));
     EXPECT_EQ(GetHistory().GetReusableIDs().Get(), std::set<std::uint64_t>{5});
     EXPECT_EQ(GetHeight(6), 0.0);
     ExpectUndoRedoRestores(m_model);
@@ -311,12 +300,12 @@ TEST_F(Steps, BecomeOne)
          std::vector<std::pair<std::uint64_t, std::uint64_t>>{{3, 3}, {3, 2}, {9, INVALID_ID}, {1, 9}, {0, 2}})
         EXPECT_EQ(APIMergeDeltas(h, nFrom, nTo).GetErrorCode(), Result::nFailure) << nFrom << ' ' << nTo;
     EXPECT_TRUE(APIMergeDeltas(h, 4, INVALID_ID).IsGood()) << "the active one alone";
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 3, 4}));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3, 4}));
 
     // Steps 3 and 4: what lived in them only leaves no trace, what died in them comes back as before them.
-    EXPECT_TRUE(APIMergeDeltas(h, 3, 4, true).IsGood());
-    EXPECT_EQ(GetDeltas(), (IDs{1, 2, 4}));
-    EXPECT_EQ(GetActive(), 4u);
+    ExpectGood(APIMergeDeltas(h, 3, 4, true));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 4}));
+    EXPECT_EQ(m_model.GetActiveDelta(), 4u);
     EXPECT_EQ(GetHistory().GetDeltas().back()->GetObjectIDs(), IDs{nOld});
     EXPECT_EQ(GetHistory().GetReusableIDs().Get(), std::set<std::uint64_t>{nShort});
     ExpectSound(m_model);
@@ -326,13 +315,13 @@ TEST_F(Steps, BecomeOne)
     EXPECT_EQ(APIMergeDeltas(h, 1, 4).GetErrorCode(), Result::nFailure) << "not applied";
     ExpectUndoRedoRestores(m_model);
     // All of them: nothing is left, and no step either.
-    EXPECT_TRUE(APIRedoHistory(h).IsGood());
-    EXPECT_TRUE(APIMergeDeltas(h).IsGood());
-    EXPECT_TRUE(GetDeltas().empty());
-    EXPECT_EQ(GetActive(), INVALID_ID);
+    ExpectGood(APIRedoHistory(h));
+    ExpectGood(APIMergeDeltas(h));
+    EXPECT_TRUE(m_model.GetDeltas().empty());
+    EXPECT_EQ(m_model.GetActiveDelta(), INVALID_ID);
     ExpectSound(m_model);
     EXPECT_EQ(MakeInStep(), nShort);
-    EXPECT_EQ(GetDeltas(), IDs{5});
+    EXPECT_EQ(m_model.GetDeltas(), IDs{5});
 }
 
 TEST_F(Steps, BecomeOneInFrontOfThoseThatAreUndone)
@@ -343,15 +332,16 @@ TEST_F(Steps, BecomeOneInFrontOfThoseThatAreUndone)
         Step([&] { Move(nID, n); });
     Step([&] { Delete(nID); });
     Undo(3);
-    EXPECT_TRUE(APIMergeDeltas(GetID(), 2, INVALID_ID).IsGood());
-    EXPECT_EQ(GetDeltas(), (IDs{1, 3, 4, 5, 6}));
+    ExpectGood(APIMergeDeltas(GetID(), 2, INVALID_ID));
+    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 3, 4, 5, 6}));
     EXPECT_EQ(Find(nID), pAddress);
     EXPECT_EQ(GetHeight(nID), 2.0);
     Undo();
     EXPECT_EQ(GetHeight(nID), 0.0);
-    EXPECT_TRUE(APIRedoHistoryToDelta(GetID(), 5).IsGood());
+    ExpectGood(APIRedoHistoryToDelta(GetID(), 5));
     EXPECT_EQ(Find(nID), pAddress);
     EXPECT_EQ(GetHeight(nID), 4.0);
     ExpectUndoRedoRestores(m_model);
 }
+} // namespace
 } // namespace QRV

@@ -27,33 +27,18 @@ public:
         for (int n = 0; n < nSteps && !testing::Test::HasFailure(); ++n)
         {
             SCOPED_TRACE(n);
-            switch (Pick(16))
-            {
-            case 0:
-            case 1:
-                Undo(false);
-                break;
-            case 2:
-                Redo();
-                break;
-            case 3:
-                Jump();
-                break;
-            case 4:
-                Pick(3) ? Jump() : Merge();
-                break;
-            case 5:
-                Pick(3) ? Redo() : Undo(true);
-                break;
-            case 6:
-                Pick(3) ? Redo() : DeleteRedo();
-                break;
-            case 7:
-                Pick(4) ? Undo(false) : UndoAwayFrom();
-                break;
-            default:
-                Draw();
-            }
+            const std::function<void()> aMoves[] = {
+                [&] { Undo(false); },
+                [&] { Undo(false); },
+                [&] { Redo(); },
+                [&] { Jump(); },
+                [&] { Pick(3) ? Jump() : Merge(); },
+                [&] { Pick(3) ? Redo() : Undo(true); },
+                [&] { Pick(3) ? Redo() : DeleteRedo(); },
+                [&] { Pick(4) ? Undo(false) : UndoAwayFrom(); },
+            };
+            const std::uint64_t nMove = Pick(16);
+            nMove < std::size(aMoves) ? aMoves[nMove]() : Draw();
             ExpectAsNoted();
         }
         ExpectUndoRedoRestores(m_model);
@@ -87,19 +72,15 @@ private:
     {
         ExpectSound(m_model);
         EXPECT_TRUE(Look() == m_aNotes[m_nActive].second) << m_model.Describe();
-        std::vector<std::uint64_t> aIDs;
-        EXPECT_TRUE(APIGetAllHistoryDeltasReadOnly(GetID(), aIDs).IsGood());
         std::vector<std::uint64_t> aExpected;
         for (std::size_t n = 1; n < m_aNotes.size(); ++n)
             aExpected.push_back(GetDeltaID(n));
-        EXPECT_EQ(aIDs, aExpected);
-        std::uint64_t nActive = 0;
-        EXPECT_TRUE(APIGetIdOfActiveDeltaReadOnly(GetID(), nActive).IsGood());
-        EXPECT_EQ(nActive, GetDeltaID(m_nActive));
+        EXPECT_EQ(m_model.GetDeltas(), aExpected);
+        EXPECT_EQ(m_model.GetActiveDelta(), GetDeltaID(m_nActive));
         bool bCanUndo = false;
         bool bCanRedo = false;
-        EXPECT_TRUE(APICanUndoHistoryReadOnly(GetID(), bCanUndo).IsGood());
-        EXPECT_TRUE(APICanRedoHistoryReadOnly(GetID(), bCanRedo).IsGood());
+        ExpectGood(APICanUndoHistoryReadOnly(GetID(), bCanUndo));
+        ExpectGood(APICanRedoHistoryReadOnly(GetID(), bCanRedo));
         EXPECT_EQ(bCanUndo, m_nActive > kNothing);
         EXPECT_EQ(bCanRedo, m_nActive + 1 < m_aNotes.size());
     }
@@ -114,7 +95,7 @@ private:
         switch (Pick(5))
         {
         case 0:
-            EXPECT_TRUE(APICreateVertex(GetID(), p, nID).IsGood());
+            ExpectGood(APICreateVertex(GetID(), p, nID));
             break;
         case 1:
             EXPECT_TRUE(APICreatePolyline(GetID(), {p, q, PickPoint()}, nID, Pick(2) == 0).GetErrorCode() !=
@@ -125,11 +106,10 @@ private:
                       Result::nCaughtException);
             break;
         default:
-            EXPECT_TRUE(APIConnectPoint3ds(GetID(), p, q).IsGood());
+            ExpectGood(APIConnectPoint3ds(GetID(), p, q));
         }
         m_aNotes.resize(m_nActive + 1); // whatever was drawn, or not
-        std::uint64_t nActive = INVALID_ID;
-        EXPECT_TRUE(APIGetIdOfActiveDeltaReadOnly(GetID(), nActive).IsGood());
+        const std::uint64_t nActive = m_model.GetActiveDelta();
         const Sight after = Look();
         if (nActive == GetDeltaID(m_nActive))
         {
@@ -144,7 +124,7 @@ private:
 
     void Undo(bool bDeleteRedo)
     {
-        EXPECT_TRUE(APIUndoHistory(GetID(), bDeleteRedo).IsGood());
+        ExpectGood(APIUndoHistory(GetID(), bDeleteRedo));
         if (m_nActive == kNothing)
             return;
         --m_nActive;
@@ -162,13 +142,13 @@ private:
     void Jump()
     {
         const std::size_t nPlace = PickPlace();
-        EXPECT_TRUE(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace)).IsGood());
+        ExpectGood(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace)));
         m_nActive = nPlace;
     }
 
     void DeleteRedo()
     {
-        EXPECT_TRUE(APIDeleteAllRedoHistory(GetID(), Pick(2) == 0).IsGood());
+        ExpectGood(APIDeleteAllRedoHistory(GetID(), Pick(2) == 0));
         m_aNotes.resize(m_nActive + 1);
     }
 
@@ -178,7 +158,7 @@ private:
         const bool bDeleteRedo = Pick(2) == 0;
         if (nPlace == kNothing || nPlace > m_nActive)
             return;
-        EXPECT_TRUE(APIUndoHistory(GetID(), bDeleteRedo, GetDeltaID(nPlace)).IsGood());
+        ExpectGood(APIUndoHistory(GetID(), bDeleteRedo, GetDeltaID(nPlace)));
         const bool bWasActive = nPlace == m_nActive;
         m_nActive = nPlace - 1;
         if (bDeleteRedo)
@@ -193,9 +173,8 @@ private:
         const std::size_t nLast = PickPlace();
         if (nFirst == kNothing || nFirst >= nLast || nLast > m_nActive)
             return;
-        EXPECT_TRUE(APIMergeDeltas(GetID(), GetDeltaID(nFirst), GetDeltaID(nLast), Pick(2) == 0).IsGood());
-        std::vector<std::uint64_t> aIDs;
-        APIGetAllHistoryDeltasReadOnly(GetID(), aIDs);
+        ExpectGood(APIMergeDeltas(GetID(), GetDeltaID(nFirst), GetDeltaID(nLast), Pick(2) == 0));
+        const IDs aIDs = m_model.GetDeltas();
         const bool bLeftNothing = std::find(aIDs.begin(), aIDs.end(), GetDeltaID(nLast)) == aIDs.end();
         EXPECT_TRUE(!bLeftNothing || m_aNotes[nLast].second == m_aNotes[nFirst - 1].second);
         const std::size_t nEnd = bLeftNothing ? nLast + 1 : nLast;

@@ -10,14 +10,6 @@
 
 namespace QRV
 {
-namespace
-{
-const std::string kHead = "function runtest() \n{\n"
-                          "    var result = true; \n"
-                          "    var mainHistID = QRV.APIGetActiveHistory();\n";
-const std::string kTail = "    return result; \n}";
-} // namespace
-
 TEST(Journal, TellsAWholeSession)
 {
     const CommaLocale commas;
@@ -31,7 +23,7 @@ TEST(Journal, TellsAWholeSession)
     double dArea = 0.0;
     SortedHits hits;
 
-    std::string strExpected = kHead;
+    std::string strExpected = kJournalHead;
     Journaled journal(h);
     APIIsJournalingReadOnly(bAnswer);
     EXPECT_TRUE(bAnswer);
@@ -120,11 +112,11 @@ TEST(Journal, TellsAWholeSession)
     EXPECT_TRUE(bAnswer);
     EXPECT_EQ(journal.Read(), strExpected) << "every line is in the file once its call has begun";
 
-    EXPECT_TRUE(APIDisableJournaling().IsGood());
-    EXPECT_TRUE(APIDisableJournaling().IsGood());
+    ExpectGood(APIDisableJournaling());
+    ExpectGood(APIDisableJournaling());
     APIIsJournalingReadOnly(bAnswer);
     EXPECT_FALSE(bAnswer);
-    EXPECT_EQ(journal.Read(), strExpected + kTail);
+    EXPECT_EQ(journal.Read(), strExpected + kJournalTail);
 }
 
 TEST(Journal, IsSuspendedForTypesThatAreWritten)
@@ -168,11 +160,11 @@ TEST(Journal, IsReplacedByAnotherThatKnowsNoNamesOfTheFirst)
     std::uint64_t nID = INVALID_ID;
     {
         const Journaled second(INVALID_ID, "second.js"); // writes changes again
-        EXPECT_EQ(first.Read(), kHead + kTail);
+        EXPECT_EQ(first.Read(), kJournalHead + kJournalTail);
         APICreateHistory(nID, false);
         APIUndoHistory(model.GetID());
         EXPECT_EQ(second.Read(),
-                  kHead +
+                  kJournalHead +
                       "\n    var historyId_1 = QRV.APICreateHistory(QRV.INVALID_ID, false);\n    QRV.APIUndoHistory(" +
                       JournalText(model.GetID()) + "/*Unknown History ID*/, false, QRV.INVALID_ID);\n");
         WriteToJournal("// ");
@@ -202,11 +194,11 @@ TEST(Journal, NeverFailsACall)
     for (const char* pPath : {"/no/such/folder/session.js", "", "/"})
     {
         bool bJournaling = false;
-        EXPECT_TRUE(APIEnableJournaling(model.GetID(), pPath).IsGood());
-        EXPECT_TRUE(APIIsJournalingReadOnly(bJournaling).IsGood());
+        ExpectGood(APIEnableJournaling(model.GetID(), pPath));
+        ExpectGood(APIIsJournalingReadOnly(bJournaling));
         EXPECT_TRUE(bJournaling);
         model.Line({0, 0, 0}, {1, 0, 0});
-        EXPECT_TRUE(APIDisableJournaling().IsGood());
+        ExpectGood(APIDisableJournaling());
     }
 }
 
@@ -224,7 +216,7 @@ TEST(Journal, GetsItsTailWhenTheProcessEndsAndTheHostHearsNothing)
     };
     EXPECT_EXIT(leave(), testing::ExitedWithCode(0), "");
     const std::string strText = file.Read();
-    EXPECT_TRUE(strText.ends_with("QRV.Geom.Point3d(1, 0, 0));\n" + kTail)) << strText;
+    EXPECT_TRUE(strText.ends_with("QRV.Geom.Point3d(1, 0, 0));\n" + kJournalTail)) << strText;
 }
 
 TEST(JournalText, IsWhatTheScriptReads)

@@ -19,13 +19,6 @@ public:
     static constexpr auto Fields() { return std::make_tuple(); }
 };
 
-std::vector<Object*> GetAll(History& history, nObjectType nType)
-{
-    std::vector<Object*> aObjects;
-    history.GetObjectsByType(aObjects, nType, false);
-    return aObjects;
-}
-
 std::vector<Face*> Joined(std::vector<Face*> aFaces, const std::vector<Face*>& aMore)
 {
     aFaces.insert(aFaces.end(), aMore.begin(), aMore.end());
@@ -49,12 +42,8 @@ TEST(Body, WithAVoidHoldsOnlyWhatLiesBetweenItsShells)
     {
         SCOPED_TRACE(at.pName);
         PolygonModel model;
-        Body* pBody = nullptr;
-        {
-            Step step(model);
-            pBody = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(10, 10, 10)),
-                                    model.AddBlockFaces(at, Point3d(4, 4, 4), Point3d(6, 7, 8), true)});
-        }
+        Body* pBody = &model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(10, 10, 10)),
+                                      model.AddBlockFaces(at, Point3d(4, 4, 4), Point3d(6, 7, 8), true)});
         ExpectSound(model.GetHistory());
         EXPECT_NEAR(pBody->GetVolume(nullptr), 1000.0 - 24.0, 1e-6);
         EXPECT_TRUE(pBody->ContainsPoint(at(2, 2, 2)));
@@ -100,11 +89,10 @@ TEST(Body, TakesAFaceComponentOnlyWhenNoOtherShellHasPartOfIt)
 TEST(Body, TakesOverTheLumpsOfAnother)
 {
     PolygonModel model;
-    Body* pFirst = nullptr;
+    Body* pFirst = &model.AddBlock(GetFrames()[1], Point3d(0, 0, 0), Point3d(1, 1, 1));
+    Body& second = model.AddBlock(GetFrames()[1], Point3d(2, 0, 0), Point3d(4, 1, 1));
     {
         Step step(model);
-        pFirst = &model.AddBlock(GetFrames()[1], Point3d(0, 0, 0), Point3d(1, 1, 1));
-        Body& second = model.AddBlock(GetFrames()[1], Point3d(2, 0, 0), Point3d(4, 1, 1));
         pFirst->TakeLumps(second);
         EXPECT_TRUE(second.GetLumps().empty());
         EXPECT_TRUE(second.Delete());
@@ -112,7 +100,6 @@ TEST(Body, TakesOverTheLumpsOfAnother)
     EXPECT_EQ(pFirst->GetLumps().size(), 2u);
     EXPECT_NEAR(pFirst->GetVolume(nullptr), 3.0, 1e-9);
     EXPECT_TRUE(pFirst->GetCachedBox().isEqual(GetBoxOfVertices(*pFirst), 0.0));
-    ExpectSound(model.GetHistory());
     ExpectUndoRedoRestores(model.GetHistory());
 }
 
@@ -133,15 +120,14 @@ TEST(BodyRebuild, PartsWhatHasComeApart)
             EXPECT_TRUE(body.Rebuild(bSplitToBodies));
             EXPECT_FALSE(body.Rebuild(bSplitToBodies));
         }
-        const std::vector<Object*> aBodies = GetAll(model.GetHistory(), nBodyType);
+        const std::vector<Body*> aBodies = GetAll<Body>(model.GetHistory());
         EXPECT_EQ(aBodies.size(), bSplitToBodies ? 2u : 1u);
-        EXPECT_EQ(GetAll(model.GetHistory(), nLumpType).size(), 2u);
-        for (const Object* pBody : aBodies)
+        EXPECT_EQ(GetAll<Lump>(model.GetHistory()).size(), 2u);
+        for (const Body* pBody : aBodies)
         {
             std::vector<Attribute*> aAttributes;
             EXPECT_EQ(pBody->GetAttributes(aAttributes), 1u);
         }
-        ExpectSound(model.GetHistory());
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }
@@ -170,21 +156,17 @@ TEST(BodyRebuild, GivesEachVoidToTheSmallestSolidAroundIt)
     EXPECT_EQ(aInner.front()->GetShell()->GetLump(), aMiddle.front()->GetShell()->GetLump());
     EXPECT_EQ(aMiddle.front()->GetShell()->GetLump()->GetShells().front(), aMiddle.front()->GetShell());
     EXPECT_NEAR(pBody->GetVolume(nullptr), 8000.0 - 4096.0 + 1728.0 - 8.0, 1e-6);
-    ExpectSound(model.GetHistory());
     ExpectUndoRedoRestores(model.GetHistory());
 }
 
 TEST(BodyRebuild, JoinsShellsThatHaveBecomeOneSheet)
 {
     PolygonModel model;
-    Body* pBody = nullptr;
-    {
-        Step step(model);
-        const std::vector<Face*> aFaces = model.AddBlockFaces(GetFrames()[2], Point3d(0, 0, 0), Point3d(1, 1, 1));
-        pBody = &model.AddBody({{aFaces[0], aFaces[3]}, {aFaces[1], aFaces[2], aFaces[4], aFaces[5]}});
-        EXPECT_TRUE(pBody->Rebuild(false));
-    }
-    EXPECT_EQ(GetAll(model.GetHistory(), nShellType).size(), 1u);
+    Step step(model);
+    const std::vector<Face*> aFaces = model.AddBlockFaces(GetFrames()[2], Point3d(0, 0, 0), Point3d(1, 1, 1));
+    Body& body = model.AddBody({{aFaces[0], aFaces[3]}, {aFaces[1], aFaces[2], aFaces[4], aFaces[5]}});
+    EXPECT_TRUE(body.Rebuild(false));
+    EXPECT_EQ(GetAll<Shell>(model.GetHistory()).size(), 1u);
     ExpectSound(model.GetHistory());
 }
 
@@ -192,14 +174,11 @@ TEST(BodyRebuild, GivesAFinALumpOfItsOwn)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[1];
-    Body* pBody = nullptr;
-    {
-        Step step(model);
-        std::vector<Face*> aFaces = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
-        aFaces.push_back(&model.AddFace({at(1, 0, 1), at(2, 0, 1), at(2, 1, 1), at(1, 1, 1)}));
-        pBody = &model.AddBody({aFaces});
-        EXPECT_TRUE(pBody->Rebuild(false));
-    }
+    Step step(model);
+    std::vector<Face*> aFaces = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
+    aFaces.push_back(&model.AddFace({at(1, 0, 1), at(2, 0, 1), at(2, 1, 1), at(1, 1, 1)}));
+    Body* pBody = &model.AddBody({aFaces});
+    EXPECT_TRUE(pBody->Rebuild(false));
     EXPECT_EQ(pBody->GetLumps().size(), 2u);
     EXPECT_TRUE(pBody->GetLumps()[0]->GetShells()[0]->IsClosed());
     EXPECT_FALSE(pBody->GetLumps()[1]->GetShells()[0]->IsClosed());
@@ -210,11 +189,7 @@ TEST(BodyRebuild, GivesAFinALumpOfItsOwn)
 TEST(BodyRebuild, EndsABodyThatHasLostAllItsFaces)
 {
     PolygonModel model;
-    Body* pBody = nullptr;
-    {
-        Step step(model);
-        pBody = &model.AddBlock(GetFrames().front(), Point3d(0, 0, 0), Point3d(1, 1, 1));
-    }
+    Body* pBody = &model.AddBlock(GetFrames().front(), Point3d(0, 0, 0), Point3d(1, 1, 1));
     {
         Step step(model);
         std::vector<Face*> aFaces;

@@ -40,8 +40,8 @@ Face& AddLeaf(PolygonModel& model, const Frame& at, double dDegrees, bool bTurne
 {
     const double c = std::cos(dDegrees * std::numbers::pi / 180);
     const double s = std::sin(dDegrees * std::numbers::pi / 180);
-    Polygon leaf{at(0, 0, 0), at(c, s, 0), at(c, s, 1), at(0, 0, 1)};
-    return model.AddFace(bTurnedOver ? Polygon(leaf.rbegin(), leaf.rend()) : leaf);
+    const Polygon leaf{at(0, 0, 0), at(c, s, 0), at(c, s, 1), at(0, 0, 1)};
+    return model.AddFace(bTurnedOver ? Reversed(leaf) : leaf);
 }
 } // namespace
 

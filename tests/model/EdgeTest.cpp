@@ -14,19 +14,10 @@ Edge& AddRoof(PolygonModel& model, const Frame& at, double dAngle, bool bSecondT
 {
     const double c = std::cos(dAngle);
     const double s = std::sin(dAngle);
-    model.AddFace({at(0, 0), at(1, 0), at(1, 1), at(0, 1)});
-    Polygon second{at(1, 0), at(1 + c, 0, s), at(1 + c, 1, s), at(1, 1)};
-    if (bSecondTurnedOver)
-        second = Polygon(second.rbegin(), second.rend());
-    model.AddFace(second);
+    model.AddFace(MakeRectangle(at, 0, 0, 1, 1));
+    const Polygon second{at(1, 0), at(1 + c, 0, s), at(1 + c, 1, s), at(1, 1)};
+    model.AddFace(bSecondTurnedOver ? Reversed(second) : second);
     return model.AddEdge(at(1, 0), at(1, 1));
-}
-
-std::size_t Count(History& history, nObjectType nType)
-{
-    std::vector<Object*> aObjects;
-    history.GetObjectsByType(aObjects, nType, true);
-    return aObjects.size();
 }
 } // namespace
 
@@ -148,18 +139,13 @@ TEST(EdgeDelete, JoinsTheFacesInOnePlane)
     {
         SCOPED_TRACE(at.pName);
         PolygonModel model;
-        Edge* pEdge = nullptr;
-        {
-            Step step(model);
-            pEdge = &AddRoof(model, at, 0.0);
-        }
+        Edge* pEdge = &AddRoof(model, at, 0.0);
         {
             Step step(model);
             EXPECT_TRUE(pEdge->Delete(false));
         }
-        EXPECT_EQ(Count(model.GetHistory(), nFaceType), 1u);
-        EXPECT_EQ(Count(model.GetHistory(), nVertexType), 4u); // both ends lay on straight runs
-        ExpectSound(model.GetHistory());
+        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 1u);
+        EXPECT_EQ(GetAll<Vertex>(model.GetHistory()).size(), 4u); // both ends lay on straight runs
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }
@@ -169,18 +155,13 @@ TEST(EdgeDelete, TakesTheFacesAndLeavesTheirOtherEdges)
     for (const double dAngle : {-90 * kDegree, 1e-3})
     {
         PolygonModel model;
-        Edge* pEdge = nullptr;
-        {
-            Step step(model);
-            pEdge = &AddRoof(model, GetFrames()[1], dAngle);
-        }
+        Edge* pEdge = &AddRoof(model, GetFrames()[1], dAngle);
         {
             Step step(model);
             EXPECT_TRUE(pEdge->Delete(false));
         }
-        EXPECT_EQ(Count(model.GetHistory(), nFaceType), 0u);
-        EXPECT_EQ(Count(model.GetHistory(), nEdgeType), 6u);
-        ExpectSound(model.GetHistory());
+        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 0u);
+        EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 6u);
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }
@@ -192,23 +173,18 @@ TEST(EdgeDelete, TakesAHalfOfASideAndNotAllOfIt)
     {
         PolygonModel model;
         const Polygon square{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}};
-        {
-            Step step(model);
-            model.AddFace(square);
-        }
+        model.AddFace(square);
         {
             Step step(model);
             EXPECT_TRUE(model.AddEdge(square[std::size_t(nPiece)], square[std::size_t(nPiece) + 1]).Delete(false));
         }
-        EXPECT_EQ(Count(model.GetHistory(), nFaceType), 0u);
-        std::vector<Object*> aEdges;
-        model.GetHistory().GetObjectsByType(aEdges, nEdgeType, true);
+        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 0u);
+        const std::vector<Edge*> aEdges = GetAll<Edge>(model.GetHistory());
         double dLength = 0.0;
-        for (const Object* pEdge : aEdges)
-            dLength += static_cast<const Edge*>(pEdge)->GetLength();
+        for (const Edge* pEdge : aEdges)
+            dLength += pEdge->GetLength();
         EXPECT_EQ(aEdges.size(), 4u);
         EXPECT_NEAR(dLength, 7.0, 1e-12);
-        ExpectSound(model.GetHistory());
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }

@@ -2,27 +2,11 @@
 
 namespace QRV
 {
-namespace
-{
-std::size_t Count(History& history, nObjectType nType)
-{
-    std::vector<Object*> aObjects;
-    return history.GetObjectsByType(aObjects, nType, false);
-}
-} // namespace
-
 TEST(FaceDelete, TakesWhatOnlyTheFaceUsed)
 {
     PolygonModel model;
-    Face* pFace = nullptr;
-    {
-        Step step(model);
-        pFace = &model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)});
-    }
-    {
-        Step step(model);
-        EXPECT_TRUE(pFace->Delete());
-    }
+    Face* pFace = &model.AddFace(MakeRectangle(GetFrames()[0], 0, 0, 1, 1));
+    InStep(model, [&] { EXPECT_TRUE(pFace->Delete()); });
     EXPECT_EQ(Describe(model.GetHistory()), "");
     ExpectUndoRedoRestores(model.GetHistory());
 }
@@ -33,21 +17,16 @@ TEST(FaceDelete, LeavesAnOpenBoxAndKeepsItsBody)
     {
         SCOPED_TRACE(at.pName);
         PolygonModel model;
-        Body* pBody = nullptr;
-        {
-            Step step(model);
-            pBody = &model.AddBlock(at, Point3d(0, 0, 0), Point3d(1, 2, 3));
-        }
+        Body* pBody = &model.AddBlock(at, Point3d(0, 0, 0), Point3d(1, 2, 3));
         {
             Step step(model);
             std::vector<Face*> aFaces;
             pBody->GetBodyFaces(aFaces);
             aFaces.back()->Delete();
         }
-        EXPECT_EQ(Count(model.GetHistory(), nFaceType), 5u);
-        EXPECT_EQ(Count(model.GetHistory(), nEdgeType), 12u);
+        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 5u);
+        EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 12u);
         EXPECT_EQ(pBody->GetVolume(nullptr), 0.0);
-        ExpectSound(model.GetHistory());
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }
@@ -58,14 +37,14 @@ TEST(FaceDelete, KeepsEdgesAsFreeOnesWithTheirMarks)
     std::uint64_t nSmoothEdge = INVALID_ID;
     {
         Step step(model);
-        Face& face = model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)});
+        Face& face = model.AddFace(MakeRectangle(GetFrames()[0], 0, 0, 1, 1));
         Edge& edge = model.AddEdge(Point3d(0, 0, 0), Point3d(1, 0, 0));
         edge.SetSmooth(true);
         nSmoothEdge = edge.GetID();
         EXPECT_TRUE(face.Delete(true, true));
     }
-    EXPECT_EQ(Count(model.GetHistory(), nEdgeType), 4u);
-    EXPECT_EQ(Count(model.GetHistory(), nCoedgeType), 0u);
+    EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 4u);
+    EXPECT_EQ(GetAll<Coedge>(model.GetHistory()).size(), 0u);
     const Edge& edge = *model.GetHistory().Get<Edge>(nSmoothEdge);
     EXPECT_TRUE(edge.IsFree());
     EXPECT_EQ(edge.GetUse(), 0u);
@@ -93,47 +72,30 @@ TEST(FaceDelete, KeepsBothHalvesOfAFanKnownAtItsVertex)
     EXPECT_EQ(vertex.GetEdgesPerGroup().size(), 2u);
     std::vector<Edge*> aEdges;
     EXPECT_EQ(vertex.GetConnectedEdges(aEdges), 4u);
-    ExpectSound(model.GetHistory());
     ExpectUndoRedoRestores(model.GetHistory());
 }
 
 TEST(FaceDelete, DissolvesAVertexLeftOnAStraightRun)
 {
     PolygonModel model;
-    Face* pUpper = nullptr;
-    {
-        Step step(model);
-        model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(2, 0, 0), Point3d(2, -1, 0), Point3d(0, -1, 0)});
-        pUpper = &model.AddFace({Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(0, 1, 0)});
-    }
-    {
-        Step step(model);
-        pUpper->Delete(true);
-    }
-    EXPECT_EQ(Count(model.GetHistory(), nVertexType), 4u);
-    EXPECT_EQ(Count(model.GetHistory(), nEdgeType), 4u);
-    ExpectSound(model.GetHistory());
+    model.AddFace({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, -1, 0}, {0, -1, 0}});
+    Face* pUpper = &model.AddFace({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    InStep(model, [&] { pUpper->Delete(true); });
+    EXPECT_EQ(GetAll<Vertex>(model.GetHistory()).size(), 4u);
+    EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 4u);
     ExpectUndoRedoRestores(model.GetHistory());
 }
 
 TEST(FaceDelete, RemovesOneHoleWithoutTouchingWhatFillsIt)
 {
     PolygonModel model;
-    const Polygon hole{Point3d(1, 1, 0), Point3d(1, 2, 0), Point3d(2, 2, 0), Point3d(2, 1, 0)};
-    Face* pOuter = nullptr;
-    {
-        Step step(model);
-        pOuter = &model.AddFace({Point3d(0, 0, 0), Point3d(5, 0, 0), Point3d(5, 5, 0), Point3d(0, 5, 0)}, {hole});
-        model.AddFace({hole.rbegin(), hole.rend()});
-    }
-    {
-        Step step(model);
-        pOuter->DeleteLoop(pOuter->GetLoops()[1]);
-    }
-    EXPECT_EQ(Count(model.GetHistory(), nLoopType), 2u);
-    EXPECT_EQ(Count(model.GetHistory(), nEdgeType), 8u);
+    const Polygon inner = MakeRectangle(GetFrames()[0], 1, 1, 2, 2);
+    Face* pOuter = &model.AddFace(MakeRectangle(GetFrames()[0], 0, 0, 5, 5), {Reversed(inner)});
+    model.AddFace(inner);
+    InStep(model, [&] { pOuter->DeleteLoop(pOuter->GetLoops()[1]); });
+    EXPECT_EQ(GetAll<Loop>(model.GetHistory()).size(), 2u);
+    EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 8u);
     EXPECT_NEAR(pOuter->GetArea(nullptr), 25.0, 1e-12);
-    ExpectSound(model.GetHistory());
     ExpectUndoRedoRestores(model.GetHistory());
 }
 } // namespace QRV

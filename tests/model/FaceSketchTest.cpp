@@ -10,22 +10,10 @@ namespace QRV
 {
 namespace
 {
-Polygon MakeRectangle(const Frame& at, double u0, double v0, double u1, double v1)
-{
-    return {at(u0, v0), at(u1, v0), at(u1, v1), at(u0, v1)};
-}
-
-Polygon Reversed(const Polygon& polygon)
-{
-    return {polygon.rbegin(), polygon.rend()};
-}
-
 double GetFaceArea(History& history)
 {
-    std::vector<Object*> aFaces;
-    history.GetObjectsByType(aFaces, nFaceType, false);
     double dArea = 0.0;
-    for (const Object* pFace : aFaces)
+    for (const Face* pFace : GetAll<Face>(history))
         dArea += pFace->GetArea(nullptr);
     return dArea;
 }
@@ -43,33 +31,26 @@ Face* Split(PolygonModel& model, Face& face, const Point3d& a, const Point3d& b)
     EXPECT_TRUE(face.SplitByEdge(model.AddEdge(a, b), &pPart, false));
     return pPart;
 }
+
+using FaceSketchInFrame = InFrame<PolygonModel>;
+INSTANTIATE_TEST_SUITE_P(AllFrames, FaceSketchInFrame, testing::ValuesIn(GetFrames()));
 } // namespace
 
-TEST(FaceSketch, PullsInATreeOfDanglingEdges)
+TEST_P(FaceSketchInFrame, PullsInATreeOfDanglingEdges)
 {
-    for (const Frame& at : GetFrames())
+    Face* pFace = &m_model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10));
     {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Face* pFace = nullptr;
-        {
-            Step step(model);
-            pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-        }
-        {
-            Step step(model);
-            model.AddEdge(at(5, 5), at(7, 5));
-            model.AddEdge(at(7, 5), at(8, 7));
-            model.AddEdge(at(5, 8), at(5, 5));
-            EXPECT_TRUE(AddSpur(model, *pFace, at(0, 0), at(5, 5)));
-        }
-        std::vector<Coedge*> aCoedges;
-        EXPECT_EQ(pFace->GetOuterLoop()->GetCoedges(aCoedges), 4u + 2 * 4);
-        EXPECT_EQ(pFace->GetLoops().size(), 1u);
-        EXPECT_NEAR(pFace->GetArea(nullptr), 100.0, 1e-8);
-        ExpectSound(model.GetHistory());
-        ExpectUndoRedoRestores(model.GetHistory());
+        Step step(m_model);
+        m_model.AddEdge(m_at(5, 5), m_at(7, 5));
+        m_model.AddEdge(m_at(7, 5), m_at(8, 7));
+        m_model.AddEdge(m_at(5, 8), m_at(5, 5));
+        EXPECT_TRUE(AddSpur(m_model, *pFace, m_at(0, 0), m_at(5, 5)));
     }
+    std::vector<Coedge*> aCoedges;
+    EXPECT_EQ(pFace->GetOuterLoop()->GetCoedges(aCoedges), 4u + 2 * 4);
+    EXPECT_EQ(pFace->GetLoops().size(), 1u);
+    EXPECT_NEAR(pFace->GetArea(nullptr), 100.0, 1e-8);
+    ExpectUndoRedoRestores(m_model.GetHistory());
 }
 
 TEST(FaceSketch, RefusesSpursThatDoNotRunInTheFace)
@@ -86,11 +67,7 @@ TEST(FaceSketch, RefusesSpursThatDoNotRunInTheFace)
     for (const Frame& at : GetFrames())
     {
         PolygonModel model;
-        Face* pFace = nullptr;
-        {
-            Step step(model);
-            pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(MakeRectangle(at, 4, 4, 6, 6))});
-        }
+        Face* pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(MakeRectangle(at, 4, 4, 6, 6))});
         for (const Case& test : aCases)
         {
             Step step(model, true);
@@ -103,158 +80,107 @@ TEST(FaceSketch, RefusesSpursThatDoNotRunInTheFace)
     }
 }
 
-TEST(FaceSketch, FindsTheCornerThatADirectionFallsInto)
+TEST_P(FaceSketchInFrame, FindsTheCornerThatADirectionFallsInto)
 {
-    for (const Frame& at : GetFrames())
+    Step step(m_model);
+    // Three spurs meet at (5, 5) and make three corners of it.
+    Face& face = m_model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10));
+    m_model.AddEdge(m_at(5, 5), m_at(8, 5));
+    m_model.AddEdge(m_at(5, 5), m_at(5, 8));
+    ASSERT_TRUE(AddSpur(m_model, face, m_at(0, 0), m_at(5, 5)));
+    const Vertex& hub = m_model.AddVertex(m_at(5, 5));
+    const auto findStart = [&](double u, double v)
     {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Step step(model);
-        // Three spurs meet at (5, 5) and make three corners of it.
-        Face& face = model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-        model.AddEdge(at(5, 5), at(8, 5));
-        model.AddEdge(at(5, 5), at(5, 8));
-        ASSERT_TRUE(AddSpur(model, face, at(0, 0), at(5, 5)));
-        const Vertex& hub = model.AddVertex(at(5, 5));
-        const auto findStart = [&](double u, double v)
-        {
-            const Coedge* pCorner = face.FindCorner(&hub, at(u, v) - at(0, 0));
-            return pCorner ? pCorner->GetStartVertex() : nullptr;
-        };
-        EXPECT_EQ(findStart(1, -1), &model.AddVertex(at(8, 5)));
-        EXPECT_EQ(findStart(1, 1), &model.AddVertex(at(5, 8)));
-        EXPECT_EQ(findStart(-1, 1), &model.AddVertex(at(0, 0)));
-        // Along a spur: the corner on whose other side it lies.
-        EXPECT_EQ(findStart(1, 0), &model.AddVertex(at(5, 8)));
-        EXPECT_EQ(findStart(0, 1), &model.AddVertex(at(0, 0)));
+        const Coedge* pCorner = face.FindCorner(&hub, m_at(u, v) - m_at(0, 0));
+        return pCorner ? pCorner->GetStartVertex() : nullptr;
+    };
+    EXPECT_EQ(findStart(1, -1), &m_model.AddVertex(m_at(8, 5)));
+    EXPECT_EQ(findStart(1, 1), &m_model.AddVertex(m_at(5, 8)));
+    EXPECT_EQ(findStart(-1, 1), &m_model.AddVertex(m_at(0, 0)));
+    // Along a spur: the corner on whose other side it lies.
+    EXPECT_EQ(findStart(1, 0), &m_model.AddVertex(m_at(5, 8)));
+    EXPECT_EQ(findStart(0, 1), &m_model.AddVertex(m_at(0, 0)));
 
-        const Vertex& square = model.AddVertex(at(10, 0));
-        EXPECT_NE(face.FindCorner(&square, at(-1, 1) - at(0, 0)), nullptr);
-        EXPECT_EQ(face.FindCorner(&square, at(1, 1) - at(0, 0)), nullptr);
-        EXPECT_EQ(face.FindCorner(&model.AddVertex(at(3, 3)), at(1, 1) - at(0, 0)), nullptr);
-    }
+    const Vertex& square = m_model.AddVertex(m_at(10, 0));
+    EXPECT_NE(face.FindCorner(&square, m_at(-1, 1) - m_at(0, 0)), nullptr);
+    EXPECT_EQ(face.FindCorner(&square, m_at(1, 1) - m_at(0, 0)), nullptr);
+    EXPECT_EQ(face.FindCorner(&m_model.AddVertex(m_at(3, 3)), m_at(1, 1) - m_at(0, 0)), nullptr);
 }
 
-TEST(FaceSketch, TurnsASpurIntoAChord)
+TEST_P(FaceSketchInFrame, TurnsASpurIntoAChord)
 {
-    for (const Frame& at : GetFrames())
+    Face* pFace = &m_model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10));
+    InStep(m_model, [&] { ASSERT_TRUE(AddSpur(m_model, *pFace, m_at(0, 0), m_at(4, 6))); });
+    ExpectSound(m_model.GetHistory());
     {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Face* pFace = nullptr;
-        {
-            Step step(model);
-            pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-        }
-        {
-            Step step(model);
-            ASSERT_TRUE(AddSpur(model, *pFace, at(0, 0), at(4, 6)));
-        }
-        ExpectSound(model.GetHistory());
-        {
-            Step step(model);
-            const Face* pPart = Split(model, *pFace, at(4, 6), at(10, 10));
-            ASSERT_NE(pPart, nullptr);
-            EXPECT_EQ(pPart->GetLoops().size(), 1u);
-        }
-        EXPECT_NEAR(GetFaceArea(model.GetHistory()), 100.0, 1e-8);
-        EXPECT_NEAR(std::abs(pFace->GetArea(nullptr) - 50.0), 10.0, 1e-8);
-        ExpectSound(model.GetHistory());
-        ExpectUndoRedoRestores(model.GetHistory());
-    }
-}
-
-TEST(FaceSketch, BridgesToAHoleAndCutsThroughItWithASecondEdge)
-{
-    for (const Frame& at : GetFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Face* pFace = nullptr;
-        {
-            Step step(model);
-            pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(MakeRectangle(at, 4, 4, 6, 6))});
-        }
-        {
-            Step step(model);
-            EXPECT_EQ(Split(model, *pFace, at(4, 4), at(0, 0)), nullptr);
-        }
-        EXPECT_EQ(pFace->GetLoops().size(), 1u);
-        EXPECT_NEAR(pFace->GetArea(nullptr), 96.0, 1e-8);
-        ExpectSound(model.GetHistory());
-        {
-            Step step(model);
-            const Face* pPart = Split(model, *pFace, at(6, 6), at(10, 10));
-            ASSERT_NE(pPart, nullptr);
-            EXPECT_NEAR(pPart->GetArea(nullptr), 48.0, 1e-8);
-        }
-        EXPECT_NEAR(pFace->GetArea(nullptr), 48.0, 1e-8);
-        ExpectSound(model.GetHistory());
-        ExpectUndoRedoRestores(model.GetHistory());
-    }
-}
-
-TEST(FaceSketch, CutsThePocketOfAHoleOff)
-{
-    for (const Frame& at : GetFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        // The hole is an L; the edge across its notch leaves a triangle of face between them.
-        const Polygon hole{at(4, 4), at(6, 4), at(6, 5), at(5, 5), at(5, 6), at(4, 6)};
-        Face* pFace = nullptr;
-        {
-            Step step(model);
-            pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(hole)});
-        }
-        {
-            Step step(model);
-            const Face* pPart = Split(model, *pFace, at(6, 5), at(5, 6));
-            ASSERT_NE(pPart, nullptr);
-            EXPECT_NEAR(pPart->GetArea(nullptr), 0.5, 1e-8);
-        }
-        EXPECT_EQ(pFace->GetLoops().size(), 2u);
-        EXPECT_NEAR(pFace->GetArea(nullptr), 96.5, 1e-8);
-        ExpectSound(model.GetHistory());
-        ExpectUndoRedoRestores(model.GetHistory());
-    }
-}
-
-TEST(FaceSketch, HandsEachHoleToThePartThatItLiesIn)
-{
-    for (const Frame& at : GetFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Face* pFace = nullptr;
-        Face* pPart = nullptr;
-        {
-            Step step(model);
-            std::vector<Polygon> aHoles;
-            for (const double u : {1.0, 2.5, 6.0, 7.5, 9.0})
-                aHoles.push_back(Reversed(MakeRectangle(at, u, 4, u + 0.5, 5)));
-            pFace = &model.AddFace({at(0, 0), at(5, 0), at(10, 0), at(10, 10), at(5, 10), at(0, 10)}, aHoles);
-            pPart = Split(model, *pFace, at(5, 0), at(5, 10));
-        }
+        Step step(m_model);
+        const Face* pPart = Split(m_model, *pFace, m_at(4, 6), m_at(10, 10));
         ASSERT_NE(pPart, nullptr);
-        EXPECT_EQ(pFace->GetLoops().size() + pPart->GetLoops().size(), 7u);
-        EXPECT_NEAR(pFace->GetArea(nullptr) + pPart->GetArea(nullptr), 97.5, 1e-8);
-        EXPECT_NEAR(std::abs(pFace->GetArea(nullptr) - pPart->GetArea(nullptr)), 0.5, 1e-8);
-        ExpectSound(model.GetHistory());
-        ExpectUndoRedoRestores(model.GetHistory());
+        EXPECT_EQ(pPart->GetLoops().size(), 1u);
     }
+    EXPECT_NEAR(GetFaceArea(m_model.GetHistory()), 100.0, 1e-8);
+    EXPECT_NEAR(std::abs(pFace->GetArea(nullptr) - 50.0), 10.0, 1e-8);
+    ExpectUndoRedoRestores(m_model.GetHistory());
+}
+
+TEST_P(FaceSketchInFrame, BridgesToAHoleAndCutsThroughItWithASecondEdge)
+{
+    Face* pFace = &m_model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10), {Reversed(MakeRectangle(m_at, 4, 4, 6, 6))});
+    InStep(m_model, [&] { EXPECT_EQ(Split(m_model, *pFace, m_at(4, 4), m_at(0, 0)), nullptr); });
+    EXPECT_EQ(pFace->GetLoops().size(), 1u);
+    EXPECT_NEAR(pFace->GetArea(nullptr), 96.0, 1e-8);
+    ExpectSound(m_model.GetHistory());
+    {
+        Step step(m_model);
+        const Face* pPart = Split(m_model, *pFace, m_at(6, 6), m_at(10, 10));
+        ASSERT_NE(pPart, nullptr);
+        EXPECT_NEAR(pPart->GetArea(nullptr), 48.0, 1e-8);
+    }
+    EXPECT_NEAR(pFace->GetArea(nullptr), 48.0, 1e-8);
+    ExpectUndoRedoRestores(m_model.GetHistory());
+}
+
+TEST_P(FaceSketchInFrame, CutsThePocketOfAHoleOff)
+{
+    // The hole is an L; the edge across its notch leaves a triangle of face between them.
+    const Polygon hole{m_at(4, 4), m_at(6, 4), m_at(6, 5), m_at(5, 5), m_at(5, 6), m_at(4, 6)};
+    Face* pFace = &m_model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10), {Reversed(hole)});
+    {
+        Step step(m_model);
+        const Face* pPart = Split(m_model, *pFace, m_at(6, 5), m_at(5, 6));
+        ASSERT_NE(pPart, nullptr);
+        EXPECT_NEAR(pPart->GetArea(nullptr), 0.5, 1e-8);
+    }
+    EXPECT_EQ(pFace->GetLoops().size(), 2u);
+    EXPECT_NEAR(pFace->GetArea(nullptr), 96.5, 1e-8);
+    ExpectUndoRedoRestores(m_model.GetHistory());
+}
+
+TEST_P(FaceSketchInFrame, HandsEachHoleToThePartThatItLiesIn)
+{
+    Face* pFace = nullptr;
+    Face* pPart = nullptr;
+    {
+        Step step(m_model);
+        std::vector<Polygon> aHoles;
+        for (const double u : {1.0, 2.5, 6.0, 7.5, 9.0})
+            aHoles.push_back(Reversed(MakeRectangle(m_at, u, 4, u + 0.5, 5)));
+        pFace = &m_model.AddFace({m_at(0, 0), m_at(5, 0), m_at(10, 0), m_at(10, 10), m_at(5, 10), m_at(0, 10)}, aHoles);
+        pPart = Split(m_model, *pFace, m_at(5, 0), m_at(5, 10));
+    }
+    ASSERT_NE(pPart, nullptr);
+    EXPECT_EQ(pFace->GetLoops().size() + pPart->GetLoops().size(), 7u);
+    EXPECT_NEAR(pFace->GetArea(nullptr) + pPart->GetArea(nullptr), 97.5, 1e-8);
+    EXPECT_NEAR(std::abs(pFace->GetArea(nullptr) - pPart->GetArea(nullptr)), 0.5, 1e-8);
+    ExpectUndoRedoRestores(m_model.GetHistory());
 }
 
 TEST(FaceSketch, RefusesChordsThatLeaveTheFace)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[1];
-    Face* pFace = nullptr;
-    {
-        Step step(model);
-        pFace = &model.AddFace({at(0, 0), at(4, 0), at(4, 4), at(2, 1), at(0, 4)},
-                               {Reversed(MakeRectangle(at, 1, 0.5, 3, 0.75))});
-    }
+    Face* pFace = &model.AddFace({at(0, 0), at(4, 0), at(4, 4), at(2, 1), at(0, 4)},
+                                 {Reversed(MakeRectangle(at, 1, 0.5, 3, 0.75))});
     const std::pair<Point3d, Point3d> aEdges[] = {
         {at(0, 4), at(4, 4)},      // over the notch
         {at(1, 0.5), at(3, 0.75)}, // through the hole
@@ -295,10 +221,7 @@ TEST(FaceSketch, SplitsAFaceOfALargeBodyAsCheaplyAsOneOfASmallOne)
         }
         const Body& body = *pCell->GetBody();
         const Interval3d before = body.GetCachedBox();
-        {
-            Step step(model);
-            Split(model, *pCell, Point3d(nCells - 1, nCells - 1, 0), Point3d(nCells, nCells, 0));
-        }
+        InStep(model, [&] { Split(model, *pCell, Point3d(nCells - 1, nCells - 1, 0), Point3d(nCells, nCells, 0)); });
         EXPECT_TRUE(body.GetCachedBox().isEqual(before, 0.0));
         aTouched.push_back(model.GetHistory().GetDeltas().back()->GetObjectIDs().size());
     }
@@ -307,34 +230,34 @@ TEST(FaceSketch, SplitsAFaceOfALargeBodyAsCheaplyAsOneOfASmallOne)
 
 namespace
 {
-struct Cell
+struct GridPoint
 {
     int u;
     int v;
 
-    bool operator==(const Cell&) const = default;
+    bool operator==(const GridPoint&) const = default;
 };
 
-int Turn(const Cell& a, const Cell& b, const Cell& c)
+int Turn(const GridPoint& a, const GridPoint& b, const GridPoint& c)
 {
     const int n = (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u);
     return (n > 0) - (n < 0);
 }
 
-bool IsOnSegment(const Cell& a, const Cell& b, const Cell& c)
+bool IsOnSegment(const GridPoint& a, const GridPoint& b, const GridPoint& c)
 {
     return Turn(a, b, c) == 0 && (a.u - c.u) * (b.u - c.u) + (a.v - c.v) * (b.v - c.v) <= 0;
 }
 
-using Segment = std::pair<Cell, Cell>;
+using GridSegment = std::pair<GridPoint, GridPoint>;
 
 /// The segments have at most an end in common.
-bool AreApart(const Segment& s, const Segment& t)
+bool AreApart(const GridSegment& s, const GridSegment& t)
 {
     const auto& [a, b] = s;
     const auto& [c, d] = t;
     const bool bCross = Turn(a, b, c) * Turn(a, b, d) < 0 && Turn(c, d, a) * Turn(c, d, b) < 0;
-    const auto isInner = [](const Cell& p, const Segment& of)
+    const auto isInner = [](const GridPoint& p, const GridSegment& of)
     { return p != of.first && p != of.second && IsOnSegment(of.first, of.second, p); };
     const bool bSame = (a == c && b == d) || (a == d && b == c);
     return !bSame && !bCross && !isInner(a, t) && !isInner(b, t) && !isInner(c, s) && !isInner(d, s);
@@ -348,7 +271,7 @@ public:
     RandomDrawing(const Frame& at, unsigned nSeed) : m_at(at), m_random(nSeed), m_aTreeOf((kSide + 1) * (kSide + 1))
     {
         std::iota(m_aTreeOf.begin(), m_aTreeOf.end(), 0);
-        std::vector<Cell> aBorder;
+        std::vector<GridPoint> aBorder;
         for (int n = 0; n < kSide; ++n)
             aBorder.push_back({n, 0});
         for (int n = 0; n < kSide; ++n)
@@ -371,10 +294,10 @@ public:
     {
         for (int n = 0; n < nTries; ++n)
         {
-            const Segment segment{PickCell(), PickCell()};
+            const GridSegment segment{PickPoint(), PickPoint()};
             if (segment.first == segment.second || ClosesALooseTree(segment) ||
                 !std::all_of(m_aSegments.begin(), m_aSegments.end(),
-                             [&](const Segment& s) { return AreApart(s, segment); }))
+                             [&](const GridSegment& s) { return AreApart(s, segment); }))
                 continue;
             Note(segment);
             Step step(m_model);
@@ -401,9 +324,7 @@ public:
             ASSERT_EQ(edge.GetUse(), bOnBorder ? 1u : 2u);
             EXPECT_TRUE(bOnBorder || edge.GetCoedge()->IsForward() != edge.GetCoedge()->GetPartner()->IsForward());
         }
-        std::vector<Object*> aFaces;
-        m_model.GetHistory().GetObjectsByType(aFaces, nFaceType, false);
-        EXPECT_EQ(int(aVertices.size()) - nEdges + int(aFaces.size()), 1);
+        EXPECT_EQ(int(aVertices.size()) - nEdges + int(GetAll<Face>(m_model.GetHistory()).size()), 1);
     }
 
     History& GetHistory() { return m_model.GetHistory(); }
@@ -411,11 +332,11 @@ public:
 private:
     static constexpr int kSide = 6;
 
-    Cell PickCell() { return {int(m_random() % (kSide + 1)), int(m_random() % (kSide + 1))}; }
-    Point3d GetPoint(const Cell& cell) const { return m_at(cell.u, cell.v); }
-    static int GetIndex(const Cell& cell) { return cell.v * (kSide + 1) + cell.u; }
+    GridPoint PickPoint() { return {int(m_random() % (kSide + 1)), int(m_random() % (kSide + 1))}; }
+    Point3d GetPoint(const GridPoint& cell) const { return m_at(cell.u, cell.v); }
+    static int GetIndex(const GridPoint& cell) { return cell.v * (kSide + 1) + cell.u; }
 
-    int FindTree(const Cell& cell) const
+    int FindTree(const GridPoint& cell) const
     {
         int n = GetIndex(cell);
         while (m_aTreeOf[n] != n)
@@ -423,14 +344,14 @@ private:
         return n;
     }
 
-    void Note(const Segment& segment)
+    void Note(const GridSegment& segment)
     {
         m_aSegments.push_back(segment);
         m_aTreeOf[FindTree(segment.first)] = FindTree(segment.second);
     }
 
     /// A loop off the border would be a face of its own.
-    bool ClosesALooseTree(const Segment& segment) const
+    bool ClosesALooseTree(const GridSegment& segment) const
     {
         return FindTree(segment.first) == FindTree(segment.second) && FindTree(segment.first) != FindTree({0, 0});
     }
@@ -459,7 +380,7 @@ private:
     const Frame& m_at;
     std::mt19937 m_random;
     std::vector<int> m_aTreeOf;
-    std::vector<Segment> m_aSegments;
+    std::vector<GridSegment> m_aSegments;
     PolygonModel m_model;
 };
 } // namespace
@@ -481,33 +402,22 @@ TEST(FaceSketch, MakesAPlanarSubdivisionOfWhateverIsDrawn)
         }
 }
 
-TEST(AddInnerFace, MakesAHoleThatTheInnerFaceFills)
+TEST_P(FaceSketchInFrame, MakesAHoleThatTheInnerFaceFills)
 {
-    for (const Frame& at : GetFrames())
-        for (const bool bOpposite : {false, true})
-        {
-            SCOPED_TRACE(at.pName);
-            PolygonModel model;
-            Face* pOuter = nullptr;
-            Face* pInner = nullptr;
-            {
-                Step step(model);
-                pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-                const Polygon rectangle = MakeRectangle(at, 2, 2, 5, 6);
-                pInner = &model.AddFace(bOpposite ? Reversed(rectangle) : rectangle);
-            }
-            {
-                Step step(model);
-                EXPECT_TRUE(pOuter->AddInnerFace(pInner));
-            }
-            EXPECT_NEAR(pOuter->GetArea(nullptr), 88.0, 1e-8);
-            EXPECT_NEAR(pInner->GetArea(nullptr), 12.0, 1e-8);
-            const Coedge& coedge = *pInner->GetOuterLoop()->GetCoedge();
-            EXPECT_EQ(coedge.GetPartner()->GetFace(), pOuter);
-            EXPECT_EQ(coedge.GetPartner()->IsForward() == coedge.IsForward(), bOpposite);
-            ExpectSound(model.GetHistory());
-            ExpectUndoRedoRestores(model.GetHistory());
-        }
+    for (const bool bOpposite : {false, true})
+    {
+        PolygonModel model;
+        Face* pOuter = &model.AddFace(MakeRectangle(m_at, 0, 0, 10, 10));
+        const Polygon rectangle = MakeRectangle(m_at, 2, 2, 5, 6);
+        Face* pInner = &model.AddFace(bOpposite ? Reversed(rectangle) : rectangle);
+        InStep(model, [&] { EXPECT_TRUE(pOuter->AddInnerFace(pInner)); });
+        EXPECT_NEAR(pOuter->GetArea(nullptr), 88.0, 1e-8);
+        EXPECT_NEAR(pInner->GetArea(nullptr), 12.0, 1e-8);
+        const Coedge& coedge = *pInner->GetOuterLoop()->GetCoedge();
+        EXPECT_EQ(coedge.GetPartner()->GetFace(), pOuter);
+        EXPECT_EQ(coedge.GetPartner()->IsForward() == coedge.IsForward(), bOpposite);
+        ExpectUndoRedoRestores(model.GetHistory());
+    }
 }
 
 TEST(AddInnerFace, TakesTheHolesWithinTheInnerFaceAlong)
@@ -516,21 +426,19 @@ TEST(AddInnerFace, TakesTheHolesWithinTheInnerFaceAlong)
     {
         PolygonModel model;
         const Frame& at = GetFrames()[1];
-        Face* pOuter = nullptr;
+        Face* pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
+        const Polygon middle = MakeRectangle(at, 2, 2, 5, 5);
         Face* pMiddle = nullptr;
+        for (const Polygon& inner :
+             {MakeRectangle(at, 3, 3, 4, 4), MakeRectangle(at, 8, 8, 9, 9), bOpposite ? Reversed(middle) : middle})
         {
             Step step(model);
-            pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-            EXPECT_TRUE(pOuter->AddInnerFace(&model.AddFace(MakeRectangle(at, 3, 3, 4, 4))));
-            EXPECT_TRUE(pOuter->AddInnerFace(&model.AddFace(MakeRectangle(at, 8, 8, 9, 9))));
-            const Polygon rectangle = MakeRectangle(at, 2, 2, 5, 5);
-            pMiddle = &model.AddFace(bOpposite ? Reversed(rectangle) : rectangle);
+            pMiddle = &model.AddFace(inner);
             EXPECT_TRUE(pOuter->AddInnerFace(pMiddle));
         }
         EXPECT_NEAR(pOuter->GetArea(nullptr), 100.0 - 9.0 - 1.0, 1e-9);
         EXPECT_NEAR(pMiddle->GetArea(nullptr), 9.0 - 1.0, 1e-9);
         EXPECT_NEAR(GetFaceArea(model.GetHistory()), 100.0, 1e-9);
-        ExpectSound(model.GetHistory());
         ExpectUndoRedoRestores(model.GetHistory());
     }
 }
@@ -539,16 +447,12 @@ TEST(AddInnerFace, LeavesSpursAndBridgesOfTheInnerFaceToIt)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[2];
-    Face* pOuter = nullptr;
-    Face* pInner = nullptr;
-    {
-        Step step(model);
-        pInner = &model.AddFace(MakeRectangle(at, 2, 2, 8, 8), {Reversed(MakeRectangle(at, 4, 4, 6, 6))});
-        EXPECT_TRUE(AddSpur(model, *pInner, at(8, 8), at(7, 7)));
-        EXPECT_EQ(Split(model, *pInner, at(2, 2), at(4, 4)), nullptr);
-        pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
-        EXPECT_TRUE(pOuter->AddInnerFace(pInner));
-    }
+    Step step(model);
+    Face* pInner = &model.AddFace(MakeRectangle(at, 2, 2, 8, 8), {Reversed(MakeRectangle(at, 4, 4, 6, 6))});
+    EXPECT_TRUE(AddSpur(model, *pInner, at(8, 8), at(7, 7)));
+    EXPECT_EQ(Split(model, *pInner, at(2, 2), at(4, 4)), nullptr);
+    Face* pOuter = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
+    EXPECT_TRUE(pOuter->AddInnerFace(pInner));
     std::vector<Coedge*> aCoedges;
     EXPECT_EQ(pOuter->GetLoops()[1]->GetCoedges(aCoedges), 4u);
     EXPECT_NEAR(pOuter->GetArea(nullptr), 64.0, 1e-7);
@@ -559,12 +463,8 @@ TEST(AddInnerFace, RefusesWhatDoesNotFit)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[1];
-    Face* pOuter = nullptr;
-    {
-        Step step(model);
-        pOuter = &model.AddFace({at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 5)},
-                                {Reversed(MakeRectangle(at, 6, 6, 8, 8))});
-    }
+    Face* pOuter = &model.AddFace({at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 5)},
+                                  {Reversed(MakeRectangle(at, 6, 6, 8, 8))});
     const Polygon aPolygons[] = {
         {at(1, 1, 0.1), at(2, 1, 0.1), at(2, 2, 0.1)}, // beside the plane
         {at(1, 1), at(2, 1), at(2, 2, 0.5)},           // through the plane

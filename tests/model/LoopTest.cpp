@@ -11,17 +11,6 @@ Polygon MakeLWithSpur(const Frame& at)
 {
     return {at(0, 0), at(2, 0), at(2, 1), at(1, 1), at(0.5, 0.5), at(1, 1), at(1, 2), at(0, 2)};
 }
-
-Polygon MakeSquare(const Frame& at, double dLower, double dUpper)
-{
-    return {at(dLower, dLower), at(dUpper, dLower), at(dUpper, dUpper), at(dLower, dUpper)};
-}
-
-Polygon Reversed(Polygon polygon)
-{
-    std::reverse(polygon.begin(), polygon.end());
-    return polygon;
-}
 } // namespace
 
 TEST(Loop, AreaHasTheSignOfItsSenseAndKeepsItsDigitsFarAway)
@@ -133,15 +122,15 @@ TEST(Face, BringsTheOutlineToTheFrontOnlyWhenTheFirstLoopIsNone)
     PolygonModel model;
     Step step(model);
     const Frame& at = GetFrames().front();
-    Face& face = model.AddFace(MakeSquare(at, 0, 10));
+    Face& face = model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
     Loop* pOutline = face.GetOuterLoop();
-    Loop& hole = model.AddLoop(Reversed(MakeSquare(at, 4, 5)));
+    Loop& hole = model.AddLoop(Reversed(MakeRectangle(at, 4, 4, 5, 5)));
     face.AddLoop(&hole, true);
     EXPECT_TRUE(face.ChooseOuterLoop());
     EXPECT_EQ(face.GetLoops(), (std::vector<Loop*>{pOutline, &hole}));
     EXPECT_FALSE(face.ChooseOuterLoop());
 
-    Loop& larger = model.AddLoop(MakeSquare(at, -5, 20));
+    Loop& larger = model.AddLoop(MakeRectangle(at, -5, -5, 20, 20));
     face.AddLoop(&larger, false);
     EXPECT_FALSE(face.ChooseOuterLoop());
     EXPECT_EQ(face.GetOuterLoop(), pOutline);
@@ -154,8 +143,8 @@ TEST(Face, AddsOnlyLoopsThatNoOtherFaceHas)
     Face* pFace = nullptr;
     {
         Step step(model);
-        pFace = &model.AddFace(MakeSquare(at, 0, 10), {Reversed(MakeSquare(at, 4, 5))});
-        Face& other = model.AddFace(MakeSquare(at, 20, 30));
+        pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(MakeRectangle(at, 4, 4, 5, 5))});
+        Face& other = model.AddFace(MakeRectangle(at, 20, 20, 30, 30));
         EXPECT_FALSE(other.AddLoop(pFace->GetLoops()[1], false));
         EXPECT_EQ(other.GetLoops().size(), 1u);
     }
@@ -169,11 +158,7 @@ TEST(Face, ReversedTwiceIsTheSame)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[1];
-    Face* pFace = nullptr;
-    {
-        Step step(model);
-        pFace = &model.AddFace(MakeSquare(at, 0, 10), {Reversed(MakeSquare(at, 4, 5))});
-    }
+    Face* pFace = &model.AddFace(MakeRectangle(at, 0, 0, 10, 10), {Reversed(MakeRectangle(at, 4, 4, 5, 5))});
     const std::string strBefore = Describe(model.GetHistory());
     {
         Step step(model);
@@ -183,10 +168,7 @@ TEST(Face, ReversedTwiceIsTheSame)
     }
     ExpectSound(model.GetHistory());
     EXPECT_NE(Describe(model.GetHistory()), strBefore);
-    {
-        Step step(model);
-        pFace->Reverse();
-    }
+    InStep(model, [&] { pFace->Reverse(); });
     EXPECT_EQ(Describe(model.GetHistory()), strBefore);
 }
 } // namespace QRV

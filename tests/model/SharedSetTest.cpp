@@ -15,11 +15,11 @@ namespace QRV
 {
 namespace
 {
-struct NumberKey
+struct OwnKey
 {
     std::uint64_t operator()(std::uint64_t n) const { return n; }
 };
-using NumberSet = SharedSet<std::uint64_t, NumberKey>;
+using NumberSet = SharedSet<std::uint64_t, OwnKey>;
 using PlainSet = std::set<std::uint64_t>;
 
 struct Part

@@ -1,10 +1,10 @@
+#include "support/BadNumbers.h"
 #include "support/PolygonModel.h"
 
 #include "model/CircleAttribute.h"
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 
 namespace QRV
 {
@@ -184,9 +184,8 @@ TEST(Validity, OfACircleAllowsCutChordsOnly)
     }
     ExpectSound(model.GetHistory());
 
-    const double dNone = std::numeric_limits<double>::quiet_NaN();
     const CircleAttribute aBad[] = {{0.0, Point3d(), at.z, at.x},           {-1.0, Point3d(), at.z, at.x},
-                                    {dNone, Point3d(), at.z, at.x},         {1.0, Point3d(), UnitVector3d(), at.x},
+                                    {kNaN, Point3d(), at.z, at.x},          {1.0, Point3d(), UnitVector3d(), at.x},
                                     {1.0, Point3d(), at.z, UnitVector3d()}, {1.0, Point3d(), at.z, at.z}};
     Step step(model, true);
     for (const CircleAttribute& bad : aBad)

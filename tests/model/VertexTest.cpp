@@ -18,11 +18,10 @@ std::vector<Vertex*> FindVerticesAt(History& history, const Point3d& p)
 /// The caches of every face are what the vertices say.
 void ExpectFreshCaches(History& history)
 {
-    std::vector<Object*> aFaces;
-    history.GetObjectsByType(aFaces, nFaceType, true);
-    for (Object* pObject : aFaces)
+    const std::vector<Face*> aFaces = GetAll<Face>(history);
+    for (Face* pFace : aFaces)
     {
-        auto& face = static_cast<Face&>(*pObject);
+        Face& face = *pFace;
         EXPECT_TRUE(face.GetCachedBox().isEqual(face.ComputeBox(), 0.0));
         Plane plane;
         ASSERT_TRUE(face.ComputePlane(plane));
@@ -34,15 +33,13 @@ void ExpectFreshCaches(History& history)
         for (std::size_t n = 0; n < pFacets->GetFacets().size(); ++n)
             EXPECT_EQ(face.GetCachedFacets()->GetFacets()[n].aVertices, pFacets->GetFacets()[n].aVertices);
     }
-    std::vector<Object*> aBodies;
-    history.GetObjectsByType(aBodies, nBodyType, true);
-    for (const Object* pBody : aBodies)
+    for (const Body* pBody : GetAll<Body>(history))
     {
         Interval3d box;
-        for (const Object* pFace : aFaces)
-            if (static_cast<const Face*>(pFace)->GetBody() == pBody)
-                box += static_cast<const Face*>(pFace)->ComputeBox();
-        EXPECT_TRUE(static_cast<const Body*>(pBody)->GetCachedBox().isEqual(box, 0.0));
+        for (const Face* pFace : aFaces)
+            if (pFace->GetBody() == pBody)
+                box += pFace->ComputeBox();
+        EXPECT_TRUE(pBody->GetCachedBox().isEqual(box, 0.0));
     }
 }
 } // namespace
@@ -101,15 +98,9 @@ TEST(Vertex, TakesEdgesFacesAndTreesAlongAndBackAgain)
 TEST(Vertex, StaysForAWayThatIsNone)
 {
     PolygonModel model;
-    {
-        Step step(model);
-        model.AddVertex(Point3d(1, 2, 3));
-    }
+    model.AddVertex(Point3d(1, 2, 3));
     const std::size_t nDeltas = model.GetHistory().GetDeltas().size();
-    {
-        Step step(model);
-        model.AddVertex(Point3d(1, 2, 3)).SetPosition(Point3d(1 + 9e-13, 2, 3));
-    }
+    InStep(model, [&] { model.AddVertex(Point3d(1, 2, 3)).SetPosition(Point3d(1 + 9e-13, 2, 3)); });
     EXPECT_EQ(model.GetHistory().GetDeltas().size(), nDeltas);
 }
 
@@ -122,7 +113,7 @@ TEST(Vertex, WhereSolidsTouchFallsIntoOneForEach)
         for (const double w : {-1.0, 1.0})
         {
             const Polygon base{{-1, -1, w}, {1, -1, w}, {0, 1, w}};
-            std::vector<Face*> aFaces{&model.AddFace(w > 0 ? base : Polygon(base.rbegin(), base.rend()))};
+            std::vector<Face*> aFaces{&model.AddFace(w > 0 ? base : Reversed(base))};
             for (std::size_t n = 0; n < 3; ++n)
                 aFaces.push_back(&model.AddFace(w > 0 ? Polygon{base[(n + 1) % 3], base[n], apex}
                                                       : Polygon{base[n], base[(n + 1) % 3], apex}));
@@ -136,10 +127,7 @@ TEST(Vertex, WhereSolidsTouchFallsIntoOneForEach)
     std::vector<Object*> aOwners;
     EXPECT_EQ(shared.GetTopOwners(aOwners), 3u);
     std::vector<Vertex*> aNew;
-    {
-        Step step(model);
-        EXPECT_TRUE(shared.SplitIntoGroups(aNew));
-    }
+    InStep(model, [&] { EXPECT_TRUE(shared.SplitIntoGroups(aNew)); });
     ASSERT_EQ(aNew.size(), 2u);
     ExpectSound(model.GetHistory());
     for (const Vertex* pVertex : {&shared, aNew[0], aNew[1]})
@@ -170,19 +158,10 @@ TEST(Vertex, GoesOnlyFromAStraightRunOfTwoEdges)
             SCOPED_TRACE(testing::Message() << test.pName << ", " << at.pName);
             PolygonModel model;
             const auto place = [&](const Point3d& p) { return at(p.x, p.y, p.z); };
-            {
-                Step step(model);
-                model.AddEdge(at(0, 0), place(test.middle)).SetSmooth(true);
-                model.AddEdge(at(1, 0), place(test.middle));
-            }
-            {
-                Step step(model);
-                EXPECT_EQ(model.AddVertex(place(test.middle)).RemoveIfRedundant(), test.bGoes);
-            }
-            std::vector<Object*> aEdges;
-            model.GetHistory().GetObjectsByType(aEdges, nEdgeType, true);
-            EXPECT_EQ(aEdges.size(), test.bGoes ? 1u : 2u);
-            ExpectSound(model.GetHistory());
+            InStep(model, [&] { model.AddEdge(at(0, 0), place(test.middle)).SetSmooth(true); });
+            model.AddEdge(at(1, 0), place(test.middle));
+            InStep(model, [&] { EXPECT_EQ(model.AddVertex(place(test.middle)).RemoveIfRedundant(), test.bGoes); });
+            EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), test.bGoes ? 1u : 2u);
             ExpectUndoRedoRestores(model.GetHistory());
         }
 

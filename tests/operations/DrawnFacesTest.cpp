@@ -16,11 +16,6 @@ std::vector<Frame> GetSketchFrames()
     return aFrames;
 }
 
-Polygon MakeRectangle(const Frame& at, double u0, double v0, double u1, double v1)
-{
-    return {at(u0, v0), at(u1, v0), at(u1, v1), at(u0, v1)};
-}
-
 std::vector<double> GetAreas(const TestModel& model)
 {
     std::vector<double> aAreas;
@@ -36,15 +31,7 @@ void ExpectAreas(const TestModel& model, std::vector<double> aExpected)
     ASSERT_EQ(aAreas.size(), aExpected.size());
     for (std::size_t n = 0; n < aAreas.size(); ++n)
         EXPECT_NEAR(aAreas[n], aExpected[n], 1e-7);
-    ExpectSound(model);
     ExpectUndoRedoRestores(model);
-}
-
-nEdgeFaceClass GetClass(const TestModel& model, std::uint64_t nEdge)
-{
-    nEdgeFaceClass nClass = nEdgeFree;
-    EXPECT_TRUE(APIGetEdgeFaceClassificationReadOnly(model.GetID(), nEdge, nClass).IsGood());
-    return nClass;
 }
 
 std::uint64_t FindEdge(const TestModel& model, const Point3d& a, const Point3d& b)
@@ -60,184 +47,133 @@ std::uint64_t FindEdge(const TestModel& model, const Point3d& a, const Point3d& 
     ADD_FAILURE() << "no such edge";
     return INVALID_ID;
 }
+
+using DrawnFacesInFrame = InFrame<TestModel>;
+INSTANTIATE_TEST_SUITE_P(AllFrames, DrawnFacesInFrame, testing::ValuesIn(GetSketchFrames()));
 } // namespace
 
-TEST(DrawnFaces, ALineAcrossAFaceSplitsIt)
+TEST_P(DrawnFacesInFrame, ALineAcrossAFaceSplitsIt)
 {
-    for (const Frame& at : GetSketchFrames())
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 4, 2));
+    m_model.Line(m_at(1, -1), m_at(1, 3));
+    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, 2, 9, 8}));
+    ExpectAreas(m_model, {2, 6});
+}
+
+TEST_P(DrawnFacesInFrame, ASpurBecomesAChordWhenItReachesTheBoundary)
+{
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 4, 2));
+    m_model.Line(m_at(0, 0), m_at(1, 1));
+    EXPECT_EQ(m_model.GetFaceClass(FindEdge(m_model, m_at(0, 0), m_at(1, 1))), nEdgeInsideFace);
+    EXPECT_EQ(m_model.Count(nFaceType), 1u);
+    m_model.Line(m_at(1, 1), m_at(4, 1));
+    EXPECT_EQ(m_model.Count(nFaceType), 2u);
+    EXPECT_EQ(m_model.GetFaceClass(FindEdge(m_model, m_at(0, 0), m_at(1, 1))), nEdgeManifold);
+    ExpectAreas(m_model, {3.5, 4.5});
+}
+
+TEST_P(DrawnFacesInFrame, ALooseSketchWithinAFaceJoinsItWhenTied)
+{
+    m_model.Line(m_at(1, 1), m_at(2, 1));
+    m_model.Line(m_at(2, 1), m_at(2, 1.5));
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 4, 2));
+    EXPECT_EQ(m_model.GetFaceClass(FindEdge(m_model, m_at(1, 1), m_at(2, 1))), nEdgeFree);
+    m_model.Line(m_at(0, 0), m_at(1, 1));
+    EXPECT_EQ(m_model.GetFaceClass(FindEdge(m_model, m_at(2, 1), m_at(2, 1.5))), nEdgeInsideFace);
+    ExpectAreas(m_model, {8});
+}
+
+TEST_P(DrawnFacesInFrame, AClosedSketchInAFaceIsAFaceAndAHole)
+{
+    for (const bool bInnerFirst : {false, true})
     {
-        SCOPED_TRACE(at.pName);
+        SCOPED_TRACE(bInnerFirst);
+        const Polygon inner = MakeRectangle(m_at, 1, 1, 2, 3);
+        std::vector<Polygon> aPolygons{MakeRectangle(m_at, 0, 0, 5, 5), MakeRectangle(m_at, 0.5, 0.5, 4, 4),
+                                       bInnerFirst ? Reversed(inner) : inner};
+        if (bInnerFirst)
+            std::reverse(aPolygons.begin(), aPolygons.end());
         TestModel model;
-        model.Outline(MakeRectangle(at, 0, 0, 4, 2));
-        model.Line(at(1, -1), at(1, 3));
-        EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 2, 9, 8}));
-        ExpectAreas(model, {2, 6});
+        for (const Polygon& polygon : aPolygons)
+            model.Outline(polygon);
+        EXPECT_EQ(model.Count(nLoopType), 5u);
+        ExpectAreas(model, {2, 10.25, 12.75});
     }
 }
 
-TEST(DrawnFaces, ASpurBecomesAChordWhenItReachesTheBoundary)
+TEST_P(DrawnFacesInFrame, TheSharedEdgeDrawnLastMakesTwo)
 {
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Outline(MakeRectangle(at, 0, 0, 4, 2));
-        model.Line(at(0, 0), at(1, 1));
-        EXPECT_EQ(GetClass(model, FindEdge(model, at(0, 0), at(1, 1))), nEdgeInsideFace);
-        EXPECT_EQ(model.Count(nFaceType), 1u);
-        model.Line(at(1, 1), at(4, 1));
-        EXPECT_EQ(model.Count(nFaceType), 2u);
-        EXPECT_EQ(GetClass(model, FindEdge(model, at(0, 0), at(1, 1))), nEdgeManifold);
-        ExpectAreas(model, {3.5, 4.5});
-    }
+    m_model.Outline({m_at(1, 0), m_at(0, 0), m_at(0, 1), m_at(1, 1), m_at(2, 1), m_at(2, 0)});
+    EXPECT_EQ(m_model.Count(nFaceType), 1u);
+    m_model.Line(m_at(1, 0), m_at(1, 1));
+    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, 2, 7, 6}));
+    ExpectAreas(m_model, {1, 1});
 }
 
-TEST(DrawnFaces, ALooseSketchWithinAFaceJoinsItWhenTied)
+TEST_P(DrawnFacesInFrame, TheEdgeThatTwoSquaresAtARightAngleLackMakesBoth)
 {
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Line(at(1, 1), at(2, 1));
-        model.Line(at(2, 1), at(2, 1.5));
-        model.Outline(MakeRectangle(at, 0, 0, 4, 2));
-        EXPECT_EQ(GetClass(model, FindEdge(model, at(1, 1), at(2, 1))), nEdgeFree);
-        model.Line(at(0, 0), at(1, 1));
-        EXPECT_EQ(GetClass(model, FindEdge(model, at(2, 1), at(2, 1.5))), nEdgeInsideFace);
-        ExpectAreas(model, {8});
-    }
+    m_model.Lines({{m_at(0, 0), m_at(1, 0)}, {m_at(1, 0), m_at(1, 1)}, {m_at(1, 1), m_at(0, 1)}});
+    m_model.Lines({{m_at(0, 0), m_at(0, 0, 1)}, {m_at(0, 0, 1), m_at(0, 1, 1)}, {m_at(0, 1, 1), m_at(0, 1)}});
+    EXPECT_EQ(m_model.Count(nFaceType), 0u);
+    m_model.Line(m_at(0, 0), m_at(0, 1));
+    ExpectAreas(m_model, {1, 1});
 }
 
-TEST(DrawnFaces, AClosedSketchInAFaceIsAFaceAndAHole)
+TEST_P(DrawnFacesInFrame, AHoleThatTouchesTheBoundaryIsCutOffByABridge)
 {
-    for (const Frame& at : GetSketchFrames())
-        for (const bool bInnerFirst : {false, true})
-        {
-            SCOPED_TRACE(std::string(at.pName) + (bInnerFirst ? ", inner first" : ""));
-            Polygon inner = MakeRectangle(at, 1, 1, 2, 3);
-            if (bInnerFirst)
-                std::reverse(inner.begin(), inner.end());
-            const Polygon middle = MakeRectangle(at, 0.5, 0.5, 4, 4);
-            const Polygon outer = MakeRectangle(at, 0, 0, 5, 5);
-            std::vector<const Polygon*> aPolygons{&inner, &middle, &outer};
-            if (!bInnerFirst)
-                std::reverse(aPolygons.begin(), aPolygons.end());
-            TestModel model;
-            for (const Polygon* pPolygon : aPolygons)
-                model.Outline(*pPolygon);
-            EXPECT_EQ(model.Count(nLoopType), 5u);
-            ExpectAreas(model, {2, 10.25, 12.75});
-        }
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 10, 4));
+    // Two diamonds in a chain that touches the left side and one another; the last line ties it to the right side.
+    m_model.Outline({m_at(0, 2), m_at(2, 1), m_at(4, 2), m_at(2, 3)});
+    m_model.Outline({m_at(4, 2), m_at(6, 1), m_at(8, 2), m_at(6, 3)});
+    EXPECT_EQ(m_model.Count(nFaceType), 3u);
+    m_model.Line(m_at(8, 2), m_at(10, 2));
+    ExpectAreas(m_model, {4, 4, 16, 16});
 }
 
-TEST(DrawnFaces, TheSharedEdgeDrawnLastMakesTwo)
+TEST_P(DrawnFacesInFrame, APolylineMeetsOnlyItself)
 {
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Lines({{at(1, 0), at(0, 0)},
-                     {at(0, 0), at(0, 1)},
-                     {at(0, 1), at(1, 1)},
-                     {at(1, 1), at(2, 1)},
-                     {at(2, 1), at(2, 0)}});
-        model.Line(at(2, 0), at(1, 0));
-        EXPECT_EQ(model.Count(nFaceType), 1u);
-        model.Line(at(1, 0), at(1, 1));
-        EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 2, 7, 6}));
-        ExpectAreas(model, {1, 1});
-    }
-    // Two squares at a right angle: neither stands before the edge that both lack.
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Lines({{at(0, 0), at(1, 0)}, {at(1, 0), at(1, 1)}, {at(1, 1), at(0, 1)}});
-        model.Lines({{at(0, 0), at(0, 0, 1)}, {at(0, 0, 1), at(0, 1, 1)}, {at(0, 1, 1), at(0, 1)}});
-        EXPECT_EQ(model.Count(nFaceType), 0u);
-        model.Line(at(0, 0), at(0, 1));
-        ExpectAreas(model, {1, 1});
-    }
+    for (int n = 0; n < 10; ++n)
+        m_model.Outline(MakeRectangle(m_at, 2 * n, 0, 2 * n + 1, 1));
+    const ModelCounts before = m_model.GetCounts();
+    std::vector<Point3d> aZigzag;
+    for (int n = 0; n <= 200; ++n)
+        aZigzag.push_back(m_at(n * 0.1, n % 2 ? 2 : -1));
+    EXPECT_EQ(m_model.Polyline(aZigzag, false), INVALID_ID);
+    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, before.nFaces, before.nEdges + 200, before.nVertices + 201}));
+    EXPECT_EQ(m_model.GetArea(m_model.Polyline(MakeRectangle(m_at, 0, 0, 30, 1), true)) > 29.99, true);
+    // A bow tie crosses itself: two faces, of which the first is told.
+    const std::uint64_t nFace = m_model.Polyline({m_at(0, 0), m_at(2, 2), m_at(2, 0), m_at(0, 2)}, true);
+    EXPECT_NEAR(m_model.GetArea(nFace), 1.0, 1e-7);
+    EXPECT_EQ(m_model.Count(nFaceType), before.nFaces + 3);
+    ExpectUndoRedoRestores(m_model);
 }
 
-TEST(DrawnFaces, AHoleThatTouchesTheBoundaryIsCutOffByABridge)
+TEST_P(DrawnFacesInFrame, ALineOverAPolylineMergesWhatCoincides)
 {
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Outline(MakeRectangle(at, 0, 0, 10, 4));
-        // Two diamonds in a chain that touches the left side and one another; the last line ties it to the right side.
-        model.Outline({at(0, 2), at(2, 1), at(4, 2), at(2, 3)});
-        model.Outline({at(4, 2), at(6, 1), at(8, 2), at(6, 3)});
-        EXPECT_EQ(model.Count(nFaceType), 3u);
-        model.Line(at(8, 2), at(10, 2));
-        ExpectAreas(model, {4, 4, 16, 16});
-    }
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 2, 2));
+    m_model.Polyline({m_at(0, 0), m_at(2, 0), m_at(2, 2)}, false);
+    ExpectSound(m_model);
+    EXPECT_EQ(m_model.Count(nVertexType), 7u);
+    m_model.Line(m_at(0, 0), m_at(2, 0));
+    m_model.Line(m_at(2, 0), m_at(2, 2));
+    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, 1, 4, 4}));
+    ExpectAreas(m_model, {4});
 }
 
-TEST(DrawnFaces, APolylineMeetsOnlyItself)
+TEST_P(DrawnFacesInFrame, ALineDrawnTwiceLeavesTheSpurThatItIs)
 {
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        for (int n = 0; n < 10; ++n)
-            model.Outline(MakeRectangle(at, 2 * n, 0, 2 * n + 1, 1));
-        const ModelCounts before = model.GetCounts();
-        std::vector<Point3d> aZigzag;
-        for (int n = 0; n <= 200; ++n)
-            aZigzag.push_back(at(n * 0.1, n % 2 ? 2 : -1));
-        EXPECT_EQ(model.Polyline(aZigzag, false), INVALID_ID);
-        EXPECT_EQ(model.GetCounts(),
-                  (ModelCounts{0, 0, 0, before.nFaces, before.nEdges + 200, before.nVertices + 201}));
-        EXPECT_EQ(model.GetArea(model.Polyline(MakeRectangle(at, 0, 0, 30, 1), true)) > 29.99, true);
-        // A bow tie crosses itself: two faces, of which the first is told.
-        const std::uint64_t nFace = model.Polyline({at(0, 0), at(2, 2), at(2, 0), at(0, 2)}, true);
-        EXPECT_NEAR(model.GetArea(nFace), 1.0, 1e-7);
-        EXPECT_EQ(model.Count(nFaceType), before.nFaces + 3);
-        ExpectSound(model);
-        ExpectUndoRedoRestores(model);
-    }
-}
-
-TEST(DrawnFaces, ALineOverAPolylineMergesWhatCoincides)
-{
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Outline(MakeRectangle(at, 0, 0, 2, 2));
-        model.Polyline({at(0, 0), at(2, 0), at(2, 2)}, false);
-        ExpectSound(model);
-        EXPECT_EQ(model.Count(nVertexType), 7u);
-        model.Line(at(0, 0), at(2, 0));
-        model.Line(at(2, 0), at(2, 2));
-        EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 1, 4, 4}));
-        ExpectAreas(model, {4});
-    }
-}
-
-TEST(DrawnFaces, ALineDrawnTwiceLeavesTheSpurThatItIs)
-{
-    for (const Frame& at : GetSketchFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        TestModel model;
-        model.Outline(MakeRectangle(at, 0, 0, 4, 4));
-        model.Line(at(2, 0), at(2, 2));
-        model.Polyline({at(2, 0), at(2, 2)}, false); // keeps to itself, with vertices of its own
-        EXPECT_EQ(model.Count(nEdgeType), 7u);
-        // Where a line starts, vertices become one, and so do edges between the same ends.
-        model.Line(at(2, 0), at(2, -1));
-        model.Line(at(2, 2), at(2, 3));
-        EXPECT_EQ(model.Count(nEdgeType), 8u);
-        std::vector<Edge*> aEdges;
-        model.GetHistory().Get<Face>(model.GetIDs(nFaceType).front())->GetEdges(aEdges);
-        EXPECT_EQ(aEdges.size(), 5u + 2); // the outline, and the spur that has grown
-        ExpectSound(model);
-        ExpectUndoRedoRestores(model);
-    }
+    m_model.Outline(MakeRectangle(m_at, 0, 0, 4, 4));
+    m_model.Line(m_at(2, 0), m_at(2, 2));
+    m_model.Polyline({m_at(2, 0), m_at(2, 2)}, false); // keeps to itself, with vertices of its own
+    EXPECT_EQ(m_model.Count(nEdgeType), 7u);
+    // Where a line starts, vertices become one, and so do edges between the same ends.
+    m_model.Line(m_at(2, 0), m_at(2, -1));
+    m_model.Line(m_at(2, 2), m_at(2, 3));
+    EXPECT_EQ(m_model.Count(nEdgeType), 8u);
+    std::vector<Edge*> aEdges;
+    m_model.GetHistory().Get<Face>(m_model.GetIDs(nFaceType).front())->GetEdges(aEdges);
+    EXPECT_EQ(aEdges.size(), 5u + 2); // the outline, and the spur that has grown
+    ExpectUndoRedoRestores(m_model);
 }
 
 TEST(DrawnLines, HaveTheVertexOfOnePlaceOnce)
@@ -253,14 +189,13 @@ TEST(DrawnLines, HaveTheVertexOfOnePlaceOnce)
     EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 0, 2, 3}));
     const std::uint64_t nMiddle = model.Vertex(Point3d(0.5, 1, 1.5));
     EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 0, 3, 4}));
-    EXPECT_TRUE(APIConnectVertices(model.GetID(), nVertex, nMiddle).IsGood());
-    EXPECT_TRUE(APIConnectVertexAndPoint3d(model.GetID(), nVertex, Point3d(1, 2, 9)).IsGood());
+    ExpectGood(APIConnectVertices(model.GetID(), nVertex, nMiddle));
+    ExpectGood(APIConnectVertexAndPoint3d(model.GetID(), nVertex, Point3d(1, 2, 9)));
     EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 0, 4, 5}));
     const std::uint64_t nEdge = model.GetIDs(nEdgeType).front();
     ExpectRefused(model, Result::nBadInput, [&] { return APIConnectVertices(model.GetID(), nVertex, nEdge); });
     ExpectRefused(model, Result::nBadInput,
                   [&] { return APIConnectVertexAndPoint3d(model.GetID(), nEdge, Point3d()); });
-    ExpectSound(model);
     ExpectUndoRedoRestores(model);
 }
 } // namespace QRV

@@ -27,7 +27,8 @@ std::vector<PlanarSegment> MakeSketch(std::mt19937_64& random, nSketchKind nKind
     const auto nSegments = 3 + random() % 25;
     const auto place = [&]
     {
-        const auto number = [&] {
+        const auto number = [&]
+        {
             return nKind == nSketchKind::nGridded ? double(random() % 6)
                                                   : std::uniform_real_distribution<double>(0, 10)(random);
         };
@@ -53,7 +54,8 @@ std::vector<PlanarSegment> MakeSketch(std::mt19937_64& random, nSketchKind nKind
 }
 
 /// Segments of one length in a square, turned at random.
-std::vector<PlanarSegment> MakeDenseSketch(std::mt19937_64& random, std::size_t nSegments, double dSquare, double dLength)
+std::vector<PlanarSegment> MakeDenseSketch(std::mt19937_64& random, std::size_t nSegments, double dSquare,
+                                           double dLength)
 {
     std::uniform_real_distribution<double> place(0, dSquare);
     std::uniform_real_distribution<double> turn(0, 6.28);
@@ -189,9 +191,11 @@ TEST(PlanarSketch, CutsOutIslandsOfFacesThatShareEdgesOrCorners)
 {
     std::vector<PlanarSegment> aPinwheel; // four wings round a square that shares an edge with each
     AddOutline(aPinwheel, {{4, 4}, {6, 4}, {6, 6}, {4, 6}});
-    for (const auto& [tip, from] : {std::pair(Point2d(5, 1), Point2d(4, 4)), {{9, 5}, {6, 4}}, {{5, 9}, {6, 6}}, {{1, 5}, {4, 6}}})
+    for (const auto& [tip, from] :
+         {std::pair(Point2d(5, 1), Point2d(4, 4)), {{9, 5}, {6, 4}}, {{5, 9}, {6, 6}}, {{1, 5}, {4, 6}}})
         aPinwheel.emplace_back(tip, from);
-    for (const auto& [tip, to] : {std::pair(Point2d(5, 1), Point2d(6, 4)), {{9, 5}, {6, 6}}, {{5, 9}, {4, 6}}, {{1, 5}, {4, 4}}})
+    for (const auto& [tip, to] :
+         {std::pair(Point2d(5, 1), Point2d(6, 4)), {{9, 5}, {6, 6}}, {{5, 9}, {4, 6}}, {{1, 5}, {4, 4}}})
         aPinwheel.emplace_back(tip, to);
     std::vector<PlanarSegment> aInscribed; // its corners on the outline that closes around it
     AddOutline(aInscribed, {{5, 0}, {10, 10}, {0, 10}});
@@ -224,15 +228,14 @@ TEST(PlanarSketch, FillsAnEmptyPlaceInItsMiddleAnew)
         model.Line(at(0, n), at(3, n));
         model.Line(at(n, 0), at(n, 3));
     }
-    History& history = model.GetHistory();
-    std::vector<Object*> aFaces;
-    history.GetObjectsByType(aFaces, nFaceType, false);
-    ASSERT_EQ(aFaces.size(), 9u);
-    ASSERT_TRUE(history.StartDelta());
-    for (Object* pFace : aFaces)
-        if (static_cast<Face*>(pFace)->ContainsPoint(at(1.5, 1.5), false))
-            static_cast<Face*>(pFace)->Delete(false, true);
-    ASSERT_TRUE(history.Commit("test"));
+    ASSERT_EQ(model.Count(nFaceType), 9u);
+    InStep(model.GetID(),
+           [&](History& history)
+           {
+               for (Face* pFace : GetAll<Face>(history))
+                   if (pFace->ContainsPoint(at(1.5, 1.5), false))
+                       pFace->Delete(false, true);
+           });
     ASSERT_EQ(model.Count(nFaceType), 8u);
     model.Line(at(3, 0), at(4, 0));
     model.Line(at(4, 0), at(3, 1)); // a corner outside
@@ -289,7 +292,8 @@ TEST(PlanarSketch, MakesTheRoomsOfRealPlans)
             TestModel model;
             Draw(model, at, aSegments);
             EXPECT_EQ(model.Count(nFaceType), plan.nFaces);
-            // The figures take places within 1e-6 for one, and leave out the lone vertices that lines of no length make.
+            // The figures take places within 1e-6 for one, and leave out the lone vertices that lines of no length
+            // make.
             EXPECT_NEAR(double(arrangement.nEdges), double(plan.nEdges), 2.0);
             EXPECT_NEAR(double(arrangement.nVertices), double(plan.nVertices), 4.0);
             EXPECT_EQ(model.Count(nEdgeType), arrangement.nEdges);

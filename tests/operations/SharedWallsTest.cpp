@@ -8,10 +8,10 @@ namespace
 {
 constexpr double kHeight = 9.0;
 
-using Plan = std::vector<std::pair<double, double>>;
+using FloorPlan = std::vector<std::pair<double, double>>;
 
 /// Draws a building as its outline below and above and its uprights. The audit is asked after each line.
-void Raise(TestModel& model, const Plan& plan)
+void Raise(TestModel& model, const FloorPlan& plan)
 {
     std::vector<Segment> aLines;
     const auto at = [&](std::size_t i, double z)
@@ -43,7 +43,7 @@ TEST(SharedWall, BoundsTheSolidThatHadItFirst)
 /// Real pairs and groups of houses, cut down: walls shared, overlapping by millimetres, running on past one another.
 TEST(SharedWall, LeavesASoundModelHoweverTheBuildingsMeet)
 {
-    const std::vector<std::vector<Plan>> aGroups{
+    const std::vector<std::vector<FloorPlan>> aGroups{
         {{{1113.066, 964.744}, {1111.099, 974.574}, {1114.877, 965.107}},
          {{1113.066, 964.744}, {1110.659, 975.675}, {1111.099, 974.574}}},
         {{{234.915, 1398.272}, {238.986, 1395.995}, {232.539, 1403.661}},
@@ -59,7 +59,7 @@ TEST(SharedWall, LeavesASoundModelHoweverTheBuildingsMeet)
     {
         SCOPED_TRACE(i);
         TestModel model;
-        for (const Plan& plan : aGroups[i])
+        for (const FloorPlan& plan : aGroups[i])
             Raise(model, plan);
         ExpectUndoRedoRestores(model);
     }

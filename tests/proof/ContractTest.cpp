@@ -251,10 +251,10 @@ void Contract::CheckStep(const ModelState& before, const ModelState& after) cons
     const std::string strNew = after.strSteps.substr(std::min(after.strSteps.size(), GetDone(before.strSteps).size()));
     EXPECT_TRUE(after.strSteps.starts_with(GetDone(before.strSteps))) << after.strSteps;
     EXPECT_TRUE(strNew.ends_with(":0 | ") && std::count(strNew.begin(), strNew.end(), ':') == 1) << after.strSteps;
-    EXPECT_TRUE(APIUndoHistory(nHistoryID).IsGood());
+    ExpectGood(APIUndoHistory(nHistoryID));
     EXPECT_EQ(FindFaults(), "");
     EXPECT_EQ(DumpObjects(nHistoryID), before.strModel);
-    EXPECT_TRUE(APIRedoHistory(nHistoryID).IsGood());
+    ExpectGood(APIRedoHistory(nHistoryID));
     EXPECT_EQ(DumpObjects(nHistoryID), after.strModel);
 }
 
@@ -374,8 +374,8 @@ void HostileHost::ExpectIdle()
     for (const std::uint64_t nHistoryID : aHistories)
     {
         std::uint64_t nVertex = INVALID_ID;
-        EXPECT_TRUE(APICreateVertex(nHistoryID, {5, 6, 7}, nVertex).IsGood());
-        EXPECT_TRUE(APIUndoHistory(nHistoryID).IsGood());
+        ExpectGood(APICreateVertex(nHistoryID, {5, 6, 7}, nVertex));
+        ExpectGood(APIUndoHistory(nHistoryID));
     }
 }
 

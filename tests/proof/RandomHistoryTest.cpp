@@ -20,10 +20,10 @@ struct Planned
 
 /// The call is settled by the plan; what it is called with by the model that it meets, so that a session stays
 /// meaningful when calls before it are left out.
-class Step : public rc::state::Command<Planned, Session>
+class CallStep : public rc::state::Command<Planned, Session>
 {
 public:
-    Step(const CallKind& kind, std::uint64_t nSeed) : m_kind(kind), m_nSeed(nSeed) {}
+    CallStep(const CallKind& kind, std::uint64_t nSeed) : m_kind(kind), m_nSeed(nSeed) {}
 
     void apply(Planned& planned) const override { ++planned.nSteps; }
     void run(const Planned&, Session& session) const override { session.Make(m_kind, m_nSeed); }
@@ -59,8 +59,8 @@ rc::Gen<const CallKind*> ChooseKind()
     static const auto s_aDrawing = Select([](const CallKind& kind) { return kind.Changes() && kind.bTakesPoints; });
     static const auto s_aOther = Select([](const CallKind& kind) { return kind.Changes() && !kind.bTakesPoints; });
     static const auto s_aSteps = Select([](const CallKind& kind) { return kind.family == nFamily::nHistoryLevel; });
-    static const auto s_aAsking = Select([](const CallKind& kind)
-                                         { return !kind.Changes() && kind.family != nFamily::nHistoryLevel; });
+    static const auto s_aAsking =
+        Select([](const CallKind& kind) { return !kind.Changes() && kind.family != nFamily::nHistoryLevel; });
     return rc::gen::weightedOneOf<const CallKind*>({{50, rc::gen::elementOf(s_aDrawing)},
                                                     {25, rc::gen::elementOf(s_aOther)},
                                                     {12, rc::gen::elementOf(s_aSteps)},
@@ -72,7 +72,7 @@ rc::Gen<std::shared_ptr<const rc::state::Command<Planned, Session>>> ChooseStep(
     return rc::gen::map(rc::gen::pair(ChooseKind(), rc::gen::noShrink(rc::gen::arbitrary<std::uint64_t>())),
                         [](const std::pair<const CallKind*, std::uint64_t>& chosen)
                             -> std::shared_ptr<const rc::state::Command<Planned, Session>>
-                        { return std::make_shared<Step>(*chosen.first, chosen.second); });
+                        { return std::make_shared<CallStep>(*chosen.first, chosen.second); });
 }
 
 void RunSession(const Steps& steps, std::uint64_t nHistoryID)
@@ -89,9 +89,10 @@ TEST(RandomHistories, StaySoundAndReplayAlike)
     EXPECT_TRUE(rc::check("every session keeps all rules",
                           []
                           {
-                              const Steps steps = *rc::gen::resize(
-                                  2 * kMeanSteps - 2, rc::state::gen::commands(Planned{}, ChooseStep));
-                              const std::string strFault = RunIsolated([&](std::uint64_t nHistoryID) { RunSession(steps, nHistoryID); });
+                              const Steps steps =
+                                  *rc::gen::resize(2 * kMeanSteps - 2, rc::state::gen::commands(Planned{}, ChooseStep));
+                              const std::string strFault =
+                                  RunIsolated([&](std::uint64_t nHistoryID) { RunSession(steps, nHistoryID); });
                               if (!strFault.empty())
                                   RC_FAIL(strFault);
                           }));

@@ -7,7 +7,6 @@ namespace QRV
 RichModel::RichModel()
 {
     const std::uint64_t h = GetID();
-    const auto expectGood = [](const Result& result) { EXPECT_TRUE(result.IsGood()) << result.GetErrorString(); };
     // A face with a hole and a face in it, an arc, and lines and a vertex that belong to nothing.
     Outline({{0, 0, 0}, {3, 0, 0}, {3, 2, 0}, {0, 2, 0}});
     Outline({{1, 0.5, 0}, {2, 0.5, 0}, {2, 1.5, 0}});
@@ -19,14 +18,14 @@ RichModel::RichModel()
     std::uint64_t nSatellite = INVALID_ID;
     std::uint64_t nOther = INVALID_ID;
     const std::array<Point3d, 4> aCorners{Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)};
-    expectGood(
+    ExpectGood(
         APICreateSatelliteImageObject(h, "earth", INVALID_ID, 1, true, aCorners, {1, 2}, {3, 4}, {5, 6}, nSatellite));
-    expectGood(APICreateEmptyBody(h, nOther));
-    expectGood(APISetLocalCoordinateSystem(h, Transf3d::translation({1, 2, 3})));
-    expectGood(APISetHalyxFamilyInformation(h, "a", "b", "c", "d"));
-    expectGood(APISetOstrelModelInformation(h, "a", "b", "c", "d"));
-    expectGood(APISetEdgesOrVerticesMarkedSmooth(h, {GetIDs(nEdgeType).front()}, true));
-    expectGood(APICreateMaterial(h, {1, 2, 3, 255}, 1, 1, nTexture, nOther, "wood", "w", nullptr, nullptr));
+    ExpectGood(APICreateEmptyBody(h, nOther));
+    ExpectGood(APISetLocalCoordinateSystem(h, Transf3d::translation({1, 2, 3})));
+    ExpectGood(APISetHalyxFamilyInformation(h, "a", "b", "c", "d"));
+    ExpectGood(APISetOstrelModelInformation(h, "a", "b", "c", "d"));
+    ExpectGood(APISetEdgesOrVerticesMarkedSmooth(h, {GetIDs(nEdgeType).front()}, true));
+    ExpectGood(APICreateMaterial(h, {1, 2, 3, 255}, 1, 1, nTexture, nOther, "wood", "w", nullptr, nullptr));
     MakeLayer(*this, "roof");
 
     m_aDeadIDs = {Vertex({8, 8, 8}), MakeLayer(*this, "gone"), MakeMaterial(*this, {9, 9, 9, 255})};
@@ -47,7 +46,7 @@ void RichModel::EnsureRedo() const
     std::uint64_t nVertex = INVALID_ID;
     if (GetHistory().CanRedo())
         return;
-    EXPECT_TRUE(APICreateVertex(GetID(), {7, 7, 7}, nVertex).IsGood());
-    EXPECT_TRUE(APIUndoHistory(GetID()).IsGood());
+    ExpectGood(APICreateVertex(GetID(), {7, 7, 7}, nVertex));
+    ExpectGood(APIUndoHistory(GetID()));
 }
 } // namespace QRV

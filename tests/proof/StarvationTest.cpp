@@ -222,7 +222,7 @@ TEST(Starvation, LeavesNoTraceOfADrawingCall)
          {
              m.Outline({At(0, 0), At(1, 0), At(1, 1)});
              m.Outline({At(0, 0), At(1, 1), At(0, 1, 1)});
-             EXPECT_TRUE(APICreateEmptyBody(m.GetID(), nBody).IsGood());
+             ExpectGood(APICreateEmptyBody(m.GetID(), nBody));
              nFace = findFirst(m, nFaceType);
          },
          [&](auto& m) { return APIAddFaceComponentToBody(m.GetID(), nFace, nBody); }},
@@ -268,7 +268,6 @@ protected:
 };
 using StarvedChange = Starvation;
 using StarvedQuestion = Starvation;
-} // namespace
 
 TEST_P(StarvedChange, LeavesNoTrace)
 {
@@ -339,4 +338,5 @@ INSTANTIATE_TEST_SUITE_P(Of, StarvedChange,
 INSTANTIATE_TEST_SUITE_P(Of, StarvedQuestion,
                          testing::ValuesIn(SelectKinds([](const CallKind& kind) { return kind.IsReadOnly(); })),
                          NameOfKind);
+} // namespace
 } // namespace QRV

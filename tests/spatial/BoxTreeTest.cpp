@@ -1,5 +1,6 @@
 #include "spatial/BoxTree.h"
 #include "support/FailingAllocator.h"
+
 #include <QRV/Transf3d.h>
 
 #include <gtest/gtest.h>
@@ -14,23 +15,24 @@
 #include <utility>
 #include <vector>
 
+namespace QRV
+{
 namespace
 {
 struct Boxed
 {
-    QRV::Interval3d box;
+    Interval3d box;
 };
 } // namespace
 
 template <>
-struct QRV::BoxOf<Boxed>
+struct BoxOf<Boxed>
 {
     static Interval3d Get(const Boxed& boxed) { return boxed.box; }
 };
 
 namespace
 {
-using namespace QRV;
 using Tree = BoxTree<Boxed>;
 
 /// A source of boxes of one kind, from a seed.
@@ -90,9 +92,9 @@ std::vector<Boxes> AllKinds()
 }
 
 /// A query for each search, near the element boxes so that sides, corners and slack come into play.
-struct Queries
+struct SearchQueries
 {
-    Queries(std::mt19937& random, const Interval3d& near)
+    SearchQueries(std::mt19937& random, const Interval3d& near)
     {
         const double aOffsets[] = {0.0, 0.0, 5e-13, -5e-13, 2e-12, 0.5, -0.5, Pick(random, -3, 3)};
         const auto Offset = [&] { return aOffsets[random() % std::size(aOffsets)]; };
@@ -169,7 +171,7 @@ public:
     {
         const Interval3d near =
             m_aInTree.empty() ? MakeCube(0, 0, 0, 1) : m_aInTree[m_random() % m_aInTree.size()]->box;
-        const Queries q(m_random, near);
+        const SearchQueries q(m_random, near);
         Expect(
             "touching", [&](auto& a) { return m_tree.FindTouching(q.box, a); },
             [&](const Interval3d& b) { return b & q.box; });
@@ -638,3 +640,4 @@ TEST(RayBoxTest, AgreesWithTheTestOfOneBoxAndPassesBoxesAround)
     EXPECT_LT(nMet, 19000u);
 }
 } // namespace
+} // namespace QRV

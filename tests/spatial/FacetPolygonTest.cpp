@@ -1,16 +1,15 @@
 #include "spatial/FacetPolygon.h"
+#include "support/PolygonModel.h"
 
 #include "geometry/Trigonometry.h"
 
-#include <QRV/Geometry.h>
-
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <map>
+#include <numbers>
 #include <numeric>
 #include <random>
 #include <string>
@@ -21,8 +20,6 @@ namespace QRV
 {
 namespace
 {
-constexpr double kPi = 3.141592653589793;
-
 using Ring = std::vector<std::pair<double, double>>;
 
 double GetSignedArea(const Ring& ring)
@@ -50,40 +47,20 @@ Ring SquareHole(double x, double y, double dHalfSide)
     return {{x - d, y - d}, {x - d, y + d}, {x + d, y + d}, {x + d, y - d}};
 }
 
-/// A place in space for a polygon drawn in x and y.
-struct Frame
+std::vector<Frame> GetFramesAndBeyond()
 {
-    const char* strName;
-    Point3d origin;
-    UnitVector3d x;
-    UnitVector3d y;
-
-    Point3d At(double u, double v) const { return origin + x * u + y * v; }
-};
-
-Frame TiltedFrame(const char* strName, const Point3d& origin)
-{
-    const UnitVector3d normal(0.3, -0.5, 0.8, true);
-    const UnitVector3d x(normal * Vector3d(0.2, 1.0, 0.1), true);
-    return {strName, origin, x, UnitVector3d(normal * x, true)};
-}
-
-const Frame kFlat{"flat", {0, 0, 0}, UnitVector3d::kXDir, UnitVector3d::kYDir};
-
-std::vector<Frame> GetFrames()
-{
-    return {kFlat,
-            {"upside down", {5, 6, 7}, UnitVector3d::kXDir, -UnitVector3d::kYDir},
-            TiltedFrame("tilted", {0, 0, 0}),
-            TiltedFrame("at 1e4", {1e4, -2e4, 1e4}),
-            TiltedFrame("at 1e6", {-1e6, 1e6, 5e5})};
+    std::vector<Frame> aFrames = GetFramesAndFar();
+    aFrames.push_back(MakeFrame("upside down", Point3d(5, 6, 7), Vector3d(1, 0, 0), Vector3d(0, -1, 0)));
+    aFrames.push_back(MakeFrame("at 1e6", Point3d(-1e6, 1e6, 5e5), Vector3d(0.7, -0.4, -0.5), Vector3d(0.2, 1, 0.1)));
+    return aFrames;
 }
 
 /// A polygon whose corners at one place are one vertex, the outer ring counter-clockwise and the holes clockwise.
-class Polygon
+class IndexedPolygon
 {
 public:
-    explicit Polygon(std::vector<Ring> aRings, const Frame& frame = kFlat) : m_aRings(std::move(aRings))
+    explicit IndexedPolygon(std::vector<Ring> aRings, const Frame& frame = GetFrames().front())
+        : m_aRings(std::move(aRings))
     {
         std::map<std::pair<double, double>, std::uint32_t> vertices;
         for (const Ring& ring : m_aRings)
@@ -98,8 +75,8 @@ public:
             m_aLoopEnds.push_back(static_cast<std::uint32_t>(m_aVertices.size()));
         }
         for (const auto& [u, v] : m_aPlaces)
-            m_aPoints.push_back(frame.At(u, v));
-        m_plane = Plane(frame.origin, UnitVector3d(frame.x * frame.y, true));
+            m_aPoints.push_back(frame(u, v));
+        m_plane = Plane(frame.origin, frame.z);
     }
 
     bool Triangulate(std::vector<std::uint32_t>& aTriangles) const
@@ -189,7 +166,7 @@ private:
 
 /// Triangles that are all wound like the polygon, and whose sides cancel out but for the polygon's own, cover it once.
 /// @return the triangles
-std::vector<std::uint32_t> ExpectCovered(const Polygon& polygon, double dAreaTolerance)
+std::vector<std::uint32_t> ExpectCovered(const IndexedPolygon& polygon, double dAreaTolerance)
 {
     std::vector<std::uint32_t> aTriangles;
     EXPECT_TRUE(polygon.Triangulate(aTriangles));
@@ -202,7 +179,7 @@ std::vector<std::uint32_t> ExpectCovered(const Polygon& polygon, double dAreaTol
     }
     const double dWanted = polygon.GetArea();
     EXPECT_NEAR(dArea, dWanted, std::max(1.0, dWanted) * dAreaTolerance);
-    EXPECT_TRUE(Polygon::GetBoundary(aTriangles) == polygon.GetBoundary());
+    EXPECT_TRUE(IndexedPolygon::GetBoundary(aTriangles) == polygon.GetBoundary());
     return aTriangles;
 }
 
@@ -212,7 +189,7 @@ Ring MakeStar(const std::vector<double>& aRadii)
     Ring ring;
     for (std::size_t i = 0; i < aRadii.size(); ++i)
     {
-        const double dAngle = 2.0 * kPi * static_cast<double>(i) / static_cast<double>(aRadii.size());
+        const double dAngle = 2.0 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(aRadii.size());
         ring.emplace_back(aRadii[i] * Cos(dAngle), aRadii[i] * Sin(dAngle));
     }
     return ring;
@@ -266,13 +243,13 @@ std::vector<Ring> MakeTouchingRectangles(std::mt19937& random)
 TEST(TriangulateLoops, FansAConvexLoopFromItsFirstCorner)
 {
     using Triangles = std::vector<std::uint32_t>;
-    for (const Frame& frame : GetFrames())
+    for (const Frame& frame : GetFramesAndBeyond())
     {
-        SCOPED_TRACE(frame.strName);
-        EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {0, 3}}}, frame), 1e-9), (Triangles{0, 1, 2}));
-        EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {4, 3}, {0, 3}}}, frame), 1e-9),
+        SCOPED_TRACE(frame.pName);
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {0, 3}}}, frame), 1e-9), (Triangles{0, 1, 2}));
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {4, 3}, {0, 3}}}, frame), 1e-9),
                   (Triangles{0, 1, 2, 0, 2, 3}));
-        EXPECT_EQ(ExpectCovered(Polygon({MakeStar({5, 5, 5, 5, 5})}, frame), 1e-9),
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({MakeStar({5, 5, 5, 5, 5})}, frame), 1e-9),
                   (Triangles{0, 1, 2, 0, 2, 3, 0, 3, 4}));
     }
 }
@@ -280,10 +257,10 @@ TEST(TriangulateLoops, FansAConvexLoopFromItsFirstCorner)
 TEST(TriangulateLoops, FansFromTheOnlyReflexCorner)
 {
     const Ring dart{{0, 0}, {4, -3}, {1, 0}, {4, 3}};
-    for (const Frame& frame : GetFrames())
+    for (const Frame& frame : GetFramesAndBeyond())
     {
-        SCOPED_TRACE(frame.strName);
-        EXPECT_EQ(ExpectCovered(Polygon({dart}, frame), 1e-9), (std::vector<std::uint32_t>{2, 3, 0, 2, 0, 1}));
+        SCOPED_TRACE(frame.pName);
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({dart}, frame), 1e-9), (std::vector<std::uint32_t>{2, 3, 0, 2, 0, 1}));
     }
 }
 
@@ -293,19 +270,19 @@ TEST(TriangulateLoops, CoversAroundSpurs)
     const Ring squareWithSpur{{0, 0}, {2, 0}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {0, 4}};
     const Ring angleWithSpur{{0, 0}, {3, 0}, {3, 1}, {3, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}};
     const Ring twoSpurs{{0, 0}, {2, 0}, {2, 1}, {3, 1}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {2, 4}, {2, 3}, {2, 4}, {0, 4}};
-    EXPECT_EQ(ExpectCovered(Polygon({squareWithSpur}), 1e-12).front(), 2u);
-    ExpectCovered(Polygon({angleWithSpur}), 1e-12);
-    ExpectCovered(Polygon({twoSpurs}), 1e-12);
+    EXPECT_EQ(ExpectCovered(IndexedPolygon({squareWithSpur}), 1e-12).front(), 2u);
+    ExpectCovered(IndexedPolygon({angleWithSpur}), 1e-12);
+    ExpectCovered(IndexedPolygon({twoSpurs}), 1e-12);
 }
 
 TEST(TriangulateLoops, BridgesHoles)
 {
     const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
-    for (const Frame& frame : GetFrames())
+    for (const Frame& frame : GetFramesAndBeyond())
     {
-        SCOPED_TRACE(frame.strName);
-        EXPECT_EQ(ExpectCovered(Polygon({square, SquareHole(5, 5, 2)}, frame), 1e-9).size(), 3u * 8);
-        EXPECT_EQ(ExpectCovered(Polygon({square, SquareHole(3, 5, 1), SquareHole(7, 5, 1)}, frame), 1e-9).size(),
+        SCOPED_TRACE(frame.pName);
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({square, SquareHole(5, 5, 2)}, frame), 1e-9).size(), 3u * 8);
+        EXPECT_EQ(ExpectCovered(IndexedPolygon({square, SquareHole(3, 5, 1), SquareHole(7, 5, 1)}, frame), 1e-9).size(),
                   3u * 14);
     }
 }
@@ -316,8 +293,8 @@ TEST(TriangulateLoops, BridgesHolesInTheOrderOfTheFrame)
     const Ring left = SquareHole(4, 10, 1);
     const Ring right = SquareHole(8, 10, 2);
     const Ring above = SquareHole(4, 15, 1);
-    const Polygon inOrder({square, left, above, right});
-    const Polygon outOfOrder({square, right, above, left});
+    const IndexedPolygon inOrder({square, left, above, right});
+    const IndexedPolygon outOfOrder({square, right, above, left});
     EXPECT_EQ(inOrder.GetPlaces(ExpectCovered(inOrder, 1e-12)), outOfOrder.GetPlaces(ExpectCovered(outOfOrder, 1e-12)));
 }
 
@@ -327,30 +304,33 @@ TEST(TriangulateLoops, CoversAroundHolesThatTouch)
     const Ring atCorner{{0, 0}, {2, 4}, {4, 2}};
     const Ring atOtherCorner{{10, 10}, {8, 5}, {5, 8}};
     const Ring atHole{{4, 2}, {6, 5}, {7, 3}};
-    ExpectCovered(Polygon({square, atCorner}), 1e-12);
-    ExpectCovered(Polygon({square, atOtherCorner}), 1e-12);
-    ExpectCovered(Polygon({square, atCorner, atHole}), 1e-12);
-    ExpectCovered(Polygon({square, atCorner, atHole, atOtherCorner}), 1e-12);
+    ExpectCovered(IndexedPolygon({square, atCorner}), 1e-12);
+    ExpectCovered(IndexedPolygon({square, atOtherCorner}), 1e-12);
+    ExpectCovered(IndexedPolygon({square, atCorner, atHole}), 1e-12);
+    ExpectCovered(IndexedPolygon({square, atCorner, atHole, atOtherCorner}), 1e-12);
 }
 
 TEST(TriangulateLoops, CoversLoopsThatTouchElsewhereThanInACorner)
 {
     const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
     const std::vector<std::vector<Ring>> aPolygons{
-        {square, {{0, 5}, {4, 7}, {4, 3}}},                                                       // corner on a side
-        {square, {{3, 0}, {3, 4}, {7, 4}, {7, 0}}},                                               // side along a side
-        {square, {{0, 0}, {4, 6}, {10, 10}, {6, 4}}},                                             // cut in two
-        {square, {{2, 2}, {2, 5}, {5, 5}, {5, 2}}, {{5, 3}, {5, 4}, {8, 4}, {8, 3}}},             // along another hole
-        {square, {{1, 1}, {1, 9}, {2, 9}, {2, 1}}, {{2, 8}, {2, 9}, {9, 9}, {9, 8}},              // a ring of holes
-         {{8, 1}, {8, 8}, {9, 8}, {9, 1}}, {{2, 1}, {2, 2}, {8, 2}, {8, 1}}},
-        {{{0, 0}, {5, 0}, {5, 4}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}, SquareHole(5, 5, 1)},      // spur up to a hole
-        {{{0, 0}, {10, 0}, {5, 5}, {10, 10}, {0, 10}, {5, 5}}},                                   // pinched
-        {{{0, 0}, {10, 0}, {10, 10}, {7, 10}, {5, 0}, {3, 10}, {0, 10}}}};                        // corner on own side
-    for (const Frame& frame : GetFrames())
+        {square, {{0, 5}, {4, 7}, {4, 3}}},                                           // corner on a side
+        {square, {{3, 0}, {3, 4}, {7, 4}, {7, 0}}},                                   // side along a side
+        {square, {{0, 0}, {4, 6}, {10, 10}, {6, 4}}},                                 // cut in two
+        {square, {{2, 2}, {2, 5}, {5, 5}, {5, 2}}, {{5, 3}, {5, 4}, {8, 4}, {8, 3}}}, // along another hole
+        {square,
+         {{1, 1}, {1, 9}, {2, 9}, {2, 1}},
+         {{2, 8}, {2, 9}, {9, 9}, {9, 8}}, // a ring of holes
+         {{8, 1}, {8, 8}, {9, 8}, {9, 1}},
+         {{2, 1}, {2, 2}, {8, 2}, {8, 1}}},
+        {{{0, 0}, {5, 0}, {5, 4}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}, SquareHole(5, 5, 1)}, // spur up to a hole
+        {{{0, 0}, {10, 0}, {5, 5}, {10, 10}, {0, 10}, {5, 5}}},                              // pinched
+        {{{0, 0}, {10, 0}, {10, 10}, {7, 10}, {5, 0}, {3, 10}, {0, 10}}}};                   // corner on own side
+    for (const Frame& frame : GetFramesAndBeyond())
         for (const std::vector<Ring>& aRings : aPolygons)
         {
-            SCOPED_TRACE(testing::Message() << frame.strName << ", polygon " << &aRings - aPolygons.data());
-            ExpectCovered(Polygon(aRings, frame), 1e-8);
+            SCOPED_TRACE(testing::Message() << frame.pName << ", polygon " << &aRings - aPolygons.data());
+            ExpectCovered(IndexedPolygon(aRings, frame), 1e-8);
         }
 }
 
@@ -360,10 +340,10 @@ TEST(TriangulateLoops, CoversAroundHolesThatShareSidesInAnyFrame)
     {
         std::mt19937 random(nSeed);
         const std::vector<Ring> aRings = MakeTouchingRectangles(random);
-        for (const Frame& frame : GetFrames())
+        for (const Frame& frame : GetFramesAndBeyond())
         {
-            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.strName);
-            ExpectCovered(Polygon(aRings, frame), 1e-8);
+            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.pName);
+            ExpectCovered(IndexedPolygon(aRings, frame), 1e-8);
         }
     }
 }
@@ -371,16 +351,16 @@ TEST(TriangulateLoops, CoversAroundHolesThatShareSidesInAnyFrame)
 TEST(TriangulateLoops, GivesNothingForLessThanAPolygon)
 {
     std::vector<std::uint32_t> aTriangles;
-    EXPECT_TRUE(Polygon({{{0, 0}, {1, 0}}}).Triangulate(aTriangles));
+    EXPECT_TRUE(IndexedPolygon({{{0, 0}, {1, 0}}}).Triangulate(aTriangles));
     EXPECT_TRUE(TriangulateLoops({}, {}, Plane(), aTriangles));
     EXPECT_TRUE(aTriangles.empty());
-    EXPECT_EQ(ExpectCovered(Polygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, {}, {}}), 1e-12).size(), 3u * 2);
+    EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, {}, {}}), 1e-12).size(), 3u * 2);
 }
 
 TEST(TriangulateLoops, LeavesTheResultAloneWhenItFails)
 {
     std::vector<std::uint32_t> aTriangles{7, 8, 9};
-    EXPECT_FALSE(Polygon({Reversed(MakeStar({5, 3, 5, 3, 5, 3}))}).Triangulate(aTriangles));
+    EXPECT_FALSE(IndexedPolygon({Reversed(MakeStar({5, 3, 5, 3, 5, 3}))}).Triangulate(aTriangles));
     EXPECT_EQ(aTriangles, (std::vector<std::uint32_t>{7, 8, 9}));
 }
 
@@ -393,10 +373,10 @@ TEST(TriangulateLoops, CoversLoopsWithCornersInLine)
         comb.insert(comb.end(), {{x + 1, 0}, {x + 1, 3}, {x + 2, 3}, {x + 2, 0}});
     }
     comb.insert(comb.end(), {{200, -1}, {100, -1}, {50, -1}, {0, -1}});
-    for (const Frame& frame : GetFrames())
+    for (const Frame& frame : GetFramesAndBeyond())
     {
-        SCOPED_TRACE(frame.strName);
-        const Polygon polygon({Reversed(comb)}, frame);
+        SCOPED_TRACE(frame.pName);
+        const IndexedPolygon polygon({Reversed(comb)}, frame);
         EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(), 3 * (polygon.GetCornerCount() - 2));
     }
 }
@@ -407,10 +387,10 @@ TEST(TriangulateLoops, CoversRandomPolygonsWithHolesInAnyFrame)
     {
         std::mt19937 random(nSeed);
         const std::vector<Ring> aRings = MakeRandomPolygon(random);
-        for (const Frame& frame : GetFrames())
+        for (const Frame& frame : GetFramesAndBeyond())
         {
-            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.strName);
-            const Polygon polygon(aRings, frame);
+            SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.pName);
+            const IndexedPolygon polygon(aRings, frame);
             EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(),
                       3 * (polygon.GetCornerCount() + 2 * polygon.GetHoleCount() - 2));
         }
@@ -426,6 +406,6 @@ TEST(TriangulateLoops, CoversALargeStarWithManyHoles)
     for (int i = 0; i < 20; ++i)
         for (int k = 0; k < 20; ++k)
             aRings.push_back(SquareHole(i * 5.0 - 47.5, k * 5.0 - 47.5, 1.0));
-    EXPECT_EQ(ExpectCovered(Polygon(aRings), 1e-9).size(), 3u * (11600 + 2 * 400 - 2));
+    EXPECT_EQ(ExpectCovered(IndexedPolygon(aRings), 1e-9).size(), 3u * (11600 + 2 * 400 - 2));
 }
 } // namespace QRV

@@ -19,15 +19,6 @@ namespace QRV
 {
 namespace
 {
-std::vector<Frame> GetFramesAndFar()
-{
-    std::vector<Frame> aFrames = GetFrames();
-    aFrames.push_back(aFrames[1]);
-    aFrames.back().pName = "turned and very far away";
-    aFrames.back().origin = Point3d(1e5, -1e5, 7e4);
-    return aFrames;
-}
-
 /// A polygon of the frame's plane raised to a solid.
 Body& AddPrism(PolygonModel& model, const Frame& at, const std::vector<Point2d>& outline, double dHeight)
 {
@@ -119,11 +110,11 @@ TEST(Measures, FollowTheTransform)
         SCOPED_TRACE(test.pName);
         double dArea = 0.0;
         double dVolume = 0.0;
-        EXPECT_TRUE(APIComputeAreaReadOnly(nHistory, nBody, dArea, &test.transform).IsGood());
-        EXPECT_TRUE(APIComputeVolumeReadOnly(nHistory, nBody, dVolume, &test.transform).IsGood());
+        ExpectGood(APIComputeAreaReadOnly(nHistory, nBody, dArea, &test.transform));
+        ExpectGood(APIComputeVolumeReadOnly(nHistory, nBody, dVolume, &test.transform));
         EXPECT_NEAR(dArea, test.dArea, 1e-8);
         EXPECT_NEAR(dVolume, test.dVolume, 1e-8);
-        EXPECT_TRUE(APIComputeAreaReadOnly(nHistory, nLoop, dArea, &test.transform).IsGood());
+        ExpectGood(APIComputeAreaReadOnly(nHistory, nLoop, dArea, &test.transform));
         EXPECT_EQ(dArea, 0.0);
 
         // The box is the tight one of the moved corners, of the body as of all there is.
@@ -132,12 +123,12 @@ TEST(Measures, FollowTheTransform)
             expected += test.transform * Point3d(n & 1 ? 1 : 0, n & 2 ? 2 : 0, n & 4 ? 3 : 0);
         for (const std::uint64_t nObject : {nBody, INVALID_ID})
         {
-            EXPECT_TRUE(APIGetBoxReadOnly(nHistory, nObject, box, test.transform).IsGood());
+            ExpectGood(APIGetBoxReadOnly(nHistory, nObject, box, test.transform));
             EXPECT_TRUE(box.isEqual(expected, 1e-20));
         }
     }
     double dArea = 0.0;
-    EXPECT_TRUE(APIComputeAreaReadOnly(nHistory, nLoop, dArea, nullptr).IsGood());
+    ExpectGood(APIComputeAreaReadOnly(nHistory, nLoop, dArea, nullptr));
     EXPECT_NEAR(dArea, 2.0, 1e-12);
 }
 
@@ -226,9 +217,9 @@ TEST(PointInFace, OfManySidesAgreesWithAWalkAlongAllOfThem)
         SCOPED_TRACE(at.pName);
         PolygonModel model;
         Step step(model);
-        Polygon hole = MakeStar(at, {0.4, 0.2}, 0.3, 0.45);
-        std::reverse(hole.begin(), hole.end());
-        Face& face = model.AddFace(MakeStar(at, {0.0, 0.0}, 1.0, 3.0), {hole, {at(-0.6, 0), at(-0.6, 0.5), at(-0.1, 0)}});
+        const Polygon hole = Reversed(MakeStar(at, {0.4, 0.2}, 0.3, 0.45));
+        Face& face =
+            model.AddFace(MakeStar(at, {0.0, 0.0}, 1.0, 3.0), {hole, {at(-0.6, 0), at(-0.6, 0.5), at(-0.1, 0)}});
         std::vector<Vertex*> aVertices;
         face.GetVertices(aVertices);
         std::mt19937 random(6);
@@ -240,7 +231,8 @@ TEST(PointInFace, OfManySidesAgreesWithAWalkAlongAllOfThem)
                 // Some at the height of a corner, which the way out then passes.
                 const double y = n % 3 == 0 ? std::sin(2 * std::numbers::pi * n / 120) : place(random);
                 const Point3d p = at(place(random), y);
-                EXPECT_EQ(face.ContainsPointInside(p), IsInsideAllLoops(face, p)) << n << (bReversed ? " reversed" : "");
+                EXPECT_EQ(face.ContainsPointInside(p), IsInsideAllLoops(face, p))
+                    << n << (bReversed ? " reversed" : "");
             }
             for (const Vertex* pVertex : aVertices)
             {

@@ -11,20 +11,8 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
 /// Of each object hit, the parameters, ascending and each place once.
 using Hits = std::map<std::uint64_t, std::vector<double>>;
-
-template <class T>
-std::vector<T*> GetAll(History& history)
-{
-    std::vector<Object*> aFound;
-    history.GetObjectsByType(aFound, T::kType, true);
-    std::vector<T*> aObjects;
-    for (Object* pObject : aFound)
-        aObjects.push_back(static_cast<T*>(pObject));
-    return aObjects;
-}
 
 /// What a ray meets, by looking at every vertex, edge and face of the model.
 class PlainLoop
@@ -125,30 +113,6 @@ private:
     const double m_dMax;
 };
 
-/// Blocks that share faces' edges, plates with holes, free edges and lone vertices.
-void FillAtRandom(PolygonModel& model, const Frame& at, std::mt19937& random)
-{
-    Step step(model);
-    const auto pick = [&](int nCount) { return double(random() % unsigned(nCount)); };
-    for (int n = 0; n < 4; ++n)
-    {
-        const Point3d lower(2 * n, pick(4), pick(4));
-        model.AddBlock(at, lower, lower + Vector3d(2, 1 + pick(3), 1 + pick(3)));
-    }
-    for (int n = 0; n < 3; ++n)
-    {
-        const double w = 5.0 + n;
-        model.AddFace({at(0, 0, w), at(6, 0, w + 1), at(6, 6, w + 1), at(0, 6, w)},
-                      {{at(2, 2, w + 1.0 / 3), at(2, 4, w + 1.0 / 3), at(4, 4, w + 2.0 / 3), at(4, 2, w + 2.0 / 3)}});
-    }
-    for (int n = 0; n < 8; ++n)
-    {
-        model.AddVertex(at(pick(9), pick(9), pick(9)));
-        const Point3d start = at(pick(9), pick(9), pick(9));
-        model.AddEdge(start, start + at.x * (1 + pick(3)) + at.z * pick(2));
-    }
-}
-
 /// Rays at nothing in particular, and such as tests of rays stumble over.
 std::vector<Line3d> MakeRays(History& history, std::mt19937& random)
 {
@@ -194,13 +158,11 @@ Hits FireSorted(History& history, const Line3d& ray, double dTol, double dMax, P
 {
     IDs aIDs;
     SortedHits aSorted;
-    EXPECT_TRUE(APIRayFireReadOnly(history.GetID(), ray, aIDs, dTol, kinds.bVertices, kinds.bEdges, kinds.bFaces, dMax,
-                                   nullptr, nullptr, &aSorted)
-                    .IsGood());
+    ExpectGood(APIRayFireReadOnly(history.GetID(), ray, aIDs, dTol, kinds.bVertices, kinds.bEdges, kinds.bFaces, dMax,
+                                  nullptr, nullptr, &aSorted));
     IDs aUnsorted{4711};
-    EXPECT_TRUE(APIRayFireReadOnly(history.GetID(), ray, aUnsorted, dTol, kinds.bVertices, kinds.bEdges, kinds.bFaces,
-                                   dMax, nullptr, nullptr, nullptr)
-                    .IsGood());
+    ExpectGood(APIRayFireReadOnly(history.GetID(), ray, aUnsorted, dTol, kinds.bVertices, kinds.bEdges, kinds.bFaces,
+                                  dMax, nullptr, nullptr, nullptr));
     EXPECT_EQ(aUnsorted.front(), 4711u);
     EXPECT_EQ(IDs(aUnsorted.begin() + 1, aUnsorted.end()), aIDs);
     Hits hits;
@@ -272,10 +234,7 @@ TEST(RayFire, ReportsEachThingByTheMostSpecificKindAskedFor)
     PolygonModel model;
     const Frame& at = GetFrames()[0];
     std::vector<Face*> aBlock;
-    {
-        Step step(model);
-        aBlock = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(4, 4, 4));
-    }
+    InStep(model, [&] { aBlock = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(4, 4, 4)); });
     const std::uint64_t nBottom = aBlock[0]->GetID();
     const std::uint64_t nTop = aBlock[1]->GetID();
     const std::uint64_t nCorner = model.AddVertex(at(4, 4, 4)).GetID();
@@ -299,11 +258,7 @@ TEST(RayFire, TakesTheNearerOfAVertexAndAnEdge)
 {
     // The ray passes the corner within the tolerance, and before that a side of the triangle exactly.
     PolygonModel model;
-    Face* pFace = nullptr;
-    {
-        Step step(model);
-        pFace = &model.AddFace({{0, 0, 0}, {8, 0, 0}, {4, 0.05, 6}});
-    }
+    Face* pFace = &model.AddFace({{0, 0, 0}, {8, 0, 0}, {4, 0.05, 6}});
     const Line3d ray(Point3d(-1, 0.06, 0.2), Vector3d(1, 0, 0));
     const Hits hits = FireSorted(model.GetHistory(), ray, 0.3, 1e30, {false, false, true});
     ASSERT_EQ(hits.size(), 1u);

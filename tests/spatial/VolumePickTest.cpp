@@ -11,8 +11,6 @@ namespace QRV
 {
 namespace
 {
-using IDs = std::vector<std::uint64_t>;
-
 /// The planes of a box in a frame, its inside on their negative sides.
 std::vector<Plane> MakeVolume(const Frame& at, const Point3d& lower, const Point3d& upper)
 {
@@ -62,24 +60,19 @@ IDs PickByCutting(History& history, const std::vector<Plane>& aPlanes, PickKinds
     IDs aIDs;
     if (aPlanes.empty())
         return aIDs;
-    std::vector<Object*> aVertices, aEdges, aFaces;
-    history.GetObjectsByType(aVertices, nVertexType, true);
-    history.GetObjectsByType(aEdges, nEdgeType, true);
-    history.GetObjectsByType(aFaces, nFaceType, true);
-    for (const Object* pVertex : aVertices)
-        if (kinds.bVertices && IsIn(static_cast<const Vertex*>(pVertex)->GetPosition(), aPlanes))
+    for (const Vertex* pVertex : GetAll<Vertex>(history))
+        if (kinds.bVertices && IsIn(pVertex->GetPosition(), aPlanes))
             aIDs.push_back(pVertex->GetID());
-    for (const Object* pObject : aEdges)
+    for (const Edge* pEdge : GetAll<Edge>(history))
     {
-        const auto& edge = static_cast<const Edge&>(*pObject);
-        const Polygon ends{edge.GetStartVertex()->GetPosition(), edge.GetEndVertex()->GetPosition()};
+        const Polygon ends{pEdge->GetStartVertex()->GetPosition(), pEdge->GetEndVertex()->GetPosition()};
         if (kinds.bEdges && (bWhole ? IsIn(ends[0], aPlanes) && IsIn(ends[1], aPlanes) : !Clip(ends, aPlanes).empty()))
-            aIDs.push_back(edge.GetID());
+            aIDs.push_back(pEdge->GetID());
     }
-    for (Object* pObject : aFaces)
+    for (Face* pFace : GetAll<Face>(history))
     {
         std::vector<Vertex*> aTriangles;
-        static_cast<Face*>(pObject)->GetFacetVertices(aTriangles);
+        pFace->GetFacetVertices(aTriangles);
         bool bAll = true;
         bool bAny = false;
         for (std::size_t n = 0; n < aTriangles.size(); n += 3)
@@ -91,7 +84,7 @@ IDs PickByCutting(History& history, const std::vector<Plane>& aPlanes, PickKinds
                 bAll = bAll && IsIn(p, aPlanes);
         }
         if (kinds.bFaces && (bWhole ? bAll : bAny))
-            aIDs.push_back(pObject->GetID());
+            aIDs.push_back(pFace->GetID());
     }
     return aIDs;
 }
@@ -99,33 +92,18 @@ IDs PickByCutting(History& history, const std::vector<Plane>& aPlanes, PickKinds
 IDs Pick(History& history, const std::vector<Plane>& aPlanes, PickKinds kinds, bool bWhole)
 {
     IDs aIDs;
-    EXPECT_TRUE(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices, kinds.bEdges,
-                                                          kinds.bFaces, bWhole, 1e-12, nullptr, nullptr, nullptr,
-                                                          nullptr, false)
-                    .IsGood());
+    ExpectGood(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices, kinds.bEdges,
+                                                         kinds.bFaces, bWhole, 1e-12, nullptr, nullptr, nullptr,
+                                                         nullptr, false));
     return aIDs;
 }
 
-Frame MakeRandomFrame(const Point3d& origin, std::mt19937& random)
+UnitVector3d MakeRandomDirection(std::mt19937& random)
 {
     std::uniform_real_distribution<double> coordinate(-1.0, 1.0);
-    const auto getVector = [&] { return Vector3d(coordinate(random), coordinate(random), coordinate(random)); };
-    const UnitVector3d x(getVector(), true);
-    const UnitVector3d z(x * getVector(), true);
-    return {"random", origin, x, UnitVector3d(z * x, true), z};
-}
-
-/// Blocks, and a large plate with a hole.
-void FillAtRandom(PolygonModel& model, const Frame& at, std::mt19937& random)
-{
-    Step step(model);
-    for (int n = 0; n < 6; ++n)
-    {
-        const Point3d lower(3 * n, double(random() % 5), double(random() % 5));
-        model.AddBlock(at, lower, lower + Vector3d(2, 1 + double(random() % 4), 1 + double(random() % 4)));
-    }
-    model.AddFace({at(-20, -20, 12), at(40, -20, 12), at(40, 30, 12), at(-20, 30, 12)},
-                  {{at(0, 0, 12), at(0, 5, 12), at(5, 5, 12), at(5, 0, 12)}});
+    const double x = coordinate(random);
+    const double y = coordinate(random);
+    return {x, y, coordinate(random), true};
 }
 } // namespace
 
@@ -138,11 +116,13 @@ TEST(VolumePick, FindsWhatCuttingTheModelFinds)
         PolygonModel model;
         const Frame& at = GetFrames()[nSeed % GetFrames().size()];
         FillAtRandom(model, at, random);
-        std::uniform_real_distribution<double> place(-2.0, 20.0);
+        std::uniform_real_distribution<double> place(-2.0, 10.0);
         std::uniform_real_distribution<double> size(0.1, 12.0);
         for (int nVolume = 0; nVolume < 20; ++nVolume)
         {
-            const Frame inModel = MakeRandomFrame(at(place(random), place(random), place(random)), random);
+            const UnitVector3d x = MakeRandomDirection(random);
+            const Frame inModel =
+                MakeFrame("random", at(place(random), place(random), place(random)), x, MakeRandomDirection(random));
             std::vector<Plane> aPlanes =
                 nVolume % 3 == 0 ? MakeFrustum(inModel, size(random) / 12)
                                  : MakeVolume(inModel, Point3d(), Point3d(size(random), size(random), size(random)));
@@ -165,21 +145,14 @@ TEST(VolumePick, FindsWhatCuttingTheModelFinds)
 
 TEST(VolumePick, FindsAFaceThatTheVolumePierces)
 {
-    std::vector<Frame> aFrames = GetFrames();
-    aFrames.push_back(aFrames.back());
-    aFrames.back().origin = Point3d(100000, -80000, 30000);
-    for (const Frame& at : aFrames)
+    for (const Frame& at : GetFramesAndFar())
     {
         SCOPED_TRACE(at.pName);
         PolygonModel model;
-        std::uint64_t nFace = INVALID_ID;
-        {
-            Step step(model);
-            nFace = model
-                        .AddFace({at(-100, -70), at(90, -80), at(100, 90), at(-90, 110)},
-                                 {{at(10, 10), at(10, 20), at(20, 20), at(20, 10)}})
-                        .GetID();
-        }
+        const std::uint64_t nFace = model
+                                        .AddFace({at(-100, -70), at(90, -80), at(100, 90), at(-90, 110)},
+                                                 {{at(10, 10), at(10, 20), at(20, 20), at(20, 10)}})
+                                        .GetID();
         std::mt19937 random(7);
         std::uniform_real_distribution<double> place(-60.0, 60.0);
         for (int n = 0; n < 200; ++n)
@@ -217,10 +190,9 @@ TEST(VolumePick, OrdersHitsAlongTheLine)
     {
         IDs aIDs;
         SortedHits aSorted;
-        EXPECT_TRUE(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices,
-                                                              kinds.bEdges, kinds.bFaces, bWhole, 1e-12, &along,
-                                                              nullptr, nullptr, &aSorted, false)
-                        .IsGood());
+        ExpectGood(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices,
+                                                             kinds.bEdges, kinds.bFaces, bWhole, 1e-12, &along, nullptr,
+                                                             nullptr, &aSorted, false));
         EXPECT_TRUE(std::is_sorted(aSorted.begin(), aSorted.end(),
                                    [](const auto& a, const auto& b) { return a.first < b.first; }));
         std::vector<std::pair<double, std::uint64_t>> aHits;

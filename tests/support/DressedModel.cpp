@@ -6,14 +6,6 @@
 
 namespace QRV
 {
-namespace
-{
-void ExpectGood(const Result& result)
-{
-    EXPECT_TRUE(result.IsGood()) << result.GetErrorString();
-}
-} // namespace
-
 std::vector<char> MakeJPEG(char c)
 {
     return {'\xFF', '\xD8', c, 0, 1, 2, 3, 4};
@@ -94,11 +86,90 @@ std::vector<std::uint64_t> GetLayers(const TestModel& model, std::uint64_t nObje
 
 void Delete(const TestModel& model, const std::vector<std::uint64_t>& aIDs)
 {
-    History* pHistory = nullptr;
-    Result result;
-    ASSERT_TRUE(History::BeginTransaction(model.GetID(), pHistory, result));
-    for (const std::uint64_t nID : aIDs)
-        EXPECT_TRUE(pHistory->GetObject(nID)->Delete());
-    History::EndTransaction(pHistory, result, "Delete");
+    Delete(model.GetID(), aIDs);
+}
+
+void Delete(std::uint64_t nHistory, const std::vector<std::uint64_t>& aIDs)
+{
+    InStep(nHistory,
+           [&](History& history)
+           {
+               for (const std::uint64_t nID : aIDs)
+                   EXPECT_TRUE(history.GetObject(nID)->Delete());
+           });
+}
+
+std::uint64_t RandomDresser::Any(std::uint64_t nHistory, nObjectType nType)
+{
+    IDs aIDs;
+    ExpectGood(APIGetAllObjectsByTypeReadOnly(nHistory, nType, aIDs));
+    return aIDs.empty() ? INVALID_ID : aIDs[Pick(aIDs.size())];
+}
+
+void RandomDresser::DeleteOne(std::uint64_t nHistory, const IDs& aIDs)
+{
+    const std::uint64_t nID = aIDs[Pick(aIDs.size())];
+    if (nID != INVALID_ID)
+        Delete(nHistory, {nID});
+}
+
+void RandomDresser::DrawOverTheBox(std::uint64_t nHistory)
+{
+    const Frame& frame = GetFrames()[1];
+    const double dFrom = double(Pick(9)) / 4;
+    APIConnectPoint3ds(nHistory, frame(dFrom, -1, 2), frame(double(Pick(9)) / 4, 3, 2));
+}
+
+void RandomDresser::Act(std::uint64_t h)
+{
+    std::uint64_t n = INVALID_ID;
+    const std::string sName(1, char('a' + Pick(3)));
+    const Color color{std::uint8_t(Pick(2)), 0, 0, 255};
+    const std::array<Point3d, 4> aCorners{Point3d(double(Pick(2)), 0, 0)};
+    const std::vector<char> aBytes = MakeJPEG(char(Pick(3)));
+    const IDs aOnLayers{Any(h, nEdgeType), Any(h, nFaceType)};
+    const LevelPairs aLevels{{sName, double(Pick(3))}, {sName, double(Pick(3))}};
+    const TexturePairs aMore{{"bump", Any(h, nTextureType)}, {"gloss", Any(h, nTextureType)}};
+    const std::uint64_t nTexture = Any(h, nTextureType);
+    const std::uint64_t nMaterial = Any(h, nMaterialType);
+    const std::uint64_t nLayer = Any(h, nLayerType);
+    const std::uint64_t nFace = Any(h, nFaceType);
+    const std::uint64_t nImage = Any(h, nImageType);
+    const bool b = Pick(2);
+    const TexturePairs* pMore = b ? &aMore : nullptr;
+    IDs aMade;
+    const std::function<void()> aActs[] = {
+        [&] { APICreateTexture(h, aBytes, b, n, sName); },
+        [&] { APISetTextureData(h, nTexture, aBytes, b, &sName); },
+        [&] { APICreateMaterial(h, color, 1, 1, nTexture, n, sName, "", nullptr, nullptr); },
+        [&] { APISetMaterialData(h, nMaterial, color, 1, 1, nTexture, &sName, nullptr, nullptr, pMore); },
+        [&] { APISetMaterialTexture(h, nMaterial, 1, 1, INVALID_ID); },
+        [&] {
+            APISetObjectsMaterial(h, {nFace, Any(h, nBodyType)}, nMaterial);
+        },
+        [&] { APISetObjectsMaterial(h, {nFace}, INVALID_ID); },
+        [&] { APISetFaceBacksideMaterial(h, {nFace}, nMaterial); },
+        [&] { APICreateLayer(h, sName, b, n); },
+        [&] { APISetLayerData(h, nLayer, sName, b); },
+        [&] { APIAddRemoveObjectsLayers(h, {nLayer}, {Any(h, nLayerType)}, aOnLayers); },
+        [&] { APICreateLevelObjects(h, aLevels, aMade); },
+        [&] { APISetLevelsData(h, {Any(h, nLevelType)}, aLevels); },
+        [&] {
+            APISetObjectsLevels(h, {Any(h, nBodyType)}, {Any(h, nLevelType), Any(h, nLevelType)});
+        },
+        [&] { APICreateStringAttribute(h, sName, sName, {Any(h, nEdgeType)}, n, nCopyOwn, b); },
+        [&] { APISetStringAttributeValue(h, Any(h, nStringAttributeType), sName); },
+        [&] { APICreateImageObject(h, sName, nTexture, 1, true, aCorners, n); },
+        [&] { APISetImageData(h, nImage, sName, b ? nTexture : INVALID_ID, 1, true, aCorners); },
+        [&] {
+            APISetSatelliteData(h, nImage, {1, 2}, {3, double(Pick(3))}, {4, 5});
+        },
+        [&] { APIMoveImage(h, nImage, int(Pick(5)) - 2); },
+        [&] {
+            DeleteOne(h, {nMaterial, nLayer, nImage, Any(h, nLevelType), Any(h, nStringAttributeType)});
+        },
+        [&] { DrawOverTheBox(h); },
+    };
+    aActs[Pick(std::size(aActs))]();
 }
 } // namespace QRV

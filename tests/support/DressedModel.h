@@ -41,6 +41,27 @@ std::uint64_t MakeLayer(const TestModel& model, const std::string& sName, bool b
 /// INVALID_ID for none.
 std::uint64_t GetMaterial(const TestModel& model, std::uint64_t nObject, bool bBack = false);
 std::vector<std::uint64_t> GetLayers(const TestModel& model, std::uint64_t nObject);
+using LevelPairs = std::vector<std::pair<std::string, double>>;
+
 /// Every object of the ids dies in one step, as if a call had asked for it.
+void Delete(std::uint64_t nHistory, const std::vector<std::uint64_t>& aIDs);
 void Delete(const TestModel& model, const std::vector<std::uint64_t>& aIDs);
+
+/// Does one thing or another, good or refused, to whatever a History holds.
+class RandomDresser
+{
+public:
+    explicit RandomDresser(std::uint64_t nSeed) : m_random(nSeed) {}
+
+    void Act(std::uint64_t nHistory);
+    std::uint64_t Pick(std::uint64_t nCount) { return m_random() % nCount; }
+
+private:
+    /// INVALID_ID if there is none.
+    std::uint64_t Any(std::uint64_t nHistory, nObjectType nType);
+    void DeleteOne(std::uint64_t nHistory, const IDs& aIDs);
+    void DrawOverTheBox(std::uint64_t nHistory);
+
+    std::mt19937_64 m_random;
+};
 } // namespace QRV

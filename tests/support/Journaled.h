@@ -10,12 +10,16 @@
 
 namespace QRV
 {
+/// What a journal has before and behind its calls.
+inline const std::string kJournalHead = "function runtest() \n{\n    var result = true; \n"
+                                        "    var mainHistID = QRV.APIGetActiveHistory();\n";
+inline const std::string kJournalTail = "    return result; \n}";
+
 /// Journals while it lives; the types that are written are those of a fresh process again at its end.
 class Journaled
 {
 public:
-    explicit Journaled(std::uint64_t nMainHistoryID, const char* pName = "session.js")
-        : m_file(pName)
+    explicit Journaled(std::uint64_t nMainHistoryID, const char* pName = "session.js") : m_file(pName)
     {
         EXPECT_TRUE(APIEnableJournaling(nMainHistoryID, m_file.GetPath()).IsGood());
     }

@@ -11,13 +11,6 @@ namespace QRV
 {
 namespace
 {
-Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane)
-{
-    const UnitVector3d xAxis(x, true);
-    const UnitVector3d zAxis(Vector3d(xAxis) * inPlane, true);
-    return {pName, origin, xAxis, UnitVector3d(zAxis * xAxis, true), zAxis};
-}
-
 void Write(std::ostream& text, const Object* pObject)
 {
     text << ' ' << (pObject ? static_cast<long long>(pObject->GetID()) : -1);
@@ -112,6 +105,13 @@ std::size_t CountTreeEntries(History& history)
 }
 } // namespace
 
+Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane)
+{
+    const UnitVector3d xAxis(x, true);
+    const UnitVector3d zAxis(Vector3d(xAxis) * inPlane, true);
+    return {pName, origin, xAxis, UnitVector3d(zAxis * xAxis, true), zAxis};
+}
+
 const std::vector<Frame>& GetFrames()
 {
     static const std::vector<Frame> aFrames{
@@ -119,6 +119,40 @@ const std::vector<Frame>& GetFrames()
         MakeFrame("turned", Point3d(0.5, -3.25, 2.0), Vector3d(1, 2, -0.5), Vector3d(-0.3, 1, 0.7)),
         MakeFrame("turned and far away", Point3d(8000, -5000, 3000), Vector3d(-0.2, 0.4, 1), Vector3d(1, 1, 0.1))};
     return aFrames;
+}
+
+std::vector<Frame> GetFramesAndFar()
+{
+    std::vector<Frame> aFrames = GetFrames();
+    aFrames.push_back(aFrames[1]);
+    aFrames.back().pName = "turned and very far away";
+    aFrames.back().origin = Point3d(1e5, -1e5, 7e4);
+    return aFrames;
+}
+
+Polygon MakeRectangle(const Frame& at, double u0, double v0, double u1, double v1)
+{
+    return {at(u0, v0), at(u1, v0), at(u1, v1), at(u0, v1)};
+}
+
+Polygon Reversed(const Polygon& polygon)
+{
+    return {polygon.rbegin(), polygon.rend()};
+}
+
+std::vector<Polygon> GetBlockOutlines(const Frame& frame, const Point3d& lower, const Point3d& upper)
+{
+    constexpr std::array<std::array<int, 4>, 6> kSides{
+        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
+    std::vector<Polygon> aOutlines;
+    for (const auto& side : kSides)
+    {
+        Polygon& outline = aOutlines.emplace_back();
+        for (const int n : side)
+            outline.push_back(
+                frame((n & 1 ? upper : lower)[0], (n & 2 ? upper : lower)[1], (n & 4 ? upper : lower)[2]));
+    }
+    return aOutlines;
 }
 
 PolygonModel::PolygonModel()
@@ -133,12 +167,18 @@ PolygonModel::~PolygonModel()
     HistoryRegistry::Get().DeleteHistory(m_nHistoryID, result);
 }
 
+std::unique_ptr<Step> PolygonModel::OpenOwnStep()
+{
+    return m_pHistory->GetOpenDelta() ? nullptr : std::make_unique<Step>(*this);
+}
+
 Vertex& PolygonModel::AddVertex(const Point3d& p)
 {
     const Place place{p[0], p[1], p[2]};
     if (const auto it = m_mapVertexIDs.find(place); it != m_mapVertexIDs.end())
         if (auto* pVertex = m_pHistory->Get<Vertex>(it->second); pVertex && pVertex->GetPosition().distSqrd(p) == 0.0)
             return *pVertex;
+    const auto pStep = OpenOwnStep();
     Vertex& vertex = m_pHistory->Create<Vertex>(p);
     vertex.AddToSearch();
     m_mapVertexIDs[place] = vertex.GetID();
@@ -147,6 +187,7 @@ Vertex& PolygonModel::AddVertex(const Point3d& p)
 
 Edge& PolygonModel::AddEdge(const Point3d& a, const Point3d& b)
 {
+    const auto pStep = OpenOwnStep();
     Vertex& start = AddVertex(a);
     Vertex& end = AddVertex(b);
     Edge* pEdge = start.FindEdgeTo(end);
@@ -155,6 +196,7 @@ Edge& PolygonModel::AddEdge(const Point3d& a, const Point3d& b)
 
 Loop& PolygonModel::AddLoop(const Polygon& polygon)
 {
+    const auto pStep = OpenOwnStep();
     Loop& loop = m_pHistory->Create<Loop>();
     std::vector<Coedge*> aCoedges;
     for (std::size_t n = 0; n < polygon.size(); ++n)
@@ -174,6 +216,7 @@ Loop& PolygonModel::AddLoop(const Polygon& polygon)
 
 Face& PolygonModel::AddFace(const Polygon& outline, const std::vector<Polygon>& aHoles)
 {
+    const auto pStep = OpenOwnStep();
     Face& face = Face::Create(*m_pHistory, Plane(outline.data(), outline.size()), nullptr);
     face.AddLoop(&AddLoop(outline), true);
     for (const Polygon& hole : aHoles)
@@ -184,25 +227,16 @@ Face& PolygonModel::AddFace(const Polygon& outline, const std::vector<Polygon>& 
 std::vector<Face*> PolygonModel::AddBlockFaces(const Frame& frame, const Point3d& lower, const Point3d& upper,
                                                bool bVoid)
 {
-    const auto corner = [&](int n)
-    { return frame((n & 1 ? upper : lower)[0], (n & 2 ? upper : lower)[1], (n & 4 ? upper : lower)[2]); };
-    constexpr std::array<std::array<int, 4>, 6> kSides{
-        {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {1, 3, 7, 5}, {3, 2, 6, 7}, {2, 0, 4, 6}}};
+    const auto pStep = OpenOwnStep();
     std::vector<Face*> aFaces;
-    for (const auto& side : kSides)
-    {
-        Polygon polygon;
-        for (const int n : side)
-            polygon.push_back(corner(n));
-        if (bVoid)
-            std::reverse(polygon.begin(), polygon.end());
-        aFaces.push_back(&AddFace(polygon));
-    }
+    for (const Polygon& outline : GetBlockOutlines(frame, lower, upper))
+        aFaces.push_back(&AddFace(bVoid ? Reversed(outline) : outline));
     return aFaces;
 }
 
 Body& PolygonModel::AddBody(const std::vector<std::vector<Face*>>& aShells)
 {
+    const auto pStep = OpenOwnStep();
     Body& body = m_pHistory->Create<Body>();
     Lump& lump = body.AddLump();
     for (const std::vector<Face*>& aFaces : aShells)
@@ -216,6 +250,7 @@ Body& PolygonModel::AddBody(const std::vector<std::vector<Face*>>& aShells)
 
 Body& PolygonModel::AddBlock(const Frame& frame, const Point3d& lower, const Point3d& upper)
 {
+    const auto pStep = OpenOwnStep();
     return AddBody({AddBlockFaces(frame, lower, upper)});
 }
 
@@ -230,6 +265,29 @@ Step::~Step()
         m_history.Rollback();
     else
         m_history.Commit("Test");
+}
+
+void FillAtRandom(PolygonModel& model, const Frame& at, std::mt19937& random)
+{
+    Step step(model);
+    const auto pick = [&](int nCount) { return double(random() % unsigned(nCount)); };
+    for (int n = 0; n < 4; ++n)
+    {
+        const Point3d lower(2 * n, pick(4), pick(4));
+        model.AddBlock(at, lower, lower + Vector3d(2, 1 + pick(3), 1 + pick(3)));
+    }
+    for (int n = 0; n < 3; ++n)
+    {
+        const double w = 5.0 + n;
+        model.AddFace({at(0, 0, w), at(6, 0, w + 1), at(6, 6, w + 1), at(0, 6, w)},
+                      {{at(2, 2, w + 1.0 / 3), at(2, 4, w + 1.0 / 3), at(4, 4, w + 2.0 / 3), at(4, 2, w + 2.0 / 3)}});
+    }
+    for (int n = 0; n < 8; ++n)
+    {
+        model.AddVertex(at(pick(9), pick(9), pick(9)));
+        const Point3d start = at(pick(9), pick(9), pick(9));
+        model.AddEdge(start, start + at.x * (1 + pick(3)) + at.z * pick(2));
+    }
 }
 
 void ExpectSound(History& history)
@@ -258,6 +316,7 @@ std::string Describe(const History& history)
 
 void ExpectUndoRedoRestores(History& history)
 {
+    ExpectSound(history);
     std::vector<std::string> aStates;
     while (history.CanUndo())
     {
@@ -275,6 +334,11 @@ void ExpectUndoRedoRestores(History& history)
         EXPECT_EQ(Describe(history), *itState);
         ExpectSound(history);
     }
+}
+
+void PrintTo(const Frame& frame, std::ostream* pText)
+{
+    *pText << frame.pName;
 }
 
 std::vector<unsigned> GetFindings(const Object& object)

@@ -8,16 +8,20 @@
 #include "model/Lump.h"
 #include "model/Shell.h"
 #include "model/Vertex.h"
-
-#include <gtest/gtest.h>
+#include "support/ExpectGood.h"
 
 #include <array>
+#include <concepts>
 #include <map>
+#include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 namespace QRV
 {
+using IDs = std::vector<std::uint64_t>;
+
 /// A place and direction in space for a shape that is easier to state near the origin.
 struct Frame
 {
@@ -30,12 +34,24 @@ struct Frame
     Point3d operator()(double u, double v, double w = 0.0) const { return origin + x * u + y * v + z * w; }
 };
 
+/// `inPlane` tells on which side of x the y direction lies.
+Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane);
 /// As it stands, turned about no axis of the world, and turned and far away.
 const std::vector<Frame>& GetFrames();
+/// And one turned and very far away.
+std::vector<Frame> GetFramesAndFar();
 
 using Polygon = std::vector<Point3d>;
 
-/// One temporary History, in which every vertex of one place and every edge between two vertices exists once.
+Polygon MakeRectangle(const Frame& at, double u0, double v0, double u1, double v1);
+Polygon Reversed(const Polygon& polygon);
+/// The six sides of a block, counter-clockwise seen from outside.
+std::vector<Polygon> GetBlockOutlines(const Frame& frame, const Point3d& lower, const Point3d& upper);
+
+class Step;
+
+/// One temporary History, in which every vertex of one place and every edge between two vertices exists once. What is
+/// added while no step is open is a step of its own.
 class PolygonModel
 {
 public:
@@ -61,6 +77,9 @@ public:
 private:
     using Place = std::array<double, 3>;
 
+    /// Null within a step.
+    std::unique_ptr<Step> OpenOwnStep();
+
     std::uint64_t m_nHistoryID = INVALID_ID;
     History* m_pHistory = nullptr;
     std::map<Place, std::uint64_t> m_mapVertexIDs;
@@ -80,12 +99,45 @@ private:
     bool m_bRollback;
 };
 
+/// Blocks that share faces' edges, plates with holes, free edges and lone vertices.
+void FillAtRandom(PolygonModel& model, const Frame& at, std::mt19937& random);
+
+/// What the work returns, done in a step.
+template <std::invocable Work>
+decltype(auto) InStep(PolygonModel& model, Work work)
+{
+    const Step step(model);
+    return work();
+}
+
+/// All live objects of a class.
+template <class T>
+std::vector<T*> GetAll(History& history)
+{
+    std::vector<Object*> aFound;
+    history.GetObjectsByType(aFound, T::kType, true);
+    std::vector<T*> aObjects;
+    for (Object* pObject : aFound)
+        aObjects.push_back(static_cast<T*>(pObject));
+    return aObjects;
+}
+
 /// The audit of the whole History finds nothing.
 void ExpectSound(History& history);
 /// All live objects with their contents, equal exactly for equal models.
 std::string Describe(const History& history);
-/// Undo to nothing leaves nothing; on the way back every state is what it was, and sound.
+/// Undo to nothing leaves nothing; on the way back every state is what it was. All are sound, the one it stands in too.
 void ExpectUndoRedoRestores(History& history);
 /// The codes of the findings, in ascending order.
 std::vector<unsigned> GetFindings(const Object& object);
+
+/// A test of what holds in every place and direction, on a model of its own for each.
+template <class Model>
+class InFrame : public testing::TestWithParam<Frame>
+{
+protected:
+    const Frame m_at = GetParam();
+    Model m_model;
+};
+void PrintTo(const Frame& frame, std::ostream* pText);
 } // namespace QRV

@@ -9,11 +9,6 @@ namespace QRV
 {
 namespace
 {
-void ExpectGood(const Result& result)
-{
-    EXPECT_TRUE(result.IsGood()) << result.GetErrorString();
-}
-
 std::vector<std::uint64_t> GetBelow(const TestModel& model, std::uint64_t nObject, nObjectType nType)
 {
     std::vector<std::uint64_t> aIDs;
@@ -131,6 +126,34 @@ double TestModel::GetArea(std::uint64_t nObjectID) const
     return dArea;
 }
 
+nEdgeFaceClass TestModel::GetFaceClass(std::uint64_t nEdge) const
+{
+    nEdgeFaceClass nClass = nEdgeFree;
+    ExpectGood(APIGetEdgeFaceClassificationReadOnly(m_nHistoryID, nEdge, nClass));
+    return nClass;
+}
+
+bool TestModel::IsSmooth(std::uint64_t nEdgeOrVertex) const
+{
+    bool bSmooth = false;
+    ExpectGood(APIGetEdgeOrVertexMarkedSmoothReadOnly(m_nHistoryID, nEdgeOrVertex, bSmooth));
+    return bSmooth;
+}
+
+IDs TestModel::GetDeltas() const
+{
+    IDs aIDs;
+    ExpectGood(APIGetAllHistoryDeltasReadOnly(m_nHistoryID, aIDs));
+    return aIDs;
+}
+
+std::uint64_t TestModel::GetActiveDelta(int nOffset) const
+{
+    std::uint64_t nID = 0;
+    ExpectGood(APIGetIdOfActiveDeltaReadOnly(m_nHistoryID, nID, nOffset));
+    return nID;
+}
+
 std::string TestModel::Describe() const
 {
     return QRV::Describe(GetHistory());
@@ -158,8 +181,8 @@ Frame MakeRandomFrame(std::mt19937_64& random, double dDistance)
         return UnitVector3d(Vector3d(x, y, number(random)), true);
     };
     const UnitVector3d x = direction();
-    const UnitVector3d z(Vector3d(x) * direction(), true);
-    return {"random", Point3d() + direction() * dDistance, x, UnitVector3d(z * x, true), z};
+    const UnitVector3d inPlane = direction();
+    return MakeFrame("random", Point3d() + direction() * dDistance, x, inPlane);
 }
 
 void ExpectSound(const TestModel& model)
@@ -178,13 +201,21 @@ void ExpectUndoRedoRestores(const TestModel& model)
 void ExpectRefused(const TestModel& model, unsigned nCode, const std::function<Result()>& call)
 {
     const std::string strBefore = model.Describe();
-    std::vector<std::uint64_t> aDeltas;
-    APIGetAllHistoryDeltasReadOnly(model.GetID(), aDeltas);
+    const IDs aDeltas = model.GetDeltas();
     EXPECT_EQ(call().GetErrorCode(), nCode);
     EXPECT_EQ(model.Describe(), strBefore);
-    std::vector<std::uint64_t> aDeltasAfter;
-    APIGetAllHistoryDeltasReadOnly(model.GetID(), aDeltasAfter);
-    EXPECT_EQ(aDeltasAfter, aDeltas);
+    EXPECT_EQ(model.GetDeltas(), aDeltas);
+}
+
+void InStep(std::uint64_t nHistory, const std::function<void(History&)>& work, bool bRollback)
+{
+    History* pHistory = nullptr;
+    Result result;
+    ASSERT_TRUE(History::BeginTransaction(nHistory, pHistory, result));
+    work(*pHistory);
+    if (bRollback)
+        result.SetErrorCode(Result::nFailure);
+    History::EndTransaction(pHistory, result, "Test");
 }
 
 void ExpectSolid(const TestModel& model, std::uint64_t nBody, const SolidData& data)
@@ -199,11 +230,7 @@ void ExpectSolid(const TestModel& model, std::uint64_t nBody, const SolidData& d
     EXPECT_NEAR(model.GetVolume(nBody), data.dVolume, data.dTolerance);
     EXPECT_NEAR(model.GetArea(nBody), data.dArea, data.dTolerance);
     for (const std::uint64_t nEdge : aEdges)
-    {
-        nEdgeFaceClass nClass = nEdgeFree;
-        ExpectGood(APIGetEdgeFaceClassificationReadOnly(model.GetID(), nEdge, nClass));
-        EXPECT_NE(nClass, nEdgeBoundary) << "edge " << nEdge;
-    }
+        EXPECT_NE(model.GetFaceClass(nEdge), nEdgeBoundary) << "edge " << nEdge;
     ExpectSound(model);
 }
 } // namespace QRV

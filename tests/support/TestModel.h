@@ -61,6 +61,11 @@ public:
     double GetVolume() const;
     double GetVolume(std::uint64_t nObjectID) const;
     double GetArea(std::uint64_t nObjectID) const;
+    nEdgeFaceClass GetFaceClass(std::uint64_t nEdge) const;
+    bool IsSmooth(std::uint64_t nEdgeOrVertex) const;
+    /// All steps, those undone too.
+    IDs GetDeltas() const;
+    std::uint64_t GetActiveDelta(int nOffset = 0) const;
     /// Everything that lives, with its contents.
     std::string Describe() const;
 
@@ -75,10 +80,13 @@ Frame MakeRandomFrame(std::mt19937_64& random, double dDistance);
 
 /// The audit of the whole History finds nothing.
 void ExpectSound(const TestModel& model);
-/// The History undoes to nothing, with nothing left in its trees, and redoes to what it was, sound all the way.
+/// The History is sound as it stands, undoes to nothing, with nothing left in its trees, and redoes to what it was.
 void ExpectUndoRedoRestores(const TestModel& model);
 /// A call that must fail with this code and change nothing, the redo branch apart.
 void ExpectRefused(const TestModel& model, unsigned nCode, const std::function<Result()>& call);
+
+/// Works on the model itself as a call does, in a step, of which nothing stays if it is to be rolled back.
+void InStep(std::uint64_t nHistory, const std::function<void(History&)>& work, bool bRollback = false);
 
 struct SolidData
 {

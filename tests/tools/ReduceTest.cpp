@@ -2,7 +2,7 @@
 
 #include "reduce/DeltaDebugging.h"
 #include "support/Condition.h"
-#include "support/TemporaryFile.h"
+#include "support/Journaled.h"
 
 #include <algorithm>
 #include <random>
@@ -10,14 +10,10 @@
 
 namespace tools
 {
-using QRV::TemporaryFile;
+using namespace QRV;
 
 namespace
 {
-const std::string kHead = "function runtest() \n{\n    var result = true; \n"
-                          "    var mainHistID = QRV.APIGetActiveHistory();\n";
-const std::string kTail = "    return result; \n}";
-
 std::string VertexLine(unsigned i)
 {
     return "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(" + std::to_string(i) + ", 0, 0));\n";
@@ -26,10 +22,10 @@ std::string VertexLine(unsigned i)
 /// A journal of so many lines that do no harm, with others put in at places of their own.
 std::string MakeJournal(unsigned nLines, const std::map<unsigned, std::string>& planted)
 {
-    std::string strText = kHead;
+    std::string strText = kJournalHead;
     for (unsigned i = 0; i < nLines; ++i)
         strText += planted.contains(i) ? planted.at(i) : VertexLine(i);
-    return strText + kTail;
+    return strText + kJournalTail;
 }
 
 /// Reduces a journal and gives what is left of it.
@@ -95,13 +91,13 @@ TEST(Reduce, FindsTheCallThatFailsAndWhatItRestsOn)
     EXPECT_NE(ReduceJournal(strJournal, "--check code:4").find("does not fail"), std::string::npos)
         << "the run ends at a line that is refused";
     const std::string strSound = MakeJournal(300, {{30, "\n" + strHistory}, {120, strEnd}, {250, strUse}});
-    EXPECT_EQ(ReduceJournal(strSound, "--check code:4"), kHead + strHistory + strEnd + strUse + kTail);
+    EXPECT_EQ(ReduceJournal(strSound, "--check code:4"), kJournalHead + strHistory + strEnd + strUse + kJournalTail);
 }
 
 TEST(Reduce, FindsWhatMakesTheProgramCrashOrFailTheAudit)
 {
     const std::string strJournal = MakeJournal(64, {});
-    const std::string strExpected = kHead + VertexLine(17) + VertexLine(41) + kTail;
+    const std::string strExpected = kJournalHead + VertexLine(17) + VertexLine(41) + kJournalTail;
     EXPECT_EQ(ReduceJournal(strJournal, "--check crash" + Impostor("kill -SEGV $$").GetOption()), strExpected);
     EXPECT_EQ(ReduceJournal(strJournal, "--check crash" + Impostor("exit 1").GetOption()), strExpected)
         << "as under a sanitizer";
@@ -115,7 +111,7 @@ TEST(Reduce, EndsAProgramThatDoesNotComeBack)
     std::ofstream(program.GetPath()) << "#!/bin/sh\nexec sleep 99\n";
     std::filesystem::permissions(program.GetPath(), std::filesystem::perms::owner_all);
     const std::string strOptions = " --timeout 0.1 --replay " + program.GetPath();
-    EXPECT_EQ(ReduceJournal(MakeJournal(8, {}), "--check time:9" + strOptions), kHead + kTail);
+    EXPECT_EQ(ReduceJournal(MakeJournal(8, {}), "--check time:9" + strOptions), kJournalHead + kJournalTail);
     EXPECT_NE(ReduceJournal(MakeJournal(8, {}), "--check crash" + strOptions).find("does not fail"), std::string::npos);
 }
 

@@ -21,9 +21,6 @@ using namespace QRV;
 namespace
 {
 const std::string kReplay = QRV_REPLAY;
-const std::string kHead = "function runtest() \n{\n    var result = true; \n"
-                          "    var mainHistID = QRV.APIGetActiveHistory();\n";
-const std::string kTail = "    return result; \n}";
 
 void WriteFile(const TemporaryFile& file, const std::string& strText)
 {
@@ -174,7 +171,7 @@ TEST(Replay, DrawsTheExampleHouseAsItsSessionDid)
 
 TEST(Replay, GivesVariablesTheResultOfTheirNameOrElseTheFirst)
 {
-    EXPECT_FALSE(ReplayText(kHead +
+    EXPECT_FALSE(ReplayText(kJournalHead +
                             "\n    var historyId_1 = QRV.APICreateHistory(QRV.INVALID_ID, false);\n"
                             "    var minor = QRV.APIGetVersionReadOnly();\n"
                             "    var any = QRV.APIGetVersionReadOnly();\n"
@@ -183,7 +180,7 @@ TEST(Replay, GivesVariablesTheResultOfTheirNameOrElseTheFirst)
                             "\n    var historyId_2 = QRV.APICreateHistory(minor, true);\n"
                             "\n    var historyId_3 = QRV.APICreateHistory(7/*Unknown History ID*/, true);\n"
                             "    QRV.APIDeleteHistory(any);\n" +
-                            kTail));
+                            kJournalTail));
     std::vector<std::uint64_t> aHistories;
     APIGetAllHistoriesReadOnly(aHistories);
     EXPECT_EQ(aHistories, (std::vector<std::uint64_t>{1, 7, 23}));
@@ -192,9 +189,10 @@ TEST(Replay, GivesVariablesTheResultOfTheirNameOrElseTheFirst)
 
 TEST(Replay, GoesOnAfterCallsThatFailAndEndsWithAJournalThatBreaksOff)
 {
-    EXPECT_FALSE(ReplayText(kHead + "    QRV.APICreateVertex(5/*Unknown History ID*/, QRV.Geom.Point3d(0, 0, 0));\n"
-                                    "    QRV.APIComputeAreaReadOnly(mainHistID, 12, undefined);\n"
-                                    "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(-0, 1e-3, 25));"));
+    EXPECT_FALSE(ReplayText(kJournalHead +
+                            "    QRV.APICreateVertex(5/*Unknown History ID*/, QRV.Geom.Point3d(0, 0, 0));\n"
+                            "    QRV.APIComputeAreaReadOnly(mainHistID, 12, undefined);\n"
+                            "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(-0, 1e-3, 25));"));
     EXPECT_EQ(CountObjects(), (std::map<std::string, std::size_t>{{"Vertex", 1}}));
 }
 
@@ -202,10 +200,10 @@ TEST(Replay, LeavesFilesAloneWhereToldTo)
 {
     const TemporaryFile script("saves.js");
     const TemporaryFile saved("saved.stl");
-    WriteFile(script, kHead +
+    WriteFile(script, kJournalHead +
                           "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(0, 0, 0));\n"
                           "    var saved = QRV.APISaveToFileReadOnly(mainHistID, [0], \"" +
-                          saved.GetPath() + "\", 2, false, 1.0, [], []);\n" + kTail);
+                          saved.GetPath() + "\", 2, false, 1.0, [], []);\n" + kJournalTail);
     const Ended without = RunProgram(kReplay + " --results --no-files " + script.GetPath());
     EXPECT_EQ(without.nCode, 0);
     EXPECT_EQ(GetResultColumn(without.strOutput).size(), 1u) << without.strOutput;
@@ -279,7 +277,7 @@ TEST(Replay, RefusesWhatNoJournalSays)
         const std::size_t nMark = strLine.find('@');
         strLine.erase(nMark, 1);
         const auto refusal =
-            ReplayText(kHead + "    QRV.APIDeleteHistory(QRV.INVALID_ID);\n\n" + strLine + "\n" + kTail);
+            ReplayText(kJournalHead + "    QRV.APIDeleteHistory(QRV.INVALID_ID);\n\n" + strLine + "\n" + kJournalTail);
         ASSERT_TRUE(refusal) << strLine;
         EXPECT_EQ(refusal->nLine, 7u) << strLine;
         EXPECT_EQ(refusal->nColumn, nMark + 1) << strLine << ": " << refusal->strMessage;
@@ -294,9 +292,9 @@ TEST(Replay, RefusesAFileThatIsBuiltOtherwise)
         {"\n\nfunction runtest() \n", 4, 1},
         {"function runtest() \nfunction runtest() \n", 2, 1},
         {"function runtest() {\n", 1, 20},
-        {kHead + "}", 5, 1},
-        {kHead + kTail + "\n" + kTail, 7, 5},
-        {kHead + kTail + "\nQRV.APIUndoHistory(mainHistID, true, 1);", 7, 5},
+        {kJournalHead + "}", 5, 1},
+        {kJournalHead + kJournalTail + "\n" + kJournalTail, 7, 5},
+        {kJournalHead + kJournalTail + "\nQRV.APIUndoHistory(mainHistID, true, 1);", 7, 5},
         {std::string("\0", 1), 1, 1},
     };
     for (const auto& [strText, nLine, nColumn] : aRows)
@@ -310,10 +308,11 @@ TEST(Replay, RefusesAFileThatIsBuiltOtherwise)
 TEST(Replay, TellsByItsExitCodeHowTheRunEnded)
 {
     const TemporaryFile good("good.js");
-    WriteFile(good,
-              kHead + "    QRV.APIDeleteHistory(5/*Unknown History ID*/);\n    QRV.APIDeleteAllHistories();\n" + kTail);
+    WriteFile(good, kJournalHead +
+                        "    QRV.APIDeleteHistory(5/*Unknown History ID*/);\n    QRV.APIDeleteAllHistories();\n" +
+                        kJournalTail);
     const TemporaryFile bad("bad.js");
-    WriteFile(bad, kHead + "    QRV.APIDeleteHistory(5/*Unknown*/);\n" + kTail);
+    WriteFile(bad, kJournalHead + "    QRV.APIDeleteHistory(5/*Unknown*/);\n" + kJournalTail);
     EXPECT_EQ(RunProgram(kReplay + " " + good.GetPath()).nCode, 0);
     EXPECT_EQ(RunProgram(kReplay + " --until code:5 " + good.GetPath()).nCode, 0);
     EXPECT_EQ(RunProgram(kReplay + " --until audit " + good.GetPath()).nCode, 0);
@@ -335,11 +334,11 @@ TEST(Replay, NeedsNoMoreMemoryForALongJournal)
         const TemporaryFile file("long.js");
         {
             std::ofstream stream(file.GetPath(), std::ios::binary);
-            stream << kHead;
+            stream << kJournalHead;
             for (unsigned i = 0; i < nLines; i += 2)
                 stream << "    QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(1, 2, " << i
                        << "));\n    QRV.APIUndoHistory(mainHistID, true, QRV.INVALID_ID);\n";
-            stream << kTail;
+            stream << kJournalTail;
         }
         const pid_t nChild = ::fork();
         if (nChild == 0)
