@@ -16,12 +16,12 @@ add_test(NAME Install.ServesHostsThroughCMake
                  --build-options -DCMAKE_PREFIX_PATH=${QRV_INSTALLED} -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
                                  -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER} -DCMAKE_CXX_FLAGS=${sanitizer}
                  --test-command ${CMAKE_CTEST_COMMAND} --output-on-failure)
-# Builds the whole library once more, so without optimising, and not a second time for the sanitizers.
+# Builds the whole library once more, so joined and without optimising, and not a second time for the sanitizers.
 if(NOT QRV_SANITIZE)
   add_test(NAME Install.ServesHostsThatBuildItThemselves
            COMMAND ${CMAKE_CTEST_COMMAND} --build-and-test ${consumer}/within ${CMAKE_BINARY_DIR}/within --build-generator ${CMAKE_GENERATOR}
                    --build-options -DQRV_SOURCES=${CMAKE_SOURCE_DIR} -DQRV_WERROR=${QRV_WERROR} -DCMAKE_BUILD_TYPE=Debug
-                                   -DCMAKE_CXX_FLAGS_DEBUG=-O0
+                                   -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=10
                                    -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER} -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
                    --test-command ${CMAKE_CTEST_COMMAND} --output-on-failure)
 endif()
