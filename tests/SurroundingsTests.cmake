@@ -1,13 +1,11 @@
 # Tests of the library in processes that are hard on it.
 
-# The sanitizers' own frames need more stack than is given here.
 if(NOT QRV_SANITIZE)
+  # The sanitizers' own frames need more stack than is given here.
   add_test(NAME Surroundings.StackOf256Kilobytes COMMAND sh -c [[ulimit -s 256 && exec "$0" --gtest_brief=1]] $<TARGET_FILE:qrv_tests>)
-endif()
 
-# The C library's locale of decimal commas is made here, so that it need not be set up for the whole machine. Numbers are
-# written and read alike under the sanitizers.
-if(NOT QRV_SANITIZE)
+  # The C library's locale of decimal commas is made here, so that it need not be set up for the whole machine. Numbers
+  # are written and read alike under the sanitizers.
   set(locales ${CMAKE_CURRENT_BINARY_DIR}/locales)
   add_test(NAME Surroundings.MakesALocaleOfDecimalCommas
            COMMAND sh -c [[mkdir -p "$0" && localedef -i de_DE -f UTF-8 "$0/de_DE.UTF-8"]] ${locales})

@@ -72,12 +72,13 @@ public:
         return !m_sidesOfEdges.empty() && std::all_of(m_sidesOfEdges.begin(), m_sidesOfEdges.end(), closes);
     }
 
-    Solid MakeSolid(std::uint64_t nBody) const
+    /// Those that are left.
+    std::vector<std::uint64_t> GetFaces() const
     {
-        Solid solid{nBody, {}};
+        std::vector<std::uint64_t> aFaces;
         for (const auto& [nFace, aEdges] : m_edgesOfFaces)
-            solid.aObjects.push_back(nFace);
-        return solid;
+            aFaces.push_back(nFace);
+        return aFaces;
     }
 
 private:
@@ -128,27 +129,21 @@ bool IsManifold(const Session& session, std::uint64_t nBody)
 }
 } // namespace
 
-std::vector<Solid> FindWholeSolids(const Session& session)
+Solids FindSolids(const Session& session, bool bTakeSheetsAway)
 {
-    std::vector<Solid> aSolids;
-    for (const std::uint64_t nBody : session.GetAll(nBodyType))
-        if (IsManifold(session, nBody))
-            aSolids.push_back({nBody, {nBody}});
-    return aSolids;
-}
-
-std::vector<Solid> FindSolidsUnderSheets(const Session& session)
-{
-    std::vector<Solid> aSolids;
+    Solids solids;
     for (const std::uint64_t nBody : session.GetAll(nBodyType))
     {
         if (IsManifold(session, nBody))
-            continue;
-        FacesOfBody faces(session, nBody);
-        faces.TakeSheetsAway();
-        if (faces.IsClosed())
-            aSolids.push_back(faces.MakeSolid(nBody));
+            solids.aWhole.push_back({nBody, {nBody}});
+        else if (bTakeSheetsAway)
+        {
+            FacesOfBody faces(session, nBody);
+            faces.TakeSheetsAway();
+            if (faces.IsClosed())
+                solids.aUnderSheets.push_back({nBody, faces.GetFaces()});
+        }
     }
-    return aSolids;
+    return solids;
 }
 } // namespace examples

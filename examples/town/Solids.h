@@ -15,12 +15,16 @@ struct Solid
     std::vector<std::uint64_t> aObjects; ///< the body, or the faces
 };
 
-/// The bodies with two faces at every edge. A house that shares a wall or an edge with its neighbour is not one, nor one
-/// with a courtyard.
-std::vector<Solid> FindWholeSolids(const Session& session);
+struct Solids
+{
+    /// The bodies with two faces at every edge. A house that shares a wall or an edge with its neighbour is not one,
+    /// nor one with a courtyard.
+    std::vector<Solid> aWhole;
+    /// Others that close when the sheets that hang on them are taken away: the outlines of a courtyard above and below
+    /// fill with faces too.
+    std::vector<Solid> aUnderSheets;
+};
 
-/// Of the other bodies those that close when the sheets that hang on them are taken away: the outlines of a courtyard
-/// above and below fill with faces too. For houses that stand clear of one another: a sheet may else be the neighbour's
-/// wall.
-std::vector<Solid> FindSolidsUnderSheets(const Session& session);
+/// @param bTakeSheetsAway  for houses that stand clear of one another; a sheet may else be the neighbour's wall
+Solids FindSolids(const Session& session, bool bTakeSheetsAway);
 } // namespace examples

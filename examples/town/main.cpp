@@ -221,10 +221,7 @@ void SaveSolids(const Session& session, const std::vector<Solid>& aSolids, const
 /// The houses that are solids as they stand in one file, those with a courtyard in another.
 void SaveSolids(const Session& session, const Options& options)
 {
-    const std::vector<Solid> aWhole = FindWholeSolids(session);
-    std::vector<Solid> aUnderSheets;
-    if (!options.bInPlace)
-        aUnderSheets = FindSolidsUnderSheets(session);
+    const auto [aWhole, aUnderSheets] = FindSolids(session, !options.bInPlace);
     std::printf(
         "%zu bodies are solids, %zu more when the faces over their courtyards are taken away; %zu share walls or "
         "edges with others\n",

@@ -234,10 +234,10 @@ void Edge::DeleteSelf()
 std::size_t Edge::GetCoedges(std::vector<Coedge*>& aCoedges) const
 {
     const std::size_t nBefore = aCoedges.size();
-    ReserveFew(aCoedges);
     Coedge* pCoedge = m_pCoedge;
     for (std::size_t n = 0; pCoedge && n <= kUseMask; ++n)
     {
+        ReserveFew(aCoedges);
         aCoedges.push_back(pCoedge);
         pCoedge = pCoedge->GetPartner();
         if (pCoedge == m_pCoedge)
@@ -263,13 +263,15 @@ std::size_t Edge::GetLoops(std::vector<Loop*>& aLoops) const
 std::size_t Edge::GetFaces(std::vector<Face*>& aFaces) const
 {
     const std::size_t nBefore = aFaces.size();
-    ReserveFew(aFaces);
     const Coedge* pCoedge = m_pCoedge;
     for (std::size_t n = 0; pCoedge && n <= kUseMask; ++n)
     {
         Face* pFace = pCoedge->GetFace();
         if (pFace && std::find(aFaces.begin() + std::ptrdiff_t(nBefore), aFaces.end(), pFace) == aFaces.end())
+        {
+            ReserveFew(aFaces);
             aFaces.push_back(pFace);
+        }
         pCoedge = pCoedge->GetPartner();
         if (pCoedge == m_pCoedge)
             break;

@@ -20,7 +20,7 @@ template <class T>
 class DistinctAppender
 {
 public:
-    explicit DistinctAppender(std::vector<T*>& aList) : m_aList(aList), m_nFirst(aList.size()) { ReserveFew(aList); }
+    explicit DistinctAppender(std::vector<T*>& aList) : m_aList(aList), m_nFirst(aList.size()) {}
 
     bool Add(T* pElement)
     {
@@ -38,6 +38,7 @@ public:
             if (!m_seen.insert(pElement).second)
                 return false;
         }
+        ReserveFew(m_aList);
         m_aList.push_back(pElement);
         return true;
     }
@@ -131,14 +132,15 @@ std::size_t Vertex::GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart) 
 std::size_t Vertex::GetCoedges(std::vector<Coedge*>& aCoedges, const Face* pOnly) const
 {
     const std::size_t nBefore = aCoedges.size();
-    ReserveFew(aCoedges);
     std::vector<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
             ForEachPartner(*pFirst, [&](Coedge& coedge) {
-                if (!pOnly || coedge.GetFace() == pOnly)
-                    aCoedges.push_back(&coedge);
+                if (pOnly && coedge.GetFace() != pOnly)
+                    return;
+                ReserveFew(aCoedges);
+                aCoedges.push_back(&coedge);
             });
     return aCoedges.size() - nBefore;
 }

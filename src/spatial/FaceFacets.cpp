@@ -84,6 +84,7 @@ private:
             m_aLoopEnds.push_back(std::uint32_t(m_aCorners.size()));
         }
     }
+
     static std::size_t CountCorners(const Face& face)
     {
         std::size_t nCorners = 0;
