@@ -21,6 +21,9 @@
 
 namespace QRV
 {
+template <class T>
+T* AsType(Object* pObject);
+
 /// All objects of one model, every earlier state of them, and the Deltas that lead from the empty model to its newest
 /// state. At most one Delta is open; objects are made, changed and deleted only while one is.
 class History
@@ -101,7 +104,7 @@ public:
     template <class T>
     T* Get(std::uint64_t nID) const
     {
-        return dynamic_cast<T*>(GetObject(nID));
+        return AsType<T>(GetObject(nID));
     }
     Object* GetObjectRelative(std::uint64_t nID, int nOffset) const;
     /// From the oldest recorded state, so also for objects no longer alive; 0 for unused ids.

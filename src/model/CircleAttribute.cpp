@@ -24,7 +24,7 @@ void CircleAttribute::GetConnectedOwners(Edge& edge, std::vector<Edge*>& aEdges)
     for (std::size_t i = 0; i < aFound.size(); ++i)
         for (const Vertex* pVertex : {aFound[i]->GetStartVertex(), aFound[i]->GetEndVertex()})
         {
-            std::vector<Edge*> aAtVertex;
+            ShortList<Edge*> aAtVertex;
             pVertex->GetConnectedEdges(aAtVertex);
             for (Edge* pEdge : aAtVertex)
                 if (HasOwner(*pEdge) && seen.insert(pEdge).second)

@@ -8,6 +8,7 @@
 #include "model/ObjectOf.inl"
 
 #include <algorithm>
+#include <array>
 
 namespace QRV
 {
@@ -112,9 +113,9 @@ void Coedge::DeleteSelf()
     History* pHistory = GetHistory();
     if (pEdge)
     {
-        std::vector<Coedge*> aChain;
+        ShortList<Coedge*> aChain;
         pEdge->GetCoedges(aChain);
-        std::erase(aChain, this);
+        aChain.EraseIf([this](const Coedge* pOther) { return pOther == this; });
         if (aChain.size() <= 2)
             SetPartnerChain(aChain);
         else
@@ -197,7 +198,7 @@ std::size_t Coedge::CheckValidity(std::vector<Result>& aResults) const
     return nFindings + Object::CheckValidity(aResults);
 }
 
-void SetPartnerChain(const std::vector<Coedge*>& aCoedges)
+void SetPartnerChain(std::span<Coedge* const> aCoedges)
 {
     for (std::size_t i = 0; i < aCoedges.size(); ++i)
         aCoedges[i]->SetPartner(aCoedges.size() == 1 ? nullptr : aCoedges[(i + 1) % aCoedges.size()]);
@@ -206,7 +207,7 @@ void SetPartnerChain(const std::vector<Coedge*>& aCoedges)
 void MakePartners(Coedge& a, Coedge& b)
 {
     if (a.GetEdge() == b.GetEdge())
-        SetPartnerChain({&a, &b});
+        SetPartnerChain(std::array{&a, &b});
 }
 
 void LinkLoop(const std::vector<Coedge*>& aCoedges)

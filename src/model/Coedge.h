@@ -4,6 +4,8 @@
 #include "model/Edge.h"
 #include "model/ObjectOf.h"
 
+#include <span>
+
 namespace QRV
 {
 class Face;
@@ -87,7 +89,7 @@ private:
 extern template class ObjectOf<Coedge, Object>;
 
 /// Links the coedges of one edge cyclically; one alone gets null.
-void SetPartnerChain(const std::vector<Coedge*>& aCoedges);
+void SetPartnerChain(std::span<Coedge* const> aCoedges);
 /// Links two coedges of one edge to each other; nothing when their edges differ.
 void MakePartners(Coedge& a, Coedge& b);
 /// Links each coedge to the next and the last to the first, where end and start vertices agree.

@@ -47,7 +47,7 @@ private:
         {
             if (!m_vertices.insert(pVertex).second)
                 continue;
-            std::vector<Edge*> aEdges;
+            ShortList<Edge*> aEdges;
             static_cast<const Vertex*>(pVertex)->GetConnectedEdges(aEdges);
             for (const Edge* pEdge : aEdges)
             {

@@ -128,7 +128,7 @@ void Edge::SetVertex(Vertex* Edge::*pEnd, Vertex* pVertex, bool bFixGroups)
     GetHistory()->AwaitSearch(*this);
     if (!bFixGroups || !pVertex)
         return;
-    std::vector<Edge*> aReached;
+    ShortList<Edge*> aReached;
     pVertex->GetConnectedEdges(aReached);
     if (std::find(aReached.begin(), aReached.end(), this) == aReached.end())
         pVertex->AddEdgeToGroups(this, false);
@@ -210,7 +210,7 @@ void Edge::Changed(unsigned nFlags)
     }
     if (!(nFlags & nChangePropagate))
         return;
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     GetCoedges(aCoedges);
     for (Coedge* pCoedge : aCoedges)
         pCoedge->Changed(nFlags);
@@ -231,13 +231,12 @@ void Edge::DeleteSelf()
 
 // --- walks
 
-std::size_t Edge::GetCoedges(std::vector<Coedge*>& aCoedges) const
+std::size_t Edge::GetCoedges(ShortList<Coedge*>& aCoedges) const
 {
     const std::size_t nBefore = aCoedges.size();
     Coedge* pCoedge = m_pCoedge;
     for (std::size_t n = 0; pCoedge && n <= kUseMask; ++n)
     {
-        ReserveFew(aCoedges);
         aCoedges.push_back(pCoedge);
         pCoedge = pCoedge->GetPartner();
         if (pCoedge == m_pCoedge)
@@ -249,7 +248,7 @@ std::size_t Edge::GetCoedges(std::vector<Coedge*>& aCoedges) const
 std::size_t Edge::GetLoops(std::vector<Loop*>& aLoops) const
 {
     const std::size_t nBefore = aLoops.size();
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
     {
@@ -260,7 +259,7 @@ std::size_t Edge::GetLoops(std::vector<Loop*>& aLoops) const
     return aLoops.size() - nBefore;
 }
 
-std::size_t Edge::GetFaces(std::vector<Face*>& aFaces) const
+std::size_t Edge::GetFaces(ShortList<Face*>& aFaces) const
 {
     const std::size_t nBefore = aFaces.size();
     const Coedge* pCoedge = m_pCoedge;
@@ -268,10 +267,7 @@ std::size_t Edge::GetFaces(std::vector<Face*>& aFaces) const
     {
         Face* pFace = pCoedge->GetFace();
         if (pFace && std::find(aFaces.begin() + std::ptrdiff_t(nBefore), aFaces.end(), pFace) == aFaces.end())
-        {
-            ReserveFew(aFaces);
             aFaces.push_back(pFace);
-        }
         pCoedge = pCoedge->GetPartner();
         if (pCoedge == m_pCoedge)
             break;
@@ -294,7 +290,7 @@ std::size_t Edge::GetTopOwners(std::vector<Object*>& aOwners) const
     const std::size_t nBefore = aOwners.size();
     if (IsFree())
         aOwners.push_back(const_cast<Edge*>(this));
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
     {
@@ -346,7 +342,7 @@ std::size_t Edge::CheckValidity(std::vector<Result>& aResults) const
     std::size_t nFindings = 0;
     if (!IsComplete())
         nFindings += AddFinding(aResults, Result::nEdgeIncomplete, this);
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
         if (pCoedge->GetEdge() != this)

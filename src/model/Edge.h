@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ObjectOf.h"
+#include "spatial/ShortList.h"
 
 namespace QRV
 {
@@ -96,9 +97,9 @@ public:
     bool HitByRay(const Line3d& ray, double& t, double dTol, double dMax, const Transf3d* pTransform = nullptr) const;
 
     /// Append each distinct face or loop on the chain, or all coedges; give the number appended.
-    std::size_t GetFaces(std::vector<Face*>& aFaces) const;
+    std::size_t GetFaces(ShortList<Face*>& aFaces) const;
     std::size_t GetLoops(std::vector<Loop*>& aLoops) const;
-    std::size_t GetCoedges(std::vector<Coedge*>& aCoedges) const;
+    std::size_t GetCoedges(ShortList<Coedge*>& aCoedges) const;
     /// The chain through vertices of exactly two edges not marked smooth; gives the length of `aEdges`.
     std::size_t GetEdgeChain(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly);
 

@@ -206,7 +206,7 @@ bool Edge::Delete(bool bNoVertexCleanup)
             RemoveRedundant(history, {nStart, nEnd});
         return true;
     }
-    std::vector<Face*> aFaces;
+    ShortList<Face*> aFaces;
     GetFaces(aFaces);
     std::vector<std::uint64_t> aVertexIDs{nStart, nEnd};
     for (Face* pFace : aFaces)

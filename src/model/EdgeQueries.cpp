@@ -46,9 +46,9 @@ public:
 private:
     Edge* FindNext(const Edge& edge, const Vertex& vertex) const
     {
-        std::vector<Edge*> aEdges;
+        ShortList<Edge*> aEdges;
         vertex.GetConnectedEdges(aEdges);
-        std::erase_if(aEdges, [](const Edge* pEdge) { return pEdge->IsSmooth(); });
+        aEdges.EraseIf([](const Edge* pEdge) { return pEdge->IsSmooth(); });
         if (aEdges.size() != 2)
             return nullptr;
         Edge* pNext = aEdges[0] == &edge ? aEdges[1] : aEdges[0];

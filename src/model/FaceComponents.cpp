@@ -85,13 +85,13 @@ private:
         return !pWithin || (pFace && (pFace->GetShell() == pWithin || static_cast<const Object*>(pFace->GetBody()) == pWithin));
     }
 
-    /// The coedges of the edge, in the order of their ring, without those of faces that do not count.
-    std::vector<Coedge*> GetChain(const Edge& edge) const
+    /// The coedges of the edge take the place of the list, in the order of their ring, without those of faces that do not
+    /// count.
+    void GetChain(const Edge& edge, ShortList<Coedge*>& aChain) const
     {
-        std::vector<Coedge*> aChain;
+        aChain.clear();
         edge.GetCoedges(aChain);
-        std::erase_if(aChain, [this](const Coedge* pCoedge) { return !Counts(pCoedge->GetFace()); });
-        return aChain;
+        aChain.EraseIf([this](const Coedge* pCoedge) { return !Counts(pCoedge->GetFace()); });
     }
 
     /// The one other coedge of the edge, null at an open edge; the coedge itself where there are several.
@@ -104,7 +104,8 @@ private:
             return Counts(pPartner->GetFace()) ? pPartner : nullptr;
         if (!m_sheet.pWithin && !m_sheet.pAmong)
             return &coedge;
-        const std::vector<Coedge*> aChain = GetChain(*coedge.GetEdge());
+        ShortList<Coedge*> aChain;
+        GetChain(*coedge.GetEdge(), aChain);
         if (aChain.size() == 2)
             return aChain[aChain[0] == &coedge];
         return aChain.size() > 2 ? &coedge : nullptr;
@@ -140,7 +141,8 @@ private:
     {
         for (; m_nManySided < m_aManySided.size(); ++m_nManySided)
         {
-            std::vector<Coedge*> aChain = GetChain(*m_aManySided[m_nManySided]);
+            ShortList<Coedge*> aChain;
+            GetChain(*m_aManySided[m_nManySided], aChain);
             const auto itOwn = std::find_if(aChain.begin(), aChain.end(),
                                             [&](const Coedge* p) { return m_local.contains(p->GetFace()); });
             if (itOwn == aChain.end())
@@ -164,7 +166,7 @@ private:
         return false;
     }
 
-    std::size_t CountLocal(const std::vector<Coedge*>& aChain) const
+    std::size_t CountLocal(const ShortList<Coedge*>& aChain) const
     {
         return std::size_t(std::count_if(aChain.begin(), aChain.end(),
                                          [&](const Coedge* p) { return m_local.contains(p->GetFace()); }));
@@ -172,7 +174,7 @@ private:
 
     /// The faces to which the sheet may go on from the first coedge of the chain, with the angle to each. True when it
     /// has gone on already.
-    bool CollectCandidates(const std::vector<Coedge*>& aChain, std::vector<Candidate>& aCandidates, std::size_t& nCounted) const
+    bool CollectCandidates(const ShortList<Coedge*>& aChain, std::vector<Candidate>& aCandidates, std::size_t& nCounted) const
     {
         constexpr double kNearlyPi = 3.141592653489793;
         const Coedge& own = *aChain.front();
@@ -226,9 +228,13 @@ private:
 
     void CheckManySidedEdges()
     {
+        ShortList<Coedge*> aChain;
         for (const Edge* pEdge : m_aManySided)
-            if (CountLocal(GetChain(*pEdge)) % 2 != 0)
+        {
+            GetChain(*pEdge, aChain);
+            if (CountLocal(aChain) % 2 != 0)
                 m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
+        }
     }
 
     std::vector<Face*>& m_aFaces;
@@ -293,12 +299,12 @@ std::size_t Face::GetNeighbourComponent(std::vector<Face*>& aFaces, bool bThroug
     const std::size_t nBefore = aFaces.size();
     aFaces.push_back(this);
     ObjectSet seen{this};
-    const auto reach = [&](const std::vector<Face*>& aNeighbours) {
+    const auto reach = [&](const ShortList<Face*>& aNeighbours) {
         for (Face* pNeighbour : aNeighbours)
             if (seen.insert(pNeighbour).second && !(pExcluded && pNeighbour->GetShell() == pExcluded))
                 aFaces.push_back(pNeighbour);
     };
-    std::vector<Face*> aNeighbours;
+    ShortList<Face*> aNeighbours;
     for (std::size_t i = nBefore; i < aFaces.size(); ++i)
     {
         std::vector<Edge*> aEdges;

@@ -48,7 +48,7 @@ private:
             ForEachFreshEdge(*pLoop,
                              [&](const Edge& edge)
                              {
-                                 std::vector<Face*> aNeighbours;
+                                 ShortList<Face*> aNeighbours;
                                  edge.GetFaces(aNeighbours);
                                  for (Face* pNeighbour : aNeighbours)
                                      Visit(pNeighbour);

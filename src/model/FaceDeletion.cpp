@@ -18,7 +18,7 @@ struct KnownEdges
 std::vector<KnownEdges> NoteEdges(const std::vector<Vertex*>& aVertices)
 {
     std::vector<KnownEdges> aKnown;
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     for (const Vertex* pVertex : aVertices)
     {
         aEdges.clear();

@@ -154,7 +154,7 @@ void JoinShell(Face& face, Shell& shell)
     {
         std::vector<Edge*> aEdges;
         aFaces[n]->GetEdges(aEdges);
-        std::vector<Face*> aNeighbours;
+        ShortList<Face*> aNeighbours;
         for (const Edge* pEdge : aEdges)
             pEdge->GetFaces(aNeighbours);
         for (Face* pNeighbour : aNeighbours)

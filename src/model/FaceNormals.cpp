@@ -22,7 +22,7 @@ const Coedge* FindCoedgeEndingAt(const Face& face, const Vertex* pVertex, const 
         if (pHint->GetStartVertex() == pVertex)
             return pHint->GetPrevious();
     }
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     pVertex->GetCoedges(aCoedges, &face);
     for (const Coedge* pCoedge : aCoedges)
         if (pCoedge->GetEndVertex() == pVertex)

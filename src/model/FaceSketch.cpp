@@ -1,6 +1,7 @@
 #include "geometry/Finite.h"
 #include "geometry/Trigonometry.h"
 #include "history/History.h"
+#include "model/CornersAtVertex.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/LoopTouching.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <ranges>
 
 namespace QRV
 {
@@ -63,7 +65,7 @@ bool IsBetweenSides(const Coedge& corner, const Point3d& p, const UnitVector3d& 
 
 bool HasExactlyTwoEdges(const Face& face, const Vertex& vertex)
 {
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     vertex.GetCoedges(aCoedges, &face);
     std::vector<std::uint64_t> aEdgeIDs;
     for (const Coedge* pCoedge : aCoedges)
@@ -117,13 +119,13 @@ bool DrawInSpur(Face& face, const DanglingEdge& spur, const ObjectSet& done)
 }
 
 /// Puts the other edges at the vertex on the stack, the first of them on top.
-void PushOtherEdges(Vertex& vertex, const Edge& edge, std::vector<DanglingEdge>& aStack)
+void PushOtherEdges(Vertex& vertex, const Edge& edge, ShortList<DanglingEdge>& aStack)
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     vertex.GetConnectedEdges(aEdges);
-    for (auto it = aEdges.rbegin(); it != aEdges.rend(); ++it)
-        if (*it != &edge)
-            aStack.push_back({*it, &vertex});
+    for (Edge* pOther : std::views::reverse(aEdges))
+        if (pOther != &edge)
+            aStack.push_back({pOther, &vertex});
 }
 
 /// Whether one side of the corner is this edge.
@@ -245,15 +247,23 @@ bool IsShorter(const Loop& first, const Loop& second)
 }
 } // namespace
 
+CornersAtVertex::CornersAtVertex(Face& face, const Vertex& vertex) : m_normal(face.GetPlane().normal)
+{
+    vertex.GetCoedges(m_aCorners, &face);
+    m_aCorners.EraseIf([&](const Coedge* pCoedge) { return pCoedge->GetEndVertex() != &vertex || !pCoedge->GetNext(); });
+}
+
+Coedge* CornersAtVertex::Find(const Vector3d& direction) const
+{
+    for (Coedge* pCorner : m_aCorners)
+        if (IsInCorner(*pCorner, direction, m_normal))
+            return pCorner;
+    return nullptr;
+}
+
 Coedge* Face::FindCorner(const Vertex* pVertex, const Vector3d& direction)
 {
-    const UnitVector3d normal = GetPlane().normal;
-    std::vector<Coedge*> aCoedges;
-    pVertex->GetCoedges(aCoedges, this);
-    for (Coedge* pCoedge : aCoedges)
-        if (pCoedge->GetEndVertex() == pVertex && pCoedge->GetNext() && IsInCorner(*pCoedge, direction, normal))
-            return pCoedge;
-    return nullptr;
+    return CornersAtVertex(*this, *pVertex).Find(direction);
 }
 
 bool Face::AddSpurEdge(Edge& edge, bool bStartIsOnFace, ObjectSet& done)
@@ -261,7 +271,8 @@ bool Face::AddSpurEdge(Edge& edge, bool bStartIsOnFace, ObjectSet& done)
     const DanglingEdge first{&edge, bStartIsOnFace ? edge.GetStartVertex() : edge.GetEndVertex()};
     bool bDrawnIn = false;
     // Spurs take no area from the face, so its facets of before serve all of them.
-    std::vector<DanglingEdge> aStack{first};
+    ShortList<DanglingEdge> aStack;
+    aStack.push_back(first);
     while (!aStack.empty())
     {
         const DanglingEdge spur = aStack.back();

@@ -66,7 +66,7 @@ private:
     ObjectSet m_seen;
     std::size_t m_nLoop = 0; ///< along which it goes, of those reached
     const Coedge* m_pAt;
-    std::vector<Coedge*> m_aCoedges;
+    ShortList<Coedge*> m_aCoedges;
 };
 
 /// The way that leads from `last` to another loop, gone back.

@@ -179,6 +179,16 @@ private:
     std::unique_ptr<AttributeTable> m_pAttributes;
 };
 
+/// The object as one of class T; null for none and for one of another class.
+template <class T>
+T* AsType(Object* pObject)
+{
+    if constexpr (requires { T::kType; }) // nothing is derived from a class with a type of its own
+        return pObject && pObject->GetType() == T::kType ? static_cast<T*>(pObject) : nullptr;
+    else
+        return dynamic_cast<T*>(pObject);
+}
+
 /// Orders objects for every list whose order shows.
 struct ByObjectID
 {

@@ -5,9 +5,9 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
-#include "spatial/ShortList.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace QRV
 {
@@ -16,12 +16,13 @@ template class ObjectOf<Vertex, Object>;
 namespace
 {
 /// Appends what is not in the list from `nFirst` on yet. Short lists are searched through; long ones keep a set.
-template <class T>
+template <class List>
 class DistinctAppender
 {
 public:
-    explicit DistinctAppender(std::vector<T*>& aList) : m_aList(aList), m_nFirst(aList.size()) {}
+    explicit DistinctAppender(List& aList) : m_aList(aList), m_nFirst(aList.size()) {}
 
+    template <class T>
     bool Add(T* pElement)
     {
         constexpr std::size_t kLong = 32;
@@ -33,21 +34,20 @@ public:
         }
         else
         {
-            if (m_seen.empty())
-                m_seen.insert(itFirst, m_aList.end());
-            if (!m_seen.insert(pElement).second)
+            if (!m_seen)
+                m_seen.emplace(itFirst, m_aList.end());
+            if (!m_seen->insert(pElement).second)
                 return false;
         }
-        ReserveFew(m_aList);
         m_aList.push_back(pElement);
         return true;
     }
     std::size_t GetCount() const { return m_aList.size() - m_nFirst; }
 
 private:
-    std::vector<T*>& m_aList;
+    List& m_aList;
     const std::size_t m_nFirst;
-    ObjectSet m_seen;
+    std::optional<ObjectSet> m_seen;
 };
 
 /// Calls `visit(Coedge&)` for each coedge on the partner chain of `first`.
@@ -99,9 +99,9 @@ void Vertex::SetUse(std::uint64_t nUse)
     m_nUseAndFlags = (m_nUseAndFlags & ~kUseMask) | (nUse & kUseMask);
 }
 
-std::size_t Vertex::GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart) const
+std::size_t Vertex::GetConnectedEdges(ShortList<Edge*>& aEdges, Edge* pStart) const
 {
-    DistinctAppender<Edge> edges(aEdges);
+    DistinctAppender edges(aEdges);
     std::size_t nNext = aEdges.size();
     // The list is its own worklist: each edge leads to its neighbours round the corners at this vertex.
     const auto addAround = [&] {
@@ -129,26 +129,25 @@ std::size_t Vertex::GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart) 
     return edges.GetCount();
 }
 
-std::size_t Vertex::GetCoedges(std::vector<Coedge*>& aCoedges, const Face* pOnly) const
+std::size_t Vertex::GetCoedges(ShortList<Coedge*>& aCoedges, const Face* pOnly) const
 {
     const std::size_t nBefore = aCoedges.size();
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
             ForEachPartner(*pFirst, [&](Coedge& coedge) {
                 if (pOnly && coedge.GetFace() != pOnly)
                     return;
-                ReserveFew(aCoedges);
                 aCoedges.push_back(&coedge);
             });
     return aCoedges.size() - nBefore;
 }
 
-std::size_t Vertex::GetFaces(std::vector<Face*>& aFaces) const
+std::size_t Vertex::GetFaces(ShortList<Face*>& aFaces) const
 {
-    DistinctAppender<Face> faces(aFaces);
-    std::vector<Edge*> aEdges;
+    DistinctAppender faces(aFaces);
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
@@ -161,7 +160,7 @@ std::size_t Vertex::GetFaces(std::vector<Face*>& aFaces) const
 
 Edge* Vertex::FindEdgeTo(const Vertex& other) const
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     Edge* pFound = nullptr;
     const auto isBetter = [](const Edge& a, const Edge& b) {
@@ -191,7 +190,7 @@ void Vertex::MoveTo(const Point3d& position)
 {
     GetHistory()->GetOuterSides().Clear();
     RecordChange();
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (Edge* pEdge : aEdges)
         pEdge->Changed(nChangeBox);
@@ -204,7 +203,7 @@ void Vertex::Changed(unsigned nFlags)
 {
     if (!(nFlags & nChangePropagate))
         return;
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (Edge* pEdge : aEdges)
         pEdge->Changed(nFlags);
@@ -223,10 +222,10 @@ bool Vertex::RemoveFromSearch()
 
 std::size_t Vertex::GetTopOwners(std::vector<Object*>& aOwners) const
 {
-    DistinctAppender<Object> owners(aOwners);
+    DistinctAppender owners(aOwners);
     if (IsNonOwned())
         owners.Add(const_cast<Vertex*>(this));
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
     {
@@ -240,7 +239,7 @@ std::size_t Vertex::GetTopOwners(std::vector<Object*>& aOwners) const
 
 void Vertex::GetParents(std::vector<Object*>& aParents, ObjectSet& seen) const
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     for (Edge* pEdge : aEdges)
         if (seen.insert(pEdge).second)
@@ -257,7 +256,7 @@ std::size_t Vertex::CheckValidity(std::vector<Result>& aResults) const
     {
         if (!pEntry || !pEntry->HasVertex(this))
             continue;
-        std::vector<Edge*> aGroup;
+        ShortList<Edge*> aGroup;
         GetConnectedEdges(aGroup, pEntry);
         // Counted over the entries, since one edge may stand there twice.
         const auto nEntries = std::count_if(m_aEdgesPerGroup.begin(), m_aEdgesPerGroup.end(), [&](const Edge* pEdge) {
@@ -269,7 +268,7 @@ std::size_t Vertex::CheckValidity(std::vector<Result>& aResults) const
             break;
         }
     }
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     std::uint64_t nEnds = 0;
     for (const Edge* pEdge : aEdges)

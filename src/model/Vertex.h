@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ObjectOf.h"
+#include "spatial/ShortList.h"
 
 namespace QRV
 {
@@ -39,13 +40,13 @@ public:
     void SetUse(std::uint64_t nUse);
 
     /// Appends all edges at the vertex, each once; with `pStart` those of its group only. Gives the number appended.
-    std::size_t GetConnectedEdges(std::vector<Edge*>& aEdges, Edge* pStart = nullptr) const;
+    std::size_t GetConnectedEdges(ShortList<Edge*>& aEdges, Edge* pStart = nullptr) const;
     std::vector<std::uint64_t> GetConnectedEdgeIDs() const;
     /// Appends the coedges of the vertex's faces that touch it, breadth first from the group representatives; with
     /// `pOnly` those on loops of that face. Gives the number appended.
-    std::size_t GetCoedges(std::vector<Coedge*>& aCoedges, const Face* pOnly = nullptr) const;
+    std::size_t GetCoedges(ShortList<Coedge*>& aCoedges, const Face* pOnly = nullptr) const;
     /// Appends the distinct faces at the vertex. Gives the number appended.
-    std::size_t GetFaces(std::vector<Face*>& aFaces) const;
+    std::size_t GetFaces(ShortList<Face*>& aFaces) const;
     /// The edge between this vertex and `other`: an owned one before a free one, then the lowest id; null if none.
     Edge* FindEdgeTo(const Vertex& other) const;
 

@@ -4,12 +4,13 @@
 #include "model/Vertex.h"
 
 #include <algorithm>
+#include <span>
 
 namespace QRV
 {
 namespace
 {
-bool Holds(const std::vector<Edge*>& aEdges, const Edge* pEdge)
+bool Holds(std::span<Edge* const> aEdges, const Edge* pEdge)
 {
     return std::find(aEdges.begin(), aEdges.end(), pEdge) != aEdges.end();
 }
@@ -17,7 +18,7 @@ bool Holds(const std::vector<Edge*>& aEdges, const Edge* pEdge)
 /// Another edge of the same group at the vertex; null when there is none.
 Edge* FindSubstitute(const Vertex& vertex, const Edge& edge)
 {
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     edge.GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
     {
@@ -32,7 +33,7 @@ Edge* FindSubstitute(const Vertex& vertex, const Edge& edge)
 
 std::vector<std::uint64_t> Vertex::GetConnectedEdgeIDs() const
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     std::vector<std::uint64_t> aIDs;
     aIDs.reserve(aEdges.size());
@@ -67,9 +68,8 @@ bool Vertex::RebuildGroups(bool bForce)
 {
     if (m_aEdgesPerGroup.size() < 2 && !bForce)
         return false;
-    std::vector<Edge*> aKept;
-    aKept.reserve(m_aEdgesPerGroup.size());
-    std::vector<Edge*> aReached;
+    ShortList<Edge*> aKept;
+    ShortList<Edge*> aReached;
     for (Edge* pEntry : m_aEdgesPerGroup)
     {
         if (!pEntry || !pEntry->HasVertex(this) || Holds(aReached, pEntry))
@@ -80,7 +80,7 @@ bool Vertex::RebuildGroups(bool bForce)
     if (aKept.size() == m_aEdgesPerGroup.size())
         return false;
     RecordChange();
-    m_aEdgesPerGroup.swap(aKept);
+    m_aEdgesPerGroup.assign(aKept.begin(), aKept.end());
     return true;
 }
 
@@ -88,7 +88,7 @@ void Vertex::Regroup(const std::vector<std::uint64_t>& aKnownEdgeIDs)
 {
     RebuildGroups(true);
     const History& history = *GetHistory();
-    std::vector<Edge*> aReached;
+    ShortList<Edge*> aReached;
     GetConnectedEdges(aReached);
     for (const std::uint64_t nEdge : aKnownEdgeIDs)
     {
@@ -110,7 +110,7 @@ bool Vertex::SplitIntoGroups(std::vector<Vertex*>& aVertices)
     Changed(nBoundaryChanged);
     for (Edge* pEntry : aOthers)
     {
-        std::vector<Edge*> aGroup;
+        ShortList<Edge*> aGroup;
         GetConnectedEdges(aGroup, pEntry);
         Vertex& split = history.Create<Vertex>(m_Position);
         split.AddToSearch();

@@ -14,7 +14,7 @@ namespace
 /// No coedge of the edge turns straight back at the vertex.
 bool HasNoSpike(const Edge& edge, const Vertex& vertex)
 {
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     edge.GetCoedges(aCoedges);
     return std::none_of(aCoedges.begin(), aCoedges.end(), [&](const Coedge* pCoedge) {
         const Coedge* pNeighbour = pCoedge->GetNeighbourAt(&vertex);
@@ -25,8 +25,8 @@ bool HasNoSpike(const Edge& edge, const Vertex& vertex)
 /// The two edges are where the same two planes meet, so that they lie on one line.
 bool AreOnOneCrease(const Edge& e0, const Edge& e1)
 {
-    std::vector<Face*> a0;
-    std::vector<Face*> a1;
+    ShortList<Face*> a0;
+    ShortList<Face*> a1;
     e0.GetFaces(a0);
     e1.GetFaces(a1);
     if (a0.size() != 2 || a1.size() != 2 || !std::is_permutation(a0.begin(), a0.end(), a1.begin()))
@@ -56,14 +56,14 @@ void JoinEdges(Vertex& vertex, Edge& kept, Edge& gone)
     vertex.Changed(nBoundaryChanged);
     Vertex& farVertex = *gone.GetOtherVertex(&vertex);
     std::vector<std::uint64_t> aAtFar{kept.GetID()};
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     farVertex.GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         aAtFar.push_back(pEdge->GetID());
     farVertex.RemoveEdgeFromGroups(&gone, false);
     MergeAttributesFrom(kept, gone, true);
     farVertex.IncrementUse();
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     kept.GetCoedges(aCoedges);
     for (Coedge* pCoedge : aCoedges)
     {
@@ -83,7 +83,7 @@ void JoinEdges(Vertex& vertex, Edge& kept, Edge& gone)
 
 bool Vertex::RemoveIfRedundant()
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     if (m_aEdgesPerGroup.empty() || m_aEdgesPerGroup.size() > 2 || GetConnectedEdges(aEdges) != 2)
         return false;
     Edge& kept = *m_aEdgesPerGroup.front();
@@ -107,7 +107,7 @@ void Vertex::RemoveIfUnused()
 bool Vertex::Delete()
 {
     History& history = *GetHistory();
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     if (aEdges.size() == 2 && RemoveIfRedundant())
         return true;

@@ -28,23 +28,20 @@ Vertex& CreateVertex(History& history, const Point3d& p, bool bSmooth)
     return vertex;
 }
 
-std::vector<Vertex*> FindVerticesAt(History& history, const Point3d& p)
+void FindVerticesAt(History& history, const Point3d& p, ShortList<Vertex*>& aVertices)
 {
-    std::vector<Vertex*> aVertices;
     history.GetVertexTree().FindTouching(PlaceBox(p), aVertices);
     std::sort(aVertices.begin(), aVertices.end(), ByObjectID());
-    return aVertices;
 }
 
-std::vector<std::uint64_t> FindEdgesAt(History& history, const Point3d& p)
+/// By id, since work at one may end another.
+void FindEdgesAt(History& history, const Point3d& p, ShortList<std::uint64_t>& aIDs)
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     history.GetEdgeTree().FindTouching(PlaceBox(p), aEdges);
-    std::vector<std::uint64_t> aIDs;
     for (const Edge* pEdge : aEdges)
         aIDs.push_back(pEdge->GetID());
     std::sort(aIDs.begin(), aIDs.end());
-    return aIDs;
 }
 
 /// Finds, makes or splits out the vertex of one place, and leaves one vertex and no passing edge there.
@@ -59,7 +56,8 @@ public:
 
     Vertex* Run()
     {
-        const std::vector<Vertex*> aHits = FindVerticesAt(m_history, m_p);
+        ShortList<Vertex*> aHits;
+        FindVerticesAt(m_history, m_p, aHits);
         Vertex* pVertex = nullptr;
         if (aHits.empty())
             pVertex = SplitOutOrCreate();
@@ -84,20 +82,22 @@ private:
 
     Vertex* SplitOutOrCreate()
     {
+        ShortList<std::uint64_t> aEdgeIDs;
         if (m_options.bSplitEdges)
-            for (const std::uint64_t nEdge : FindEdgesAt(m_history, m_p))
+            FindEdgesAt(m_history, m_p, aEdgeIDs);
+        for (const std::uint64_t nEdge : aEdgeIDs)
+        {
+            Edge* pNewEdge = nullptr;
+            if (Vertex* pVertex = SplitEdgeAtPoint(*m_history.Get<Edge>(nEdge), m_p, {}, &pNewEdge))
             {
-                Edge* pNewEdge = nullptr;
-                if (Vertex* pVertex = SplitEdgeAtPoint(*m_history.Get<Edge>(nEdge), m_p, {}, &pNewEdge))
-                {
-                    NoteSplit(pNewEdge);
-                    return pVertex;
-                }
+                NoteSplit(pNewEdge);
+                return pVertex;
             }
+        }
         return &CreateVertex(m_history, m_p, m_options.bSmooth);
     }
 
-    Vertex* ChooseAmong(const std::vector<Vertex*>& aHits)
+    Vertex* ChooseAmong(const ShortList<Vertex*>& aHits)
     {
         if (!m_options.bMergeBodies)
             return aHits.front();
@@ -115,7 +115,9 @@ private:
     {
         const std::uint64_t nVertex = vertex.GetID();
         const Point3d place = vertex.GetPosition();
-        for (const std::uint64_t nEdge : FindEdgesAt(m_history, place))
+        ShortList<std::uint64_t> aEdgeIDs;
+        FindEdgesAt(m_history, place, aEdgeIDs);
+        for (const std::uint64_t nEdge : aEdgeIDs)
         {
             auto* pEdge = m_history.Get<Edge>(nEdge);
             if (!pEdge || pEdge->HasVertex(&vertex))
@@ -169,18 +171,15 @@ private:
     Point3d m_position;
 };
 
-std::vector<std::uint64_t> GetFaceIDs(const Vertex& vertex)
+void GetFaceIDs(const Vertex& vertex, ShortList<std::uint64_t>& aIDs)
 {
-    std::vector<Face*> aFaces;
+    ShortList<Face*> aFaces;
     vertex.GetFaces(aFaces);
-    std::vector<std::uint64_t> aIDs;
-    aIDs.reserve(aFaces.size());
     for (const Face* pFace : aFaces)
         aIDs.push_back(pFace->GetID());
-    return aIDs;
 }
 
-bool Holds(const std::vector<std::uint64_t>& aIDs, std::uint64_t nID)
+bool Holds(const ShortList<std::uint64_t>& aIDs, std::uint64_t nID)
 {
     return std::find(aIDs.begin(), aIDs.end(), nID) != aIDs.end();
 }
@@ -191,18 +190,20 @@ void CloseSheetsAt(History& history, std::uint64_t nEdge)
     const auto* pEdge = history.Get<Edge>(nEdge);
     if (!pEdge || pEdge->GetUse() <= 2)
         return;
-    std::vector<Face*> aFaces;
+    ShortList<Face*> aFaces;
     pEdge->GetFaces(aFaces);
     for (Face* pFace : aFaces)
         CloseFaceComponent(*pFace);
-    RebuildBranchedBodies(aFaces);
+    RebuildBranchedBodies({aFaces.begin(), aFaces.end()});
 }
 
 /// Draws the edge into the faces that both or one of its ends stand on.
 void DrawIntoFaces(History& history, std::uint64_t nEdge, const Vertex& first, const Vertex& last)
 {
-    const std::vector<std::uint64_t> aAtFirst = GetFaceIDs(first);
-    const std::vector<std::uint64_t> aAtLast = GetFaceIDs(last);
+    ShortList<std::uint64_t> aAtFirst;
+    ShortList<std::uint64_t> aAtLast;
+    GetFaceIDs(first, aAtFirst);
+    GetFaceIDs(last, aAtLast);
     bool bCut = false;
     for (const std::uint64_t nFace : aAtFirst)
     {
@@ -311,8 +312,8 @@ private:
     Vertex* Resolve(double t, std::uint64_t nID)
     {
         Object* pObject = m_history.GetObject(nID);
-        auto* pVertex = dynamic_cast<Vertex*>(pObject);
-        if (auto* pEdge = dynamic_cast<Edge*>(pObject))
+        auto* pVertex = AsType<Vertex>(pObject);
+        if (auto* pEdge = AsType<Edge>(pObject))
             pVertex = SplitAtHit(*pEdge);
         if (!pVertex || pVertex->GetID() == m_nFirst || pVertex->GetID() == m_nLast)
             return pVertex;

@@ -31,9 +31,9 @@ bool LiesOnOpenEdge(const Edge& edge, const Point3d& p, double dTol)
 /// For each coedge of the old edge one with the same sense on the new edge, next to it in its loop.
 void DoubleCoedges(History& history, Edge& oldEdge, Edge& newEdge)
 {
-    std::vector<Coedge*> aOld;
+    ShortList<Coedge*> aOld;
     oldEdge.GetCoedges(aOld);
-    std::vector<Coedge*> aNew;
+    ShortList<Coedge*> aNew;
     for (Coedge* pOld : aOld)
     {
         Coedge& twin = history.Create<Coedge>(pOld->IsForward());

@@ -31,7 +31,7 @@ Vertex* GetEnd(const LoopPath::value_type& step)
 bool HasNoOpenEdge(const Shell& shell)
 {
     std::vector<Coedge*> aCoedges;
-    std::vector<Coedge*> aOnEdge;
+    ShortList<Coedge*> aOnEdge;
     const auto isOpen = [&](const Coedge* pCoedge)
     {
         aOnEdge.clear();
@@ -122,7 +122,7 @@ private:
     /// Whether a face in the plane has a coedge that runs as the new face's would. Notes the shells met.
     bool IsSideFilled()
     {
-        std::vector<Coedge*> aCoedges;
+        ShortList<Coedge*> aCoedges;
         for (const auto& [pEdge, bForward] : m_path)
         {
             aCoedges.clear();
@@ -160,7 +160,7 @@ private:
     bool DividesSolids() const
     {
         std::vector<const Shell*> aShells;
-        std::vector<Coedge*> aCoedges;
+        ShortList<Coedge*> aCoedges;
         for (const auto& step : m_path)
         {
             aCoedges.clear();
@@ -183,7 +183,7 @@ private:
 
     /// The shell of a body that two of the coedges of one edge belong to and that has its inside in the direction;
     /// null for none.
-    static const Shell* FindShellAround(const std::vector<Coedge*>& aCoedges, const Vector3d& direction)
+    static const Shell* FindShellAround(const ShortList<Coedge*>& aCoedges, const Vector3d& direction)
     {
         for (std::size_t i = 0; i < aCoedges.size(); ++i)
             for (std::size_t j = 0; j < i; ++j)
@@ -218,7 +218,7 @@ private:
 
     void NoteShellsAtVertices()
     {
-        std::vector<Face*> aFaces;
+        ShortList<Face*> aFaces;
         for (const auto& step : m_path)
         {
             aFaces.clear();
@@ -285,7 +285,7 @@ private:
         std::vector<Face*> aFaces{&face};
         ObjectSet seen{&face};
         std::vector<Edge*> aEdges;
-        std::vector<Face*> aNeighbours;
+        ShortList<Face*> aNeighbours;
         for (std::size_t i = 0; i < aFaces.size(); ++i)
         {
             aEdges.clear();

@@ -1,6 +1,7 @@
 #include "operations/FaceInterior.h"
 
 #include "history/History.h"
+#include "model/CornersAtVertex.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Vertex.h"
@@ -54,15 +55,19 @@ public:
     }
 
 private:
+    /// Those that leave the corner for the inside of the face, as long as nothing else is drawn in.
     const std::vector<std::uint64_t>& FindEdgesAt(std::size_t nCorner)
     {
         m_aFound.clear();
         m_aEdges.clear();
-        const auto* pCorner = m_history.Get<Vertex>(m_aCorners[nCorner]);
-        if (pCorner && pCorner->GetConnectedEdges(m_aEdges) > 2)
-            for (const Edge* pEdge : m_aEdges)
-                if (!m_face.HasEdge(*pEdge))
-                    m_aFound.push_back(pEdge->GetID());
+        const auto* pVertex = m_history.Get<Vertex>(m_aCorners[nCorner]);
+        if (!pVertex || pVertex->GetConnectedEdges(m_aEdges) <= 2)
+            return m_aFound;
+        const CornersAtVertex corners(m_face, *pVertex);
+        for (const Edge* pEdge : m_aEdges)
+            if (!m_face.HasEdge(*pEdge) && pEdge->IsComplete() &&
+                corners.Find(pEdge->GetOtherVertex(pVertex)->GetPosition() - pVertex->GetPosition()))
+                m_aFound.push_back(pEdge->GetID());
         return m_aFound;
     }
 
@@ -81,7 +86,7 @@ private:
     std::vector<std::uint64_t> m_aCorners; ///< by id, since splitting may end vertices
     std::unordered_set<std::uint64_t> m_seen;
     std::vector<std::uint64_t> m_aFound;
-    std::vector<Edge*> m_aEdges;
+    ShortList<Edge*> m_aEdges;
 };
 
 class HoleTaking
@@ -198,7 +203,7 @@ private:
     const Plane m_plane;
     const int m_nAxis;
     InnerFaces m_taken;
-    std::vector<Coedge*> m_aCoedges;
+    ShortList<Coedge*> m_aCoedges;
 };
 } // namespace
 

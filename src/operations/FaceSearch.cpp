@@ -40,7 +40,7 @@ bool IsFilledInPlane(const Edge& edge, const Plane& plane)
 
 bool HasOtherEdge(const Vertex& vertex)
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     return vertex.GetConnectedEdges(aEdges) > 1;
 }
 
@@ -230,7 +230,7 @@ private:
     Plane FindPlane(const Point3d& u, const Point3d& v, const Point3d& w, const Edge& onward) const
     {
         const Plane bend(v, UnitVector3d((v - u) * (w - v), true));
-        std::vector<Face*> aFaces;
+        ShortList<Face*> aFaces;
         m_path.back().first->GetFaces(aFaces);
         onward.GetFaces(aFaces);
         for (Face* pFace : aFaces)
@@ -295,7 +295,7 @@ private:
     std::size_t m_nPlaneDepth = 0; ///< length of the path with which the plane was found
     ObjectSet m_visited;           ///< ends of what was walked; the start only once the loop is closed
     std::vector<Level> m_aLevels;
-    std::vector<Edge*> m_aEdgesAt;
+    ShortList<Edge*> m_aEdgesAt;
 };
 
 /// Makes faces of the closed sketches inside a new face, and inside those.

@@ -90,10 +90,10 @@ bool HangsOnOneFace(const Face& face)
 {
     std::vector<Edge*> aEdges;
     face.GetEdges(aEdges);
-    std::vector<Face*> aFaces;
+    ShortList<Face*> aFaces;
     for (const Edge* pEdge : aEdges)
         pEdge->GetFaces(aFaces);
-    std::erase(aFaces, &face);
+    aFaces.EraseIf([&face](const Face* pFace) { return pFace == &face; });
     return std::adjacent_find(aFaces.begin(), aFaces.end(), std::not_equal_to<>()) == aFaces.end();
 }
 
@@ -118,7 +118,7 @@ std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
     std::vector<Face*> aQueue{aFaces.front()};
     ObjectSet seen{aFaces.front()};
     std::vector<Coedge*> aCoedges;
-    std::vector<Coedge*> aOnEdge;
+    ShortList<Coedge*> aOnEdge;
     for (std::size_t i = 0; i < aQueue.size(); ++i)
     {
         aCoedges.clear();
@@ -127,8 +127,8 @@ std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
         {
             aOnEdge.clear();
             pCoedge->GetEdge()->GetCoedges(aOnEdge);
-            std::erase_if(aOnEdge, [&](const Coedge* pOther)
-                          { return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace()); });
+            aOnEdge.EraseIf([&](const Coedge* pOther)
+                            { return pOther->GetFace() == aQueue[i] || !component.contains(pOther->GetFace()); });
             if (aOnEdge.size() != 1 || !seen.insert(aOnEdge.front()->GetFace()).second)
                 continue;
             Face* pNeighbour = aOnEdge.front()->GetFace();
@@ -265,7 +265,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
 
 void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
 {
-    std::vector<Face*> aAtBranches;
+    ShortList<Face*> aAtBranches;
     std::vector<Edge*> aEdges;
     for (const Face* pFace : aFaces)
     {

@@ -41,7 +41,7 @@ bool SplitEdgesThrough(History& history, std::uint64_t nVertex, double dTol)
     if (!pVertex)
         return false;
     const Point3d place = pVertex->GetPosition();
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     history.GetEdgeTree().FindTouching(Interval3d(place, ScaledTolerance(place, dTol)), aEdges);
     std::sort(aEdges.begin(), aEdges.end(), ByObjectID());
     bool bSplit = false;
@@ -67,7 +67,7 @@ void CutOutSpikes(History& history, std::uint64_t nEdge)
     auto* pEdge = history.Get<Edge>(nEdge);
     if (!pEdge)
         return;
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     pEdge->GetCoedges(aCoedges);
     for (Coedge* pCoedge : aCoedges)
     {
@@ -116,9 +116,9 @@ void TakeOverEdge(Edge& kept, Edge& gone)
     std::vector<std::uint64_t> aAtEnd = kept.GetEndVertex()->GetConnectedEdgeIDs();
     MergeAttributesFrom(kept, gone, true);
 
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     kept.GetCoedges(aCoedges);
-    std::vector<Coedge*> aMoved;
+    ShortList<Coedge*> aMoved;
     gone.GetCoedges(aMoved);
     gone.SetCoedge(nullptr);
     if (aMoved.empty())
@@ -142,7 +142,7 @@ void TakeOverEdge(Edge& kept, Edge& gone)
 void RemoveZeroEdge(History& history, std::uint64_t nEdge)
 {
     auto* pEdge = history.Get<Edge>(nEdge);
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     pEdge->GetCoedges(aCoedges);
     for (Coedge* pCoedge : aCoedges)
     {
@@ -179,7 +179,7 @@ private:
     /// Two ways out and two in, on four edges: an edge that is there twice is a dangling end or a bridge, which stays.
     bool IsPinched()
     {
-        std::vector<Coedge*> aCoedges;
+        ShortList<Coedge*> aCoedges;
         m_vertex.GetCoedges(aCoedges, &m_face);
         if (aCoedges.size() != 4)
             return false;
@@ -270,7 +270,7 @@ bool HealOnePinch(History& history, const std::vector<std::uint64_t>& aVertexIDs
         auto* pVertex = history.Get<Vertex>(nVertex);
         if (!pVertex)
             continue;
-        std::vector<Face*> aFaces;
+        ShortList<Face*> aFaces;
         pVertex->GetFaces(aFaces);
         for (Face* pFace : aFaces)
         {
@@ -308,7 +308,7 @@ bool MergeCoincidentVertices(History& history, Object* pObject, const std::vecto
         if (!pVertex)
             continue;
         const Point3d& place = pVertex->GetPosition();
-        std::vector<Vertex*> aHits;
+        ShortList<Vertex*> aHits;
         history.GetVertexTree().FindTouching(Interval3d(place, ScaledTolerance(place, dTol)), aHits);
         std::sort(aHits.begin(), aHits.end(), ByObjectID());
         for (Vertex* pHit : aHits)

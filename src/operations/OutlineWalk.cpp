@@ -23,7 +23,7 @@ double GetTurnMeasure(double dCosine, double dSine)
 /// The edge that turns off most to the left, other than `pExcept`; null for none. False when an edge is neither clearly
 /// in the plane nor off it.
 bool FindSharpestLeft(const Plane& plane, Vertex& vertex, const Vector3d& travel, const Edge* pExcept,
-                      std::vector<Edge*>& aEdges, SideOfEdge& sharpest)
+                      ShortList<Edge*>& aEdges, SideOfEdge& sharpest)
 {
     constexpr double kClearly = 1e-3;
     constexpr double kBelowAnyTurn = -3.0;
@@ -71,7 +71,7 @@ OutlineWalk::OutlineWalk(const Plane& plane, const SideOfEdge& first, const Oute
 
 SideOfEdge OutlineWalk::FindSideFacing(const Plane& plane, Vertex& vertex, const Vector3d& direction)
 {
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     SideOfEdge side;
     return FindSharpestLeft(plane, vertex, -direction, nullptr, aEdges, side) ? side : SideOfEdge();
 }

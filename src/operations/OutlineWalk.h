@@ -1,9 +1,9 @@
 /// The way round a region of line work in a plane.
 #pragma once
 
-#include <QRV/Geometry.h>
+#include "spatial/ShortList.h"
 
-#include <vector>
+#include <QRV/Geometry.h>
 
 namespace QRV
 {
@@ -58,6 +58,6 @@ private:
     double m_dExtent = 0.0; ///< squared
     std::size_t m_nSteps = 0;
     bool m_bSeenOuter = false;
-    std::vector<Edge*> m_aEdgesAt;
+    ShortList<Edge*> m_aEdgesAt;
 };
 } // namespace QRV

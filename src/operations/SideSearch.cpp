@@ -31,7 +31,7 @@ std::pair<bool, bool> GetFilledSides(const Edge& edge, const Plane& plane)
 {
     bool bLeft = false;
     bool bRight = false;
-    std::vector<Coedge*> aCoedges;
+    ShortList<Coedge*> aCoedges;
     edge.GetCoedges(aCoedges);
     for (const Coedge* pCoedge : aCoedges)
     {

@@ -23,7 +23,7 @@ struct BoxOf;
 /// It owns its nodes and can be moved; a copy is made with Clone(). An element must leave before its box changes and
 /// comes back when the new one is there. Elements with a null box are in no tree. An element may stand in a tree once.
 ///
-/// All searches append to their vector and give the number appended. An element is found when its own box passes the
+/// All searches append to their list (a std::vector, or a ShortList where few are expected) and give the number appended. An element is found when its own box passes the
 /// test told there; the order is that of the tree, which depends on the history of insertions and removals and on
 /// nothing else. A search may throw std::bad_alloc for its vector; the tree stays as it was.
 template <class T>
@@ -56,7 +56,8 @@ public:
     void Clear() noexcept;
 
     /// Boxes that overlap or touch `box`: `operator&`, with its fixed slack of 1e-12.
-    std::size_t FindTouching(const Interval3d& box, std::vector<T*>& aFound) const;
+    template <class List>
+    std::size_t FindTouching(const Interval3d& box, List& aFound) const;
     /// Boxes that overlap `box` with a slack of 1e-12 times the largest of 1 and the rectangular lengths of its
     /// corners.
     std::size_t FindOverlapping(const Interval3d& box, std::vector<T*>& aFound) const;
@@ -144,8 +145,8 @@ private:
     /// Calls `visit(const Leaf&)` in tree order for the leaves reached through boxes that pass, until it gives false.
     template <class NodeTest, class LeafVisitor>
     void VisitLeaves(const NodeTest& nodeTest, LeafVisitor&& visit) const;
-    template <class Test>
-    std::size_t Find(const Test& test, std::vector<T*>& aFound) const;
+    template <class Test, class List>
+    std::size_t Find(const Test& test, List& aFound) const;
     bool CheckBelow(const Node& node, const Interval3d& nodeBox, std::vector<T*>& aElements) const;
     Node* CloneBelow(const Node& node) noexcept;
     static void TransformBelow(Node& node, Interval3d& nodeBox, const Transf3d& transform);

@@ -1,6 +1,7 @@
 /// Bodies of BoxTreeNode.h.
 #pragma once
 
+#include <bit>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -60,46 +61,46 @@ std::uint32_t BoxTreeInteriorNode<T>::FindChild(const BoxTreeNode<T>& child) con
 template <class T>
 std::uint32_t BoxTreeInteriorNode<T>::ChooseChild(const Interval3d& box) const
 {
-    struct Extents
-    {
-        Vector3d own;
-        Vector3d united;
-    };
-    Extents aExtents[kBoxTreeMaxEntries + 1];
-    std::uint32_t aCandidates[kBoxTreeMaxEntries + 1];
-    std::uint32_t nCandidates = this->m_nCount;
-    for (std::uint32_t n = 0; n < nCandidates; ++n)
+    constexpr auto GetVolume = [](const Vector3d& v) { return v.x * v.y * v.z; };
+    constexpr auto GetSurface = [](const Vector3d& v) { return v.x * v.y + v.y * v.z + v.z * v.x; };
+    double aByVolume[kBoxTreeMaxEntries + 1];
+    double aBySurface[kBoxTreeMaxEntries + 1];
+    double aByPerimeter[kBoxTreeMaxEntries + 1];
+    constexpr double kEndless = std::numeric_limits<double>::infinity();
+    double dLeast = kEndless;
+    for (std::uint32_t n = 0; n < this->m_nCount; ++n)
     {
         const Interval3d& child = this->m_aBoxes[n];
         Interval3d united = child;
         WidenBox(united, box);
-        aExtents[n] = {child.upper - child.lower, united.upper - united.lower};
-        aCandidates[n] = n;
+        const Vector3d before = child.upper - child.lower;
+        const Vector3d after = united.upper - united.lower;
+        aByVolume[n] = GetVolume(after) - GetVolume(before);
+        aBySurface[n] = GetSurface(after) - GetSurface(before);
+        aByPerimeter[n] = (after.x + after.y + after.z) - (before.x + before.y + before.z);
+        dLeast = std::min(dLeast, aByVolume[n]);
     }
 
-    const auto KeepLeastGrowth = [&](auto measure)
+    // A tie goes from one growth to the next; what is out of it counts as endless.
+    std::uint32_t nLeast = 0; // bit n: child n is one of the least
+    for (double* pGrowths : {aByVolume, aBySurface, aByPerimeter})
     {
-        double aGrowths[kBoxTreeMaxEntries + 1];
-        double dLeast = std::numeric_limits<double>::infinity();
-        for (std::uint32_t n = 0; n < nCandidates; ++n)
+        if (nLeast != 0)
         {
-            const Extents& extents = aExtents[aCandidates[n]];
-            aGrowths[n] = measure(extents.united) - measure(extents.own);
-            dLeast = std::min(dLeast, aGrowths[n]);
+            dLeast = kEndless;
+            for (std::uint32_t n = 0; n < this->m_nCount; ++n)
+            {
+                pGrowths[n] = (nLeast >> n & 1) != 0 ? pGrowths[n] : kEndless;
+                dLeast = std::min(dLeast, pGrowths[n]);
+            }
         }
-        std::uint32_t nKept = 0;
-        for (std::uint32_t n = 0; n < nCandidates; ++n)
-        {
-            aCandidates[nKept] = aCandidates[n];
-            nKept += aGrowths[n] == dLeast;
-        }
-        nCandidates = nKept;
-        return nKept == 1;
-    };
-    if (!KeepLeastGrowth([](const Vector3d& v) { return v.x * v.y * v.z; }) &&
-        !KeepLeastGrowth([](const Vector3d& v) { return v.x * v.y + v.y * v.z + v.z * v.x; }))
-        KeepLeastGrowth([](const Vector3d& v) { return v.x + v.y + v.z; });
-    return aCandidates[0];
+        nLeast = 0;
+        for (std::uint32_t n = 0; n < this->m_nCount; ++n)
+            nLeast |= std::uint32_t(pGrowths[n] == dLeast) << n;
+        if ((nLeast & (nLeast - 1)) == 0)
+            break;
+    }
+    return std::uint32_t(std::countr_zero(nLeast));
 }
 
 template <class T>

@@ -60,16 +60,17 @@ void BoxTree<T>::VisitLeaves(const NodeTest& nodeTest, LeafVisitor&& visit) cons
 }
 
 template <class T>
-template <class Test>
-std::size_t BoxTree<T>::Find(const Test& test, std::vector<T*>& aFound) const
+template <class Test, class List>
+std::size_t BoxTree<T>::Find(const Test& test, List& aFound) const
 {
     const std::size_t nBefore = aFound.size();
     VisitLeaves([&](const Interval3d& box) { return test.MayHoldMet(box); },
                 [&](const Leaf& leaf)
                 {
                     std::uint32_t nMet = GetPassing(leaf, [&](const Interval3d& box) { return test.IsMet(box); });
-                    if (nMet != 0)
-                        ReserveFew(aFound);
+                    if constexpr (std::is_same_v<List, std::vector<T*>>)
+                        if (nMet != 0)
+                            ReserveFew(aFound);
                     for (; nMet != 0; nMet &= nMet - 1)
                         aFound.push_back(leaf.GetElement(static_cast<std::uint32_t>(std::countr_zero(nMet))));
                     return true;
@@ -81,7 +82,8 @@ std::size_t BoxTree<T>::Find(const Test& test, std::vector<T*>& aFound) const
 }
 
 template <class T>
-std::size_t BoxTree<T>::FindTouching(const Interval3d& box, std::vector<T*>& aFound) const
+template <class List>
+std::size_t BoxTree<T>::FindTouching(const Interval3d& box, List& aFound) const
 {
     return Find(BoxTouchTest(box), aFound);
 }

@@ -95,6 +95,8 @@ void FacetNodes::Unlink(std::uint32_t nNode)
     if (m_nFirst == nNode)
         m_nFirst = node.nPrevious;
     --m_nCount;
+    if (m_aUnlinked.empty())
+        m_aUnlinked.reserve(m_aNodes.size());
     m_aUnlinked.push_back(nNode);
     --m_aVertices[node.nVertex].nLiveNodes;
 }

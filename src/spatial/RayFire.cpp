@@ -214,14 +214,14 @@ private:
         const double t = m_ray.GetParameter(vertex.GetPosition());
         if (m_kinds.bEdges)
         {
-            std::vector<Edge*> aEdges;
+            ShortList<Edge*> aEdges;
             vertex.GetConnectedEdges(aEdges);
             for (Edge* pEdge : aEdges)
                 Meet(pEdge, t, !m_kinds.bVertices);
         }
         if (m_kinds.bFaces)
         {
-            std::vector<Face*> aFaces;
+            ShortList<Face*> aFaces;
             vertex.GetFaces(aFaces);
             for (Face* pFace : aFaces)
                 Meet(pFace, t, !m_kinds.bVertices && !m_kinds.bEdges);
@@ -239,7 +239,7 @@ private:
                 Meet(pEdge, t, true);
             if (!m_kinds.bFaces)
                 continue;
-            std::vector<Face*> aFaces;
+            ShortList<Face*> aFaces;
             pEdge->GetFaces(aFaces);
             for (Face* pFace : aFaces)
                 Meet(pFace, t, !m_kinds.bEdges);
