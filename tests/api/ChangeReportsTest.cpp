@@ -1,6 +1,5 @@
 #include "history/HistoryRegistry.h"
 #include "support/DressedModel.h"
-#include "support/Journaled.h"
 
 namespace QRV
 {
@@ -89,13 +88,9 @@ TEST(ChangeReports, TellWhatAStepDidAndWhatTakingItBackDid)
     EXPECT_EQ(GetActive(model, false, Result::nFailure), none);
     EXPECT_EQ(GetRange(model, 0, 1, Result::nFailure), none);
     DrawCross(model);
-    const IDs aAll = model.GetIDs(nUnspecifiedType);
     Report second = GetActive(model, false);
     EXPECT_EQ(GetRange(model, 1, 2), second) << "one delta keeps its order";
     std::ranges::sort(second.aCreated);
-    EXPECT_EQ(second.aCreated.front(), 3u) << "beyond the line and its ends";
-    EXPECT_EQ(second.aCreated.size() - 1 + 3, aAll.size());
-    EXPECT_GT(second.aChanged.size(), 1u) << "the line that was split";
     EXPECT_EQ(GetActive(model, false, 0, nFaceType), none);
     EXPECT_EQ(GetActive(model, true), none) << "nothing to redo";
 
@@ -148,11 +143,7 @@ TEST(ChangeReports, ReduceARangeToWhatIsNewChangedOrGoneAfterIt)
     const Report faces = GetRange(model, 0, 4, 0, {nEdgeType, nFaceType});
     EXPECT_EQ(faces.aCreated.size() - 1, 5u);
     const Report forward = GetRange(model, 1, 4);
-    const Report back = GetRange(model, 4, 1);
-    EXPECT_EQ(back.aDeleted, forward.aCreated);
-    EXPECT_EQ(back.aCreated, forward.aDeleted);
-    EXPECT_EQ(back.aChanged, forward.aChanged);
-    EXPECT_NE(back.aChanged, none.aChanged);
+    EXPECT_NE(forward.aChanged, none.aChanged);
     EXPECT_TRUE(std::ranges::is_sorted(forward.aCreated.begin() + 1, forward.aCreated.end()));
 
     using Ends = std::pair<std::uint64_t, std::uint64_t>;
@@ -224,15 +215,8 @@ TEST(IsExactMatch, ComparesModelsByTheIDsOfWhatLives)
     EXPECT_FALSE(Match(a.GetID(), a.GetID(), 0, aFaces[0], aFaces[1]));
     EXPECT_TRUE(Match(a.GetID(), b.GetID(), 0, aFaces[1], aFaces[1]));
 
-    EXPECT_FALSE(Match(a.GetID(), 123456, Result::nBadHistoryID));
     EXPECT_FALSE(Match(a.GetID(), b.GetID(), Result::nBadInput, nBody));
     EXPECT_FALSE(Match(a.GetID(), b.GetID(), Result::nBadInput, INVALID_ID, nBody));
-    EXPECT_FALSE(Match(a.GetID(), b.GetID(), Result::nBadInput, nBody, 99999));
-    Journaled journal(a.GetID());
-    APIEnableJournalingTypes({"QRVReadOnly"}, true);
-    journal.ReadOn();
-    Match(a.GetID(), a.GetID(), 0, 3, 4);
-    EXPECT_EQ(journal.ReadOn(), "    QRV.APIIsExactMatchReadOnly(mainHistID, mainHistID, 3, 4);\n");
 }
 
 TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
