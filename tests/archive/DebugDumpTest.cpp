@@ -52,8 +52,9 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     std::uint64_t nKeyed = INVALID_ID;
     const StringPairs aData{{"gloss", "high"}};
     ExpectGood(APICreateTexture(h, MakeJPEG('a'), true, nTexture, "grain"));
+    const TexturePairs aTextures{{"bump", nTexture}};
     ExpectGood(
-        APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, nullptr));
+        APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, &aTextures));
     ExpectGood(APISetObjectsMaterial(h, {nFace}, nMaterial));
     ExpectGood(APIAddObjectsLayers(h, {MakeLayer(model, "floor")}, {nBody}));
     ExpectGood(APICreateStringAttribute(h, "fire class", "F90", {nFace}, nKeyed, nCopyShared, true));
@@ -125,10 +126,6 @@ TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
     ExpectGood(APISetLevelsData(h, {model.nLevel}, {{"roof", 1234.5}}));
     ExpectGood(APISetLocalCoordinateSystem(h, Transf3d(Point3d(1000, 2, 3))));
     ExpectGood(APISetOstrelModelInformation(h, "tower", "one", "two", ""));
-    const StringPairs aData{{"gloss", "high"}, {"grain", "fine"}};
-    const TexturePairs aTextures{{"bump", model.nTexture}};
-    ExpectGood(
-        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 0.1, 2000, INVALID_ID, nullptr, nullptr, &aData, &aTextures));
 
     const auto get = [&](nObjectType nType) { return model.GetIDs(nType).front(); };
     const auto expect = [&](std::uint64_t nObject, const std::string& strAttributes, const std::string& strFields)
@@ -171,25 +168,6 @@ TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
     expect(get(nObjectPropertiesAttributeType), strNone,
            "    reportarea true\n"
            "    objectname string(\"ridge\")\n");
-    std::vector<std::uint64_t> aOfPaint;
-    APIGetObjectAttributesReadOnly(h, model.nPaint, nMaterialAttributeType, aOfPaint);
-    ASSERT_EQ(aOfPaint.size(), 1u);
-    expect(model.nPaint, one("MaterialAttribute", aOfPaint.front()),
-           "    color color(1, 2, 3, 4)\n"
-           "    hscale 0.1\n"
-           "    vscale 2000\n"
-           "    texture NULL object\n"
-           "    name string(\"name\")\n"
-           "    identifier string(\"id\")\n"
-           "    additionaldata 2\n"
-           "    key string(\"gloss\")\n"
-           "    value string(\"high\")\n"
-           "    key string(\"grain\")\n"
-           "    value string(\"fine\")\n"
-           "    additionaltextures 1\n"
-           "    key string(\"bump\")\n"
-           "    value Texture-" +
-               std::to_string(model.nTexture) + '\n');
 }
 
 TEST(DebugDump, CountsInGoodEnglishAndLeavesOutWhatIsDerived)
