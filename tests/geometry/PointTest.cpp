@@ -75,8 +75,7 @@ TEST(Directions, AreParallelEitherWayAndNeverWithoutLength)
         EXPECT_FALSE(v.isPerpend(Vector3d()));
         EXPECT_EQ(Vector3d().angle(v), 0);
     }
-    EXPECT_FALSE(Vector2d().isParallel(Vector2d::kXDir));
-    EXPECT_FALSE(Vector2d().isPerpend(Vector2d::kXDir));
+    EXPECT_FALSE(Vector2d().isParallel(Vector2d::kXDir) || Vector2d().isPerpend(Vector2d::kXDir));
 }
 
 TEST(Directions, PerpendicularsStandAcrossAndHaveLengthOne)
@@ -147,14 +146,6 @@ TEST(Arithmetic, CrossAndDotProductsKeepTheirSigns)
         EXPECT_NEAR(((a * b) * c - (b * (a % c) - a * (b % c))).length(), 0, 1e-13) << i;
         EXPECT_NEAR((a * b).lengthSqrd() + (a % b) * (a % b), a.lengthSqrd() * b.lengthSqrd(), 1e-10) << i;
     }
-    Point3d p(1, 2, 3);
-    p -= Point3d(1, 1, 1);
-    p += Vector3d(0, 0, 2);
-    p *= 3;
-    p /= 2;
-    EXPECT_TRUE(p.isEqual(Point3d(0, 1.5, 6), 0));
-    EXPECT_EQ(Point3d(1, 2, 3) % UnitVector3d::kYDir, 2);
-    EXPECT_TRUE(std::isinf((p / 0.0).z));
 }
 
 TEST(Point3d, IsBetweenWhereTheEndsAreSeenUnderAnObtuseAngle)
