@@ -27,14 +27,6 @@ std::string Dump(const TestModel& model, std::uint64_t nObject)
     ExpectGood(APIDebugObjectReadOnly(model.GetID(), nObject, strText));
     return strText;
 }
-
-std::size_t Count(const std::string& strText, const std::string& strPart)
-{
-    std::size_t nCount = 0;
-    for (std::size_t n = strText.find(strPart); n != std::string::npos; n = strText.find(strPart, n + 1))
-        ++nCount;
-    return nCount;
-}
 } // namespace
 
 TEST(DebugDump, OfASmallBodyReadsAsOnFile)
@@ -66,38 +58,6 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     MaskNumbers(strText, "bitmapdataindex ", "\n");
     std::ifstream stream(QRV_GOLDEN_DUMP, std::ios::binary);
     EXPECT_EQ(strText, std::string(std::istreambuf_iterator<char>(stream), {})) << strText;
-}
-
-TEST(DebugDump, ListsWhatAnObjectReachesBelowByClass)
-{
-    TestModel model;
-    model.Box(GetFrames().front(), {0, 0, 0}, {1, 1, 1});
-    const std::string strVertex = Dump(model, model.GetIDs(nVertexType).front());
-    EXPECT_NE(strVertex.find("1 object of type \"Vertex\":\n    0\n"), std::string::npos);
-    EXPECT_EQ(Count(strVertex, " bytes in memory"), 1u);
-
-    const std::string strBody = Dump(model, model.GetIDs(nBodyType).front());
-    std::size_t nAt = 0;
-    for (const char* pLine :
-         {"1 object of type \"Body\":", "1 object of type \"Lump\":", "1 object of type \"Shell\":",
-          "6 objects of type \"Face\":", "6 objects of type \"Loop\":", "24 objects of type \"Coedge\":",
-          "12 objects of type \"Edge\":", "8 objects of type \"Vertex\":"})
-    {
-        nAt = strBody.find(std::string(54, '-') + '\n' + pLine, nAt);
-        EXPECT_NE(nAt, std::string::npos) << pLine;
-    }
-    // Each class that lives is listed under the name that its objects give.
-    for (const std::uint64_t nID : model.GetIDs(nUnspecifiedType))
-    {
-        const char* pName = nullptr;
-        ExpectGood(APIGetObjectNameReadOnly(model.GetID(), nID, pName));
-        EXPECT_EQ(Count(strBody, '\n' + std::string(pName) + '-' + std::to_string(nID) + " ("), 1u);
-        EXPECT_NE(strBody.find(std::string("of type \"") + pName + '"'), std::string::npos);
-    }
-
-    std::string strText = "left over";
-    EXPECT_EQ(APIDebugObjectReadOnly(model.GetID(), 12345, strText).GetErrorCode(), Result::nBadInput);
-    EXPECT_EQ(strText, "");
 }
 
 namespace

@@ -117,7 +117,10 @@ private:
     void Jump()
     {
         const std::size_t nPlace = PickPlace();
-        ExpectGood(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace)));
+        const bool bDeleteRedo = Pick(8) == 0;
+        ExpectGood(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace), bDeleteRedo));
+        if (bDeleteRedo && nPlace < m_nActive) // on the way forth there is nothing to delete
+            m_aNotes.resize(nPlace + 1);
         m_nActive = nPlace;
     }
 
