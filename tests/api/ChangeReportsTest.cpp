@@ -219,7 +219,6 @@ TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
     const std::array<Point3d, 4> aCorners{Point3d(0, 0, 0), Point3d(1, 0, 0), Point3d(1, 1, 0), Point3d(0, 1, 0)};
     const Color paint{200, 0, 0, 255};
     const TexturePairs aMore{{"bump", b.nTexture}};
-    const std::uint64_t nEdge = b.GetIDs(nEdgeType).front();
     ASSERT_TRUE(Match(a.GetID(), h));
     const std::function<Result()> aChanges[] = {
         [&] { return APISetTextureData(h, b.nTexture, MakeJPEG('b'), true, nullptr); },
@@ -233,12 +232,10 @@ TEST(IsExactMatch, ComparesWhatModelsAreDressedIn)
         [&] { return APISetMaterialData(h, b.nPaint, paint, 1, 1, INVALID_ID, nullptr, nullptr, nullptr, &aMore); },
         [&] { return APISetObjectsMaterial(h, {b.aFaces[2]}, b.nWallpaper); },
         [&] { return APISetFaceBacksideMaterial(h, {b.aFaces[0]}, INVALID_ID); },
-        [&] { return APISetLayerData(h, b.nLayer, "walls", false); },
         [&] { return APIAddObjectsLayers(h, {b.nLayer}, {b.aFaces[3]}); },
         [&] {
             return APISetLevelsData(h, {b.nLevel}, {{"ground", 1e-9}});
         },
-        [&] { return APISetObjectProperties(h, nEdge, "ridge", false); },
         [&] { return APISetStringAttributeValue(h, b.nKeyed, "F30"); },
         [&] { return APISetImageData(h, b.nImage, "plan", b.nTexture, 0.51f, true, aCorners); },
         [&] { return APISetLocalCoordinateSystem(h, Transf3d(Point3d(1, 0, 0))); },
