@@ -289,7 +289,7 @@ TEST(BinaryFormatter, GivesEachReferencedHistoryOneNewOneInALoad)
 
 namespace
 {
-/// One object at least of each class that a model can hold.
+/// One object at least of each class of the topology, and some that dress it.
 std::vector<Object*> MakeEveryClass(PolygonModel& model)
 {
     History& history = model.GetHistory();
@@ -297,6 +297,11 @@ std::vector<Object*> MakeEveryClass(PolygonModel& model)
     model.AddFace({{5, 0, 0}, {9, 0, 0}, {9, 4, 0}, {5, 4, 0}}, {{{6, 1, 0}, {6, 2, 0}, {7, 2, 0}}});
     auto& circle = history.Create<CircleAttribute>(2.0, Point3d(0, 0, 0), UnitVector3d::kZDir, UnitVector3d::kXDir);
     model.AddEdge({2, 0, 0}, {0, 2, 0}).AddAttribute(&circle, true);
+    history.Create<Layer>("walls", true);
+    history.Create<Level>("ground", 3.5);
+    history.Create<Image>(4);
+    history.Create<StringAttribute>("fire class", "F90", nCopyShared, true);
+    history.Create<Material>().SetAdditionalData({{"gloss", "high"}, {"", ""}});
     std::vector<Object*> aObjects;
     history.GetObjectsByType(aObjects, nUnspecifiedType, false);
     return aObjects;
@@ -315,6 +320,11 @@ std::unique_ptr<Object> MakeBlank(nObjectType nType)
         std::make_unique<Edge>(),
         std::make_unique<Vertex>(Point3d(-7, -7, -7)),
         std::make_unique<CircleAttribute>(-7.0, Point3d(-7, -7, -7), UnitVector3d(), UnitVector3d()),
+        std::make_unique<Layer>("", false),
+        std::make_unique<Level>("", -7.0),
+        std::make_unique<Image>(7),
+        std::make_unique<StringAttribute>("", "", nCopyNone, false),
+        std::make_unique<Material>(),
     };
     for (std::unique_ptr<Object>& pBlank : aBlanks)
         if (pBlank->GetType() == nType)
@@ -355,6 +365,7 @@ TEST(BinaryFormatter, LoadsAStateOfAnObjectThatSavesToTheSameBytes)
             EXPECT_EQ(strAgain, strData) << pObject->GetName();
         }
     EXPECT_EQ(aTypes, (std::set{nBodyType, nLumpType, nShellType, nFaceType, nLoopType, nCoedgeType, nEdgeType,
-                                nVertexType, nCircleAttributeType}));
+                                nVertexType, nCircleAttributeType, nLayerType, nLevelType, nImageType,
+                                nStringAttributeType, nMaterialType}));
 }
 } // namespace QRV

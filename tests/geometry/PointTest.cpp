@@ -133,21 +133,6 @@ TEST(Angles, SnapAtTheEndsAndTakeCosinesBeyondThem)
     EXPECT_GT(Vector2d(2, 1) % Vector2d(2, 1).perpend().perpend() * -1, 0);
 }
 
-TEST(Arithmetic, CrossAndDotProductsKeepTheirSigns)
-{
-    EXPECT_TRUE((UnitVector3d::kXDir * UnitVector3d::kYDir).isEqual(Vector3d::kZDir, 0));
-    EXPECT_TRUE((Vector3d(0, 2, 0) * UnitVector3d::kZDir).isEqual(Vector3d(2, 0, 0), 0));
-    SeededGeometry random(12);
-    for (int i = 0; i < 100; ++i)
-    {
-        const Vector3d a = random.Vector(3);
-        const Vector3d b = random.Vector(3);
-        const Vector3d c = random.Vector(3);
-        EXPECT_NEAR(((a * b) * c - (b * (a % c) - a * (b % c))).length(), 0, 1e-13) << i;
-        EXPECT_NEAR((a * b).lengthSqrd() + (a % b) * (a % b), a.lengthSqrd() * b.lengthSqrd(), 1e-10) << i;
-    }
-}
-
 TEST(Point3d, IsBetweenWhereTheEndsAreSeenUnderAnObtuseAngle)
 {
     const Point3d a(0, 0, 0);
