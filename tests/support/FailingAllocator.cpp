@@ -60,8 +60,8 @@ bool FailingAllocator::HasFailed() noexcept
 }
 } // namespace QRV
 
-// The forms for arrays and with nothrow fall back on these in the standard library, but a sanitizer brings its own. There
-// are none for more than the usual alignment, which nothing asks for.
+// The forms for arrays and with nothrow fall back on these in the standard library, but a sanitizer brings its own.
+// Nothing asks for more than the usual alignment.
 void* operator new(std::size_t n)
 {
     return OrThrow(Allocate(n));
