@@ -1,5 +1,6 @@
 #include "frame/ResultImplementation.h"
 
+#include "support/CommaLocale.h"
 #include "support/PolygonModel.h"
 
 #include <QRV/GroupInstancePath.h>
@@ -28,6 +29,7 @@ Result MakeError(Result::nResultType nType, const Objects& aObjects)
 
 TEST(Result, SaysWhatWentWrongWithItsNumbers)
 {
+    const CommaLocale commas;
     const std::pair<Result, const char*> aRows[] = {
         {Result(), "OK"},
         {Result(Result::nBadHistoryID), "History ID is bad."},
