@@ -1,5 +1,4 @@
 #include "support/DressedModel.h"
-#include "support/Journaled.h"
 
 #include <algorithm>
 
@@ -258,32 +257,5 @@ TEST(DressCalls, MarkEdgesAndVerticesAndPassOverTheRest)
     for (const std::uint64_t nMarked : {nEdge, nVertex})
         EXPECT_TRUE(model.IsSmooth(nMarked));
     ExpectUndoRedoRestores(model);
-}
-
-TEST(DressCalls, AreJournaledWithTheirLists)
-{
-    const TestModel model;
-    const std::uint64_t h = model.GetID();
-    std::uint64_t n = INVALID_ID;
-    const StringPairs aData{{"k", "v"}};
-    const TexturePairs aTextures{{"t", 1}};
-    Journaled journal(h);
-    journal.ReadOn();
-    APICreateTexture(h, MakeJPEG('\x80'), true, n, "a");
-    EXPECT_EQ(journal.ReadOn(), "    QRV.APICreateTexture(mainHistID, [255,216,128,0,1,2,3,4], true, \"a\");\n");
-    APICreateMaterial(h, {1, 2, 3, 4}, 1, 0.5, INVALID_ID, n, "m", "i", nullptr, nullptr);
-    EXPECT_EQ(journal.ReadOn(),
-              "    QRV.APICreateMaterial(mainHistID, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
-              "1.0, 0.5, QRV.INVALID_ID, \"m\", \"i\", undefined, undefined);\n");
-    APISetMaterialData(h, 1, {1, 2, 3, 4}, 1, 0.5, 0, nullptr, nullptr, &aData, &aTextures);
-    EXPECT_EQ(journal.ReadOn(),
-              "    QRV.APISetMaterialData(mainHistID, 1, {\"a\":4,\"b\":3,\"g\":2,\"objectName\":\"Color\",\"r\":1}, "
-              "1.0, 0.5, 0, undefined, undefined, [{\"first\":\"k\",\"second\":\"v\"}], "
-              "[{\"first\":\"t\",\"second\":1}]);\n");
-    APISetSatelliteData(h, 7, {1, 2}, {3, 4}, {5, 6});
-    EXPECT_EQ(journal.ReadOn(),
-              "    QRV.APISetSatelliteData(mainHistID, 7, QRV.Geom.Vector2d(1, 2), QRV.Geom.Vector2d(3, 4), [5,6]);\n");
-    APISetLevelsData(h, {}, {});
-    EXPECT_EQ(journal.ReadOn(), "");
 }
 } // namespace QRV

@@ -156,29 +156,25 @@ TEST(BinaryFormatter, LeavesTargetAndPositionOfAFailedReadAlone)
 TEST(BinaryFormatter, KeepsACountThatTheDataCannotHoldFromTakingMemory)
 {
     // The count, and then one element of four bytes.
-    struct Row
+    const std::pair<std::string, std::size_t> aRows[] = {
+        {"03000000", 3}, {"00000100", 65536}, {"01000100", 0}, {"ffffff7f", 0}, {"ffffffff", 0}};
+    for (const auto& [strCount, nSize] : aRows)
     {
-        const char* pCount;
-        std::size_t nSize;
-    };
-    for (const Row& row : {Row{"03000000", 3}, Row{"00000100", 65536}, Row{"01000100", 0}, Row{"ffffff7f", 0},
-                           Row{"feffffff", 0}, Row{"ffffffff", 0}})
-    {
-        SCOPED_TRACE(row.pCount);
-        const std::string strData = Bytes(row.pCount + std::string("05000000"));
+        SCOPED_TRACE(strCount);
+        const std::string strData = Bytes(strCount + "05000000");
         std::vector<std::uint32_t> aNumbers{1, 2};
         EXPECT_FALSE(BinaryFormatter(std::string_view(strData)).ReadUInts(aNumbers));
-        std::vector<std::uint32_t> aExpected(row.nSize);
-        if (row.nSize > 0)
+        std::vector<std::uint32_t> aExpected(nSize);
+        if (nSize > 0)
             aExpected[0] = 5;
         EXPECT_EQ(aNumbers, aExpected);
         std::vector<Object*> aObjects;
         EXPECT_FALSE(BinaryFormatter(std::string_view(strData)).ReadObjects(aObjects));
-        EXPECT_EQ(aObjects.size(), row.nSize);
+        EXPECT_EQ(aObjects.size(), nSize);
         std::vector<Color> aColors;
         EXPECT_FALSE(BinaryFormatter(std::string_view(strData)).ReadColors(aColors));
-        EXPECT_EQ(aColors.size(), row.nSize);
-        if (row.nSize > 0)
+        EXPECT_EQ(aColors.size(), nSize);
+        if (nSize > 0)
         {
             EXPECT_EQ(aColors.back(), (Color{0, 0, 0, 0}));
         }
@@ -238,32 +234,15 @@ TEST(BinaryFormatter, ShowsExcludedObjectsAsNull)
     EXPECT_EQ(strFiltered, strAll.replace(4, 4, Bytes("ffffffff")));
 }
 
-TEST(BinaryFormatter, KnowsOnlyTheSubstitutesAndIdsItWasTold)
+TEST(BinaryFormatter, MapsOnlyTheIdsThatItWasTold)
 {
-    PolygonModel model;
-    Step step(model);
-    Vertex& a = model.AddVertex({0, 0, 0});
-    Vertex& b = model.AddVertex({1, 0, 0});
     std::string strData;
     BinaryFormatter archive(strData);
     std::uint64_t nMapped = 77;
-    EXPECT_FALSE(archive.IsInIDList(4));
-    EXPECT_FALSE(archive.GetMappedID(4, nMapped));
     archive.SetMappedID(4, 5);
-    EXPECT_TRUE(archive.AddObjectRecordInfo(4, 1, 2) && archive.AddObjectRecordInfo(4, 1, 3));
-
+    EXPECT_FALSE(archive.GetMappedID(4, nMapped)) << "there is no map";
     std::map<std::uint64_t, std::uint64_t> mapIDs;
-    BinaryFormatter::RecordInfos infos;
-    archive.SetVertexSubstitutes({{&a, &b}});
-    archive.SetFaceSubstitutes({{&b, &a}});
-    archive.SetIDList({9, 0, 4});
     archive.SetIDMap(&mapIDs);
-    archive.SetRecordInfos(&infos);
-    EXPECT_EQ(archive.GetVertexSubstitute(&a), &b);
-    EXPECT_EQ(archive.GetVertexSubstitute(&b), nullptr);
-    EXPECT_EQ(archive.GetFaceSubstitute(&b), &a);
-    EXPECT_TRUE(archive.IsInIDList(4) && archive.IsInIDList(9));
-    EXPECT_FALSE(archive.IsInIDList(0) || archive.IsInIDList(5));
     archive.SetMappedID(4, INVALID_ID);
     archive.SetMappedID(INVALID_ID, 4);
     EXPECT_TRUE(mapIDs.empty());
@@ -272,6 +251,9 @@ TEST(BinaryFormatter, KnowsOnlyTheSubstitutesAndIdsItWasTold)
     EXPECT_EQ(nMapped, 77u);
     EXPECT_TRUE(archive.GetMappedID(4, nMapped));
     EXPECT_EQ(nMapped, 5u);
+
+    BinaryFormatter::RecordInfos infos;
+    archive.SetRecordInfos(&infos);
     EXPECT_TRUE(archive.AddObjectRecordInfo(4, 1, 2) && archive.AddObjectRecordInfo(4, 1, 2));
     EXPECT_FALSE(archive.AddObjectRecordInfo(4, 1, 3));
 }
@@ -307,7 +289,7 @@ TEST(BinaryFormatter, GivesEachReferencedHistoryOneNewOneInALoad)
 
 namespace
 {
-/// One object at least of each class that a model can hold.
+/// One object at least of each class of the topology, and some that dress it.
 std::vector<Object*> MakeEveryClass(PolygonModel& model)
 {
     History& history = model.GetHistory();
@@ -315,32 +297,16 @@ std::vector<Object*> MakeEveryClass(PolygonModel& model)
     model.AddFace({{5, 0, 0}, {9, 0, 0}, {9, 4, 0}, {5, 4, 0}}, {{{6, 1, 0}, {6, 2, 0}, {7, 2, 0}}});
     auto& circle = history.Create<CircleAttribute>(2.0, Point3d(0, 0, 0), UnitVector3d::kZDir, UnitVector3d::kXDir);
     model.AddEdge({2, 0, 0}, {0, 2, 0}).AddAttribute(&circle, true);
+    history.Create<Layer>("walls", true);
+    history.Create<Level>("ground", 3.5);
+    history.Create<Image>(4);
+    history.Create<StringAttribute>("fire class", "F90", nCopyShared, true);
+    history.Create<Material>().SetAdditionalData({{"gloss", "high"}, {"", ""}});
     std::vector<Object*> aObjects;
     history.GetObjectsByType(aObjects, nUnspecifiedType, false);
     return aObjects;
 }
-} // namespace
 
-TEST(BinaryFormatter, TakesAsManyBytesForAnObjectAsTheObjectSays)
-{
-    PolygonModel model;
-    Step step(model);
-    std::set<nObjectType> aTypes;
-    for (const Object* pObject : MakeEveryClass(model))
-        for (const bool bDerivable : {false, true})
-        {
-            std::string strData;
-            BinaryFormatter archive(strData, bDerivable);
-            EXPECT_TRUE(pObject->Save(archive));
-            EXPECT_EQ(strData.size(), pObject->GetSizeInBytes(false, bDerivable)) << pObject->GetName();
-            aTypes.insert(pObject->GetType());
-        }
-    EXPECT_EQ(aTypes, (std::set{nBodyType, nLumpType, nShellType, nFaceType, nLoopType, nCoedgeType, nEdgeType,
-                                nVertexType, nCircleAttributeType}));
-}
-
-namespace
-{
 /// An object of the class of which no member has the value that it is to get.
 std::unique_ptr<Object> MakeBlank(nObjectType nType)
 {
@@ -354,6 +320,11 @@ std::unique_ptr<Object> MakeBlank(nObjectType nType)
         std::make_unique<Edge>(),
         std::make_unique<Vertex>(Point3d(-7, -7, -7)),
         std::make_unique<CircleAttribute>(-7.0, Point3d(-7, -7, -7), UnitVector3d(), UnitVector3d()),
+        std::make_unique<Layer>("", false),
+        std::make_unique<Level>("", -7.0),
+        std::make_unique<Image>(7),
+        std::make_unique<StringAttribute>("", "", nCopyNone, false),
+        std::make_unique<Material>(),
     };
     for (std::unique_ptr<Object>& pBlank : aBlanks)
         if (pBlank->GetType() == nType)
@@ -366,12 +337,15 @@ TEST(BinaryFormatter, LoadsAStateOfAnObjectThatSavesToTheSameBytes)
 {
     PolygonModel model;
     Step step(model);
+    std::set<nObjectType> aTypes;
     for (const Object* pObject : MakeEveryClass(model))
         for (const bool bDerivable : {false, true})
         {
             std::string strData;
             BinaryFormatter writer(strData, bDerivable);
             EXPECT_TRUE(pObject->Save(writer));
+            EXPECT_EQ(strData.size(), pObject->GetSizeInBytes(false, bDerivable)) << pObject->GetName();
+            aTypes.insert(pObject->GetType());
             const std::unique_ptr<Object> pLoaded = MakeBlank(pObject->GetType());
             ASSERT_TRUE(pLoaded) << pObject->GetName();
             for (std::size_t nLength = 0; nLength <= strData.size(); ++nLength)
@@ -390,5 +364,8 @@ TEST(BinaryFormatter, LoadsAStateOfAnObjectThatSavesToTheSameBytes)
             EXPECT_TRUE(pLoaded->Save(again));
             EXPECT_EQ(strAgain, strData) << pObject->GetName();
         }
+    EXPECT_EQ(aTypes, (std::set{nBodyType, nLumpType, nShellType, nFaceType, nLoopType, nCoedgeType, nEdgeType,
+                                nVertexType, nCircleAttributeType, nLayerType, nLevelType, nImageType,
+                                nStringAttributeType, nMaterialType}));
 }
 } // namespace QRV

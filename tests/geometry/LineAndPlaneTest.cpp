@@ -236,69 +236,18 @@ TEST(Plane, IsEquivalentToItsOtherSideAndMovesAlongItsNormal)
     EXPECT_FALSE(Plane(UnitVector3d::kXDir, 0).isEqual(Plane(UnitVector3d::kXDir, 0.5), 1e-6, 1e-20));
 }
 
-class ConvexSet : public ::testing::Test
+TEST(ConvexSet, HoldsASegmentInsideByItsEndsOnly)
 {
-protected:
-    /// The inside of the cube from 0 to 2.
-    std::vector<Plane> m_aCube = {
-        Plane(Point3d(2, 2, 2), UnitVector3d::kXDir), Plane(Point3d(2, 2, 2), UnitVector3d::kYDir),
-        Plane(Point3d(2, 2, 2), UnitVector3d::kZDir), Plane(Point3d(), -UnitVector3d::kXDir),
-        Plane(Point3d(), -UnitVector3d::kYDir),       Plane(Point3d(), -UnitVector3d::kZDir)};
-    static constexpr double kTol = 1e-9;
-};
-
-TEST_F(ConvexSet, BoxTestsAgreeWithTheBoxOfTheSet)
-{
-    SeededGeometry random(25);
-    const Interval3d cube(Point3d(), Point3d(2, 2, 2));
-    for (int i = 0; i < 500; ++i)
-    {
-        const Interval3d box = random.Box(3);
-        EXPECT_EQ(BoxIntersectsNegativeSideOfPlanes(box, m_aCube, kTol), box & cube) << i;
-        EXPECT_EQ(BoxLiesOnNegativeSideOfPlanes(box, m_aCube, kTol), box <= cube) << i;
-        EXPECT_EQ(PointIntersectsNegativeSideOfPlanes(box.lower, m_aCube, kTol), cube & box.lower) << i;
-    }
-    const std::vector<Plane> aNone;
-    EXPECT_TRUE(BoxIntersectsNegativeSideOfPlanes(cube, aNone, kTol));
-    EXPECT_TRUE(BoxLiesOnNegativeSideOfPlanes(cube, aNone, kTol));
-    EXPECT_FALSE(BoxIntersectsNegativeSideOfPlanes(Interval3d(), aNone, kTol));
-    EXPECT_FALSE(BoxLiesOnNegativeSideOfPlanes(Interval3d(), m_aCube, kTol));
-    EXPECT_TRUE(PointIntersectsNegativeSideOfPlanes(Point3d(), aNone, kTol));
-}
-
-TEST_F(ConvexSet, SegmentTestAgreesWithSampling)
-{
-    SeededGeometry random(26);
-    m_aCube.push_back(Plane(Point3d(1, 1, 1), Vector3d(1, 1, 1))); // half of the cube
-    int nFound = 0;
-    for (int i = 0; i < 2000; ++i)
-    {
-        const Point3d a = random.Point(4);
-        const Point3d b = random.Point(4);
-        bool bSampled = false;
-        for (int k = 0; k <= 500 && !bSampled; ++k)
-            bSampled = PointIntersectsNegativeSideOfPlanes(a + (b - a) * (k / 500.0), m_aCube, kTol);
-        const bool bFound = SegmentIntersectsNegativeSideOfPlanes(a, b, m_aCube, kTol, true);
-        EXPECT_TRUE(bFound || !bSampled) << i;
-        // A corner cut between two samples is seen with planes moved out by more than a sample's step.
-        bool bNear = bSampled;
-        for (int k = 0; k <= 500 && !bNear; ++k)
-            bNear = PointIntersectsNegativeSideOfPlanes(a + (b - a) * (k / 500.0), m_aCube, 0.03);
-        EXPECT_TRUE(bNear || !bFound) << i;
-        nFound += bFound;
-    }
-    EXPECT_GT(nFound, 50);
-}
-
-TEST_F(ConvexSet, SegmentInsideIsFoundByItsEndsOnly)
-{
+    const std::vector<Plane> aSlab{Plane(Point3d(2, 2, 2), UnitVector3d::kXDir),
+                                   Plane(Point3d(), -UnitVector3d::kXDir)};
     const Point3d a(0.5, 0.5, 0.5);
     const Point3d b(1, 1, 1);
-    EXPECT_TRUE(SegmentIntersectsNegativeSideOfPlanes(a, b, m_aCube, kTol, true));
-    EXPECT_FALSE(SegmentIntersectsNegativeSideOfPlanes(a, b, m_aCube, kTol, false));
-    EXPECT_TRUE(SegmentIntersectsNegativeSideOfPlanes(a, b + Vector3d(2, 0, 0), m_aCube, kTol, false));
-    EXPECT_TRUE(SegmentIntersectsNegativeSideOfPlanes(a, b, {}, kTol, true));
-    EXPECT_FALSE(SegmentIntersectsNegativeSideOfPlanes(a, b, {}, kTol, false));
+    for (const std::vector<Plane>& aPlanes : {aSlab, {}})
+    {
+        EXPECT_TRUE(SegmentIntersectsNegativeSideOfPlanes(a, b, aPlanes, 1e-9, true));
+        EXPECT_FALSE(SegmentIntersectsNegativeSideOfPlanes(a, b, aPlanes, 1e-9, false));
+    }
+    EXPECT_TRUE(SegmentIntersectsNegativeSideOfPlanes(a, b + Vector3d(2, 0, 0), aSlab, 1e-9, false));
 }
 } // namespace
 } // namespace QRV

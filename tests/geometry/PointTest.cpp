@@ -75,8 +75,7 @@ TEST(Directions, AreParallelEitherWayAndNeverWithoutLength)
         EXPECT_FALSE(v.isPerpend(Vector3d()));
         EXPECT_EQ(Vector3d().angle(v), 0);
     }
-    EXPECT_FALSE(Vector2d().isParallel(Vector2d::kXDir));
-    EXPECT_FALSE(Vector2d().isPerpend(Vector2d::kXDir));
+    EXPECT_FALSE(Vector2d().isParallel(Vector2d::kXDir) || Vector2d().isPerpend(Vector2d::kXDir));
 }
 
 TEST(Directions, PerpendicularsStandAcrossAndHaveLengthOne)
@@ -132,29 +131,6 @@ TEST(Angles, SnapAtTheEndsAndTakeCosinesBeyondThem)
     p.rotate(kPi / 2);
     EXPECT_TRUE(p.isEqual(Point2d(-1, 2), 1e-30));
     EXPECT_GT(Vector2d(2, 1) % Vector2d(2, 1).perpend().perpend() * -1, 0);
-}
-
-TEST(Arithmetic, CrossAndDotProductsKeepTheirSigns)
-{
-    EXPECT_TRUE((UnitVector3d::kXDir * UnitVector3d::kYDir).isEqual(Vector3d::kZDir, 0));
-    EXPECT_TRUE((Vector3d(0, 2, 0) * UnitVector3d::kZDir).isEqual(Vector3d(2, 0, 0), 0));
-    SeededGeometry random(12);
-    for (int i = 0; i < 100; ++i)
-    {
-        const Vector3d a = random.Vector(3);
-        const Vector3d b = random.Vector(3);
-        const Vector3d c = random.Vector(3);
-        EXPECT_NEAR(((a * b) * c - (b * (a % c) - a * (b % c))).length(), 0, 1e-13) << i;
-        EXPECT_NEAR((a * b).lengthSqrd() + (a % b) * (a % b), a.lengthSqrd() * b.lengthSqrd(), 1e-10) << i;
-    }
-    Point3d p(1, 2, 3);
-    p -= Point3d(1, 1, 1);
-    p += Vector3d(0, 0, 2);
-    p *= 3;
-    p /= 2;
-    EXPECT_TRUE(p.isEqual(Point3d(0, 1.5, 6), 0));
-    EXPECT_EQ(Point3d(1, 2, 3) % UnitVector3d::kYDir, 2);
-    EXPECT_TRUE(std::isinf((p / 0.0).z));
 }
 
 TEST(Point3d, IsBetweenWhereTheEndsAreSeenUnderAnObtuseAngle)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <tuple>
 
 namespace QRV
 {
@@ -18,20 +19,22 @@ void ExpectSameMap(const Transf3d& a, const Transf3d& b, double dTol)
         EXPECT_LT((a * p).dist(b * p), dTol);
 }
 
+/// What a transform says of itself.
+std::vector<bool> GetAnswers(const Transf3d& t)
+{
+    return {t.isValid(),          t.isOrthogonal(), t.isEqualScalingOrthogonal(),
+            t.isRigidTransform(), t.isMirror(),     t.isRotation90DegreeMultiple()};
+}
+
 /// What is remembered agrees with what a copy without memory finds out.
 void ExpectTrueMemory(const Transf3d& t)
 {
     Transf3d fresh = t;
     fresh.addValue(0, 0, 1);
     fresh.setValue(0, 0, t(0, 0));
-    EXPECT_EQ(t.isValid(), fresh.isValid());
+    EXPECT_EQ(GetAnswers(t), GetAnswers(fresh));
     EXPECT_EQ(t.isIdentity(), fresh.isIdentity());
-    EXPECT_EQ(t.isOrthogonal(), fresh.isOrthogonal());
-    EXPECT_EQ(t.isEqualScalingOrthogonal(), fresh.isEqualScalingOrthogonal());
-    EXPECT_EQ(t.isRigidTransform(), fresh.isRigidTransform());
-    EXPECT_EQ(t.isMirror(), fresh.isMirror());
     EXPECT_EQ(t.isPerspective(), fresh.isPerspective());
-    EXPECT_EQ(t.isRotation90DegreeMultiple(), fresh.isRotation90DegreeMultiple());
 }
 
 TEST(Transf3d, WhatItRemembersIsTrue)
@@ -101,34 +104,22 @@ TEST(Transf3d, KeepsItsFlagWordWhileNoElementChanges)
 
 TEST(Transf3d, AnswersByTheMatrixAlone)
 {
-    struct Row
-    {
-        const char* pName;
-        Transf3d t;
-        bool bValid, bOrthogonal, bEqual, bRigid, bMirror, b90;
-    };
     Transf3d shear;
     shear.setValue(0, 1, 0.5);
     const Transf3d flat = Transf3d::scaling(Point3d(), Vector3d(1, 1, 0));
-    const Row aRows[] = {
-        {"scaling by 3", Transf3d::scaling(Point3d(1, 1, 1), 3), true, true, true, false, false, true},
-        {"scaling by -1", Transf3d::scaling(Point3d(), -1), true, true, true, false, true, true},
-        {"uneven scaling", Transf3d::scaling(Point3d(), Vector3d(1, 2, 3)), true, true, false, false, false, true},
-        {"45 degrees", Transf3d::rotation(Line3d::kZAxis, kPi / 4), true, true, true, true, false, false},
-        {"90 degrees", Transf3d::rotation(Line3d::kZAxis, kPi / 2), true, true, true, true, false, true},
-        {"shear", shear, true, false, false, false, false, false},
-        {"flat", flat, false, false, false, false, false, true},
-        {"zero", Transf3d::scaling(Point3d(), 0), false, false, false, false, false, true},
+    const std::tuple<const char*, Transf3d, std::vector<bool>> aRows[] = {
+        // valid, orthogonal, scaled equally, rigid, mirror, by right angles
+        {"scaling by 3", Transf3d::scaling(Point3d(1, 1, 1), 3), {true, true, true, false, false, true}},
+        {"scaling by -1", Transf3d::scaling(Point3d(), -1), {true, true, true, false, true, true}},
+        {"uneven scaling", Transf3d::scaling(Point3d(), Vector3d(1, 2, 3)), {true, true, false, false, false, true}},
+        {"45 degrees", Transf3d::rotation(Line3d::kZAxis, kPi / 4), {true, true, true, true, false, false}},
+        {"90 degrees", Transf3d::rotation(Line3d::kZAxis, kPi / 2), {true, true, true, true, false, true}},
+        {"shear", shear, {true, false, false, false, false, false}},
+        {"flat", flat, {false, false, false, false, false, true}},
+        {"zero", Transf3d::scaling(Point3d(), 0), {false, false, false, false, false, true}},
     };
-    for (const Row& row : aRows)
-    {
-        EXPECT_EQ(row.t.isValid(), row.bValid) << row.pName;
-        EXPECT_EQ(row.t.isOrthogonal(), row.bOrthogonal) << row.pName;
-        EXPECT_EQ(row.t.isEqualScalingOrthogonal(), row.bEqual) << row.pName;
-        EXPECT_EQ(row.t.isRigidTransform(), row.bRigid) << row.pName;
-        EXPECT_EQ(row.t.isMirror(), row.bMirror) << row.pName;
-        EXPECT_EQ(row.t.isRotation90DegreeMultiple(), row.b90) << row.pName;
-    }
+    for (const auto& [pName, t, aExpected] : aRows)
+        EXPECT_EQ(GetAnswers(t), aExpected) << pName;
 }
 
 TEST(Transf3d, ProductAppliesTheRightFactorFirst)

@@ -6,47 +6,36 @@ namespace QRV
 {
 namespace
 {
-/// A way to a private member: an explicit instantiation may name it.
-template <class Tag, typename Tag::Member Tag::Owner::*kMember>
+/// A way to private members: an explicit instantiation may name them.
+template <class Tag, auto... kMembers>
 struct Opened
 {
-    friend typename Tag::Member& Open(typename Tag::Owner& owner, Tag) { return owner.*kMember; }
+    friend auto Open(typename Tag::Owner& owner, Tag) { return std::tie(owner.*kMembers...); }
 };
-struct ReusableKey
+struct OfHistory
 {
     using Owner = History;
-    using Member = ReusableIDs;
-    friend Member& Open(Owner&, ReusableKey);
+    friend auto Open(Owner&, OfHistory);
 };
-struct DeltasKey
-{
-    using Owner = History;
-    using Member = std::vector<std::unique_ptr<Delta>>;
-    friend Member& Open(Owner&, DeltasKey);
-};
-struct GroupsKey
-{
-    using Owner = History;
-    using Member = std::set<ObjectHistoryID>;
-    friend Member& Open(Owner&, GroupsKey);
-};
-struct ListKey
+struct OfDelta
 {
     using Owner = Delta;
-    using Member = std::vector<std::uint64_t>;
-    friend Member& Open(Owner&, ListKey);
+    friend auto Open(Owner&, OfDelta);
 };
-struct NumberKey
+template struct Opened<OfHistory, &History::m_reusableIDs, &History::m_aDeltas, &History::m_aReferencingGroups>;
+template struct Opened<OfDelta, &Delta::m_aObjectIDs, &Delta::m_nID>;
+
+template <class Member>
+Member& GetPart(History& history)
 {
-    using Owner = Delta;
-    using Member = std::uint64_t;
-    friend Member& Open(Owner&, NumberKey);
-};
-template struct Opened<ReusableKey, &History::m_reusableIDs>;
-template struct Opened<DeltasKey, &History::m_aDeltas>;
-template struct Opened<GroupsKey, &History::m_aReferencingGroups>;
-template struct Opened<ListKey, &Delta::m_aObjectIDs>;
-template struct Opened<NumberKey, &Delta::m_nID>;
+    return std::get<Member&>(Open(history, OfHistory()));
+}
+template <class Member>
+Member& GetPart(Delta& delta)
+{
+    return std::get<Member&>(Open(delta, OfDelta()));
+}
+using Deltas = std::vector<std::unique_ptr<Delta>>;
 
 ObjectHistory::Record& GetRecord(History& history, std::uint64_t nID, std::size_t nIndex)
 {
@@ -91,17 +80,14 @@ protected:
 TEST_F(HistoryAuditOf, TreesMissesWhatLeftThem)
 {
     auto& vertex = GetFirst<Vertex>(nVertexType);
-    auto& edge = GetFirst<Edge>(nEdgeType);
-    auto& face = GetFirst<Face>(nFaceType);
-    face.RemoveFromSearch();
-    EXPECT_EQ(Audit(), Findings{ThisHistory() + " Face tree is bad."});
-    face.AddToSearch();
-    edge.RemoveFromSearch();
-    EXPECT_EQ(Audit(), Findings{ThisHistory() + " Edge tree is bad."});
-    edge.AddToSearch();
-    vertex.RemoveFromSearch();
-    EXPECT_EQ(Audit(), Findings{ThisHistory() + " Vertex tree is bad."});
-    vertex.AddToSearch();
+    const std::pair<const char*, Object*> aRows[] = {
+        {" Vertex", &vertex}, {" Edge", &GetFirst<Edge>(nEdgeType)}, {" Face", &GetFirst<Face>(nFaceType)}};
+    for (const auto& [pName, pObject] : aRows)
+    {
+        pObject->RemoveFromSearch();
+        EXPECT_EQ(Audit(), Findings{ThisHistory() + pName + " tree is bad."});
+        pObject->AddToSearch();
+    }
     EXPECT_EQ(Audit(), Findings{});
     vertex.AddToSearch();
     EXPECT_EQ(Audit(), Findings{ThisHistory() + " Vertex tree is bad."}) << "it stands there twice";
@@ -111,14 +97,14 @@ TEST_F(HistoryAuditOf, TreesMissesWhatLeftThem)
 TEST_F(HistoryAuditOf, IDsFindsThoseThatNobodyCanTake)
 {
     std::set<std::uint64_t> aBad{1000000};
-    Open(GetHistory(), ReusableKey()).Merge(aBad);
+    GetPart<ReusableIDs>(GetHistory()).Merge(aBad);
     EXPECT_EQ(Audit(), Findings{"ID in m_aObjectIDsToReuse is greater than the maximum Object ID."});
-    Open(GetHistory(), ReusableKey()).Erase(1000000);
+    GetPart<ReusableIDs>(GetHistory()).Erase(1000000);
 }
 
 TEST_F(HistoryAuditOf, StepsFindsWhatTheyListAndTheObjectsDoNot)
 {
-    auto& aIDs = Open(GetDelta(3), ListKey());
+    auto& aIDs = GetPart<IDs>(GetDelta(3));
     aIDs.push_back(0); // the first vertex was not touched by the fourth edge
     ASSERT_EQ(GetHistory().GetObjectTable().At(0).GetObject(&GetDelta(3)), nullptr);
     EXPECT_EQ(Audit(),
@@ -138,14 +124,17 @@ TEST_F(HistoryAuditOf, StepsFindsWhatTheyListAndTheObjectsDoNot)
 
 TEST_F(HistoryAuditOf, StepsFindsADisorderOnce)
 {
-    std::swap(Open(GetDelta(2), NumberKey()), Open(GetDelta(3), NumberKey()));
-    std::swap(Open(GetDelta(6), NumberKey()), Open(GetDelta(7), NumberKey()));
+    const auto swapTwoPairs = [&]
+    {
+        for (const std::size_t n : {2, 6})
+            std::swap(GetPart<std::uint64_t>(GetDelta(n)), GetPart<std::uint64_t>(GetDelta(n + 1)));
+    };
+    swapTwoPairs();
     EXPECT_EQ(Audit(), Findings{ThisHistory() + " has a bad Delta order."});
-    std::swap(Open(GetDelta(2), NumberKey()), Open(GetDelta(3), NumberKey()));
-    std::swap(Open(GetDelta(6), NumberKey()), Open(GetDelta(7), NumberKey()));
-    Open(GetHistory(), DeltasKey()).push_back(nullptr);
+    swapTwoPairs();
+    GetPart<Deltas>(GetHistory()).push_back(nullptr);
     EXPECT_EQ(Audit(), Findings{"In " + ThisHistory() + ", one of m_aDeltas elements is NULL."});
-    Open(GetHistory(), DeltasKey()).pop_back();
+    GetPart<Deltas>(GetHistory()).pop_back();
 }
 
 TEST_F(HistoryAuditOf, RecordsFindsForeignStepsAndDisorder)
@@ -158,18 +147,18 @@ TEST_F(HistoryAuditOf, RecordsFindsForeignStepsAndDisorder)
 
     Delta foreign;
     Delta* pOwn = std::exchange(second.pDelta, &foreign);
-    std::erase(Open(*pOwn, ListKey()), 0);
+    std::erase(GetPart<IDs>(*pOwn), 0);
     EXPECT_EQ(Audit(), Findings{"Delta in ObjectHistory of Object " + ThisObject(0) + " is not found in m_aDeltas."});
     second.pDelta = pOwn;
-    Open(*pOwn, ListKey()).push_back(0);
+    GetPart<IDs>(*pOwn).push_back(0);
     EXPECT_EQ(Audit(), Findings{});
 }
 
 TEST_F(HistoryAuditOf, GroupsFindsOneThatShowsSomethingElse)
 {
-    Open(GetHistory(), GroupsKey()).insert({m_model.GetID(), 0});
+    GetPart<std::set<ObjectHistoryID>>(GetHistory()).insert({m_model.GetID(), 0});
     EXPECT_EQ(Audit(), Findings{ThisHistory() + " has a bad owning Group."});
-    Open(GetHistory(), GroupsKey()).clear();
+    GetPart<std::set<ObjectHistoryID>>(GetHistory()).clear();
 }
 
 TEST_F(HistoryAuditOf, OwnersFindsTheFirstThatNobodyReachesInAnOtherwiseSoundModel)

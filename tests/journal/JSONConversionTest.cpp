@@ -57,10 +57,10 @@ void ExpectRefused(std::initializer_list<const char*> aTexts)
 
 TEST(JSONConversion, GoesToAndFroForEveryValue)
 {
+    const CommaLocale commas;
     ExpectBothWays(true, "true");
     ExpectBothWays(-5, "-5");
     ExpectBothWays(std::uint64_t(7), "7");
-    ExpectBothWays(INVALID_ID, "4294967295");
     ExpectBothWays(0.1, "0.1");
     ExpectBothWays(0.5f, "0.5");
     ExpectBothWays(std::string("a\"\xc3\xbc"), "\"a\\\"\xc3\xbc\"");
@@ -68,9 +68,8 @@ TEST(JSONConversion, GoesToAndFroForEveryValue)
     ExpectBothWays(std::vector<bool>{true, false}, "[true,false]");
     ExpectBothWays(std::vector<std::vector<std::uint64_t>>{{1, INVALID_ID}, {}}, "[[1,4294967295],[]]");
     ExpectBothWays(std::pair(std::uint64_t(1), std::string("b")), R"({"first":1,"second":"b"})");
-    ExpectBothWays(Point2d(1, 2), R"({"objectName":"Point2d","x":1.0,"y":2.0})");
     ExpectBothWays(Vector2d(1, 2), R"({"objectName":"Vector2d","x":1.0,"y":2.0})");
-    ExpectBothWays(Point3d(1, 2, 1e300), R"({"objectName":"Point3d","x":1.0,"y":2.0,"z":1e300})");
+    ExpectBothWays(Point3d(1234567.5, 2, 1e300), R"({"objectName":"Point3d","x":1234567.5,"y":2.0,"z":1e300})");
     ExpectBothWays(Vector3d(1, -2, 3), R"({"objectName":"Vector3d","x":1.0,"y":-2.0,"z":3.0})");
     ExpectBothWays(UnitVector3d(Vector3d(0, 0.6, 0.8), false),
                    R"({"objectName":"UnitVector3d","x":0.0,"y":0.6,"z":0.8})");
@@ -83,7 +82,6 @@ TEST(JSONConversion, GoesToAndFroForEveryValue)
     ExpectBothWays(Interval3d(Point3d(1, 2, 3), Point3d(4, 5, 6)),
                    R"({"objectName":"Interval3d","lower":{"objectName":"Point3d","x":1.0,"y":2.0,"z":3.0},
                        "upper":{"objectName":"Point3d","x":4.0,"y":5.0,"z":6.0}})");
-    ExpectBothWays(Color{1, 2, 3, 255}, R"({"objectName":"Color","r":1,"g":2,"b":3,"a":255})");
     ExpectBothWays(ObjectHistoryID{1, INVALID_ID},
                    R"({"objectName":"ObjectHistoryID","History":1,"Object":4294967295})");
     ExpectBothWays(GroupInstancePath(std::vector<ObjectHistoryID>{{1, 2}, {3, 4}}),
@@ -168,13 +166,11 @@ TEST(JSONConversion, KeepsWhatARecordMayLeaveOut)
                                      "z":1.0}})"),
                       face))
         << "a face without its outline";
-    TextureData texture;
-    EXPECT_TRUE(Read(json::parse(R"({"objectName":"TextureData","name":"t","texture":[-128,-1]})"), texture));
-    EXPECT_EQ(texture.texture, (std::vector<char>{'\x80', '\xff'}));
 }
 
 TEST(JSONConversion, TakesTheShortAndTheForeignForms)
 {
+    const CommaLocale commas;
     Vector3d vector;
     EXPECT_TRUE(Read(to_json_impl<UnitVector3d>::f(UnitVector3d(Vector3d(0, 1, 0), false)), vector));
     EXPECT_EQ(vector[1], 1.0);
@@ -196,11 +192,11 @@ TEST(JSONConversion, TakesTheShortAndTheForeignForms)
     EXPECT_EQ(nID, INVALID_ID);
 
     // A record in a string, under a key only, and the source stays as it is.
-    const json text{{"p", R"({"objectName":"Point3d","x":1,"y":2,"z":3})"}};
+    const json text{{"p", R"({"objectName":"Point3d","x":1,"y":2,"z":3.5})"}};
     const json before = text;
     Point3d point;
     EXPECT_TRUE(Read(text, point, "p"));
-    EXPECT_EQ(point[2], 3.0);
+    EXPECT_EQ(point[2], 3.5);
     EXPECT_EQ(text, before);
     EXPECT_FALSE(Read(text["p"], point));
     EXPECT_THROW(Read(json{{"p", "{\"objectName\""}}, point, "p"), json::parse_error);
@@ -268,18 +264,13 @@ TEST(JSONConversion, CarriesValuesThatOnlyTheHostKnows)
     };
     const std::map<std::string, utils::any> aKnown{
         {"b", true}, {"d", 0.5}, {"f", 0.25f}, {"i", -3}, {"n", INVALID_ID}, {"s", std::string("t")}, {"z", {}}};
-    EXPECT_EQ(to_json_impl<decltype(aKnown)>::f(aKnown).dump(),
-              R"({"b":true,"d":0.5,"f":0.25,"i":-3,"n":4294967295,"s":"t","z":null})");
+    const char* pText = R"({"b":true,"d":0.5,"f":0.25,"i":-3,"n":4294967295,"s":"t","z":null})";
+    EXPECT_EQ(to_json_impl<decltype(aKnown)>::f(aKnown).dump(), pText);
     EXPECT_TRUE(to_json_impl<utils::any>::f(Door{80}).is_null());
     std::map<std::string, utils::any> aBack;
-    EXPECT_TRUE(Read(to_json_impl<decltype(aKnown)>::f(aKnown), aBack));
-    EXPECT_TRUE(std::any_cast<bool>(aBack["b"]));
-    EXPECT_EQ(std::any_cast<double>(aBack["d"]), 0.5);
-    EXPECT_EQ(std::any_cast<double>(aBack["f"]), 0.25);
-    EXPECT_EQ(std::any_cast<int>(aBack["i"]), -3);
+    EXPECT_TRUE(Read(json::parse(pText), aBack));
+    EXPECT_EQ(to_json_impl<decltype(aBack)>::f(aBack).dump(), pText);
     EXPECT_EQ(std::any_cast<std::uint64_t>(aBack["n"]), INVALID_ID);
-    EXPECT_EQ(std::any_cast<std::string>(aBack["s"]), "t");
-    EXPECT_FALSE(aBack["z"].has_value());
 
     std::string strTried;
     RegisterAnyToJSON([&](const utils::any&, json&) { return strTried += "1", false; });
@@ -313,9 +304,9 @@ TEST(JSONConversion, CarriesValuesThatOnlyTheHostKnows)
 TEST(JSONConversion, WritesBytesWithoutSignAndTakesThemWithEither)
 {
     const std::vector<char> aBytes{0, 127, '\x80', '\xFF'};
-    EXPECT_EQ(to_json_impl<std::vector<char>>::f(aBytes).dump(), "[0,127,128,255]");
+    ExpectBothWays(aBytes, "[0,127,128,255]");
     std::vector<char> aRead;
-    EXPECT_TRUE(Read(json::parse("[0,127,-128,255]"), aRead));
+    EXPECT_TRUE(Read(json::parse("[0,127,-128,-1]"), aRead));
     EXPECT_EQ(aRead, aBytes);
     for (const char* pBad : {"[256]", "[-129]", "[\"a\"]", "[true]", "[1e300]", "[null]"})
         EXPECT_FALSE(Read(json::parse(pBad), aRead)) << pBad;
@@ -422,18 +413,4 @@ TEST(JSONConversion, StandsHostileDocuments)
     }
 }
 
-TEST(JSONConversion, KnowsNoLocale)
-{
-    const CommaLocale commas;
-    const Point3d point(1234567.5, -0.001, 1e300);
-    const std::string strText = to_json_impl<Point3d>::f(point).dump();
-    EXPECT_EQ(strText, R"({"objectName":"Point3d","x":1234567.5,"y":-0.001,"z":1e+300})");
-    Point3d read;
-    EXPECT_TRUE(Read(json{{"p", strText}}, read, "p"));
-    EXPECT_TRUE(read[0] == point[0] && read[1] == point[1] && read[2] == point[2]);
-    EXPECT_EQ(to_json_impl<std::vector<std::uint64_t>>::f({1234567, INVALID_ID}).dump(), "[1234567,4294967295]");
-    Result result;
-    result.SetErrorCode(Result::nUndoDeltaFailed, 1234567);
-    EXPECT_EQ(result.GetErrorString(), "Undo of Delta-1234567 failed.");
-}
 } // namespace QRV

@@ -55,12 +55,6 @@ TEST(Journal, TellsAWholeSession)
     strExpected += "    QRV.APIDeleteHistory(historyId_2);\n";
     APISetAllDeltaFlags(h, 1, 0, false);
 
-    APICreatePolyline(h, {{0, 0, 1}, {0.5, 0, 1}}, nID, false);
-    strExpected += "    QRV.APICreatePolyline(mainHistID, [{\"objectName\":\"Point3d\",\"x\":0.0,\"y\":0.0,\"z\":1.0},"
-                   "{\"objectName\":\"Point3d\",\"x\":0.5,\"y\":0.0,\"z\":1.0}], false);\n";
-    APIMergeDeltas(h, 2, 3, true);
-    strExpected += "    QRV.APIMergeDeltas(mainHistID, 2, 3, true);\n";
-
     APIEnableJournalingTypes({"QRVReadOnly"}, true);
     APICreateRectangle(h, {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, aPoints, true);
     APICreateRectangle(h, {0, 0, 9}, {1, 0, 9}, {1, 1, 9}, aPoints, false);
@@ -68,10 +62,6 @@ TEST(Journal, TellsAWholeSession)
                    "QRV.Geom.Point3d(1, 1, 0), true);\n"
                    "    QRV.APICreateRectangle(mainHistID, QRV.Geom.Point3d(0, 0, 9), QRV.Geom.Point3d(1, 0, 9), "
                    "QRV.Geom.Point3d(1, 1, 9), false);\n";
-    APIGetVersionReadOnly(nID, nID);
-    strExpected += "    QRV.APIGetVersionReadOnly();\n";
-    APIGetAllHistoriesReadOnly(aIDs, true);
-    strExpected += "    QRV.APIGetAllHistoriesReadOnly(true);\n";
     APIGetAllReachableHistoriesReadOnly(h, false, aIDs);
     strExpected += "    QRV.APIGetAllReachableHistoriesReadOnly(" + JournalText(h) + ", false);\n";
     APIDetectSilhouettesReadOnly(h, INVALID_ID, {0, 0, 5}, {0, 0, -1}, false, aIDs);
@@ -79,11 +69,9 @@ TEST(Journal, TellsAWholeSession)
                    "QRV.Geom.Vector3d(0, 0, -1), false);\n";
     APIDetectFreeEdgesReadOnly(h, INVALID_ID, aIDs);
     strExpected += "    QRV.APIDetectFreeEdges(mainHistID, QRV.INVALID_ID);\n";
-    APIComputeAreaReadOnly(h, 0, dArea);
     const Transf3d move = Transf3d::translation(Vector3d(1, 2, 3));
     APIComputeAreaReadOnly(h, 0, dArea, &move);
     strExpected +=
-        "    QRV.APIComputeAreaReadOnly(mainHistID, 0, undefined);\n"
         "    QRV.APIComputeAreaReadOnly(mainHistID, 0, QRV.Geom.MakeRigidTransform(QRV.Geom.Point3d(1, 2, 3), "
         "QRV.Geom.Vector3d(1, 0, 0), QRV.Geom.Vector3d(0, 1, 0), QRV.Geom.Vector3d(0, 0, 1)));\n";
     APIChangeHistoryID(nScratch);
@@ -225,29 +213,22 @@ TEST(JournalText, IsWhatTheScriptReads)
     const std::string strText = "a \"b\" \\ \xc3\xbc\n";
     const Plane plane(Point3d(7, 8, 2), UnitVector3d(Vector3d(0, 0, 1), true));
     const std::pair<std::string, std::string> aRows[] = {
-        {JournalText(true), "true"},
         {JournalText(-3), "-3"},
         {JournalText(std::uint32_t(4294967295u)), "4294967295"},
         {JournalText(nFaceType), "4"},
-        {JournalText(std::uint64_t(12)), "12"},
-        {JournalText(INVALID_ID), "QRV.INVALID_ID"},
         {JournalText(std::uint64_t(4294967295u)), "QRV.INVALID_ID"},
         {JournalText(dNumber), "0.1"},
         {JournalText(0.5f), "0.5"},
         {JournalText(3.0), "3.0"},
         {JournalText(strText), "\"a \\\"b\\\" \\\\ \xc3\xbc\\n\""},
-        {JournalText("text"), "\"text\""},
         {JournalText(static_cast<const char*>(nullptr)), "undefined"},
         {JournalText(&dNumber), "0.1"},
         {JournalText(static_cast<const Line3d*>(nullptr)), "undefined"},
-        {JournalText(Point3d(1, 2.5, 0)), "QRV.Geom.Point3d(1, 2.5, 0)"},
         {JournalText(Vector3d(1e20, -0.25, 2.0 / 3.0)), "QRV.Geom.Vector3d(1e+20, -0.25, 0.6666666666666666)"},
         {JournalText(UnitVector3d(Vector3d(0, 1, 0), true)), "QRV.Geom.UnitVector3d(0, 1, 0)"},
         {JournalText(Vector2d(1, 2)), "QRV.Geom.Vector2d(1, 2)"},
         {JournalText(plane), "QRV.Geom.Plane(QRV.Geom.Point3d(0, 0, 2), QRV.Geom.UnitVector3d(0, 0, 1))"},
         {JournalText(Point2d(1, 2)), R"({"objectName":"Point2d","x":1.0,"y":2.0})"},
-        {JournalText(ObjectHistoryID{1, INVALID_ID}),
-         R"({"History":1,"Object":4294967295,"objectName":"ObjectHistoryID"})"},
         {JournalText(GroupInstancePath(1, 2)),
          R"({"ids":[{"History":1,"Object":2,"objectName":"ObjectHistoryID"}],"objectName":"GroupInstancePath"})"},
         {JournalText(std::vector<std::uint64_t>{1, 2, INVALID_ID}), "[1,2,4294967295]"},

@@ -99,28 +99,53 @@ void Delete(std::uint64_t nHistory, const std::vector<std::uint64_t>& aIDs)
            });
 }
 
-std::uint64_t RandomDresser::Any(std::uint64_t nHistory, nObjectType nType)
+std::uint64_t RandomUser::Any(std::uint64_t nHistory, nObjectType nType)
 {
     IDs aIDs;
     ExpectGood(APIGetAllObjectsByTypeReadOnly(nHistory, nType, aIDs));
     return aIDs.empty() ? INVALID_ID : aIDs[Pick(aIDs.size())];
 }
 
-void RandomDresser::DeleteOne(std::uint64_t nHistory, const IDs& aIDs)
+void RandomUser::DeleteOne(std::uint64_t nHistory, const IDs& aIDs)
 {
     const std::uint64_t nID = aIDs[Pick(aIDs.size())];
     if (nID != INVALID_ID)
         Delete(nHistory, {nID});
 }
 
-void RandomDresser::DrawOverTheBox(std::uint64_t nHistory)
+void RandomUser::DrawOverTheBox(std::uint64_t nHistory)
 {
     const Frame& frame = GetFrames()[1];
     const double dFrom = double(Pick(9)) / 4;
     APIConnectPoint3ds(nHistory, frame(dFrom, -1, 2), frame(double(Pick(9)) / 4, 3, 2));
 }
 
-void RandomDresser::Act(std::uint64_t h)
+Result RandomUser::Draw(std::uint64_t h)
+{
+    const auto pickPoint = [&]
+    {
+        const double x = double(Pick(4));
+        const double y = double(Pick(4));
+        return Point3d(x, y, double(Pick(3)));
+    };
+    const Point3d p = pickPoint();
+    const Point3d q = pickPoint();
+    std::uint64_t nID = INVALID_ID;
+    std::vector<Point3d> aPoints;
+    switch (Pick(6))
+    {
+    case 0:
+        return APICreateVertex(h, p, nID);
+    case 1:
+        return APICreatePolyline(h, {p, q, pickPoint()}, nID, Pick(2) == 0);
+    case 2:
+        return APICreateRectangle(h, p, p + Vector3d(2, 0, 0), p + Vector3d(2, 2, 0), aPoints, false);
+    default:
+        return APIConnectPoint3ds(h, p, q);
+    }
+}
+
+void RandomUser::Dress(std::uint64_t h)
 {
     std::uint64_t n = INVALID_ID;
     const std::string sName(1, char('a' + Pick(3)));

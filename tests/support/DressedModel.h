@@ -48,12 +48,14 @@ void Delete(std::uint64_t nHistory, const std::vector<std::uint64_t>& aIDs);
 void Delete(const TestModel& model, const std::vector<std::uint64_t>& aIDs);
 
 /// Does one thing or another, good or refused, to whatever a History holds.
-class RandomDresser
+class RandomUser
 {
 public:
-    explicit RandomDresser(std::uint64_t nSeed) : m_random(nSeed) {}
+    explicit RandomUser(std::uint64_t nSeed) : m_random(nSeed) {}
 
-    void Act(std::uint64_t nHistory);
+    void Dress(std::uint64_t nHistory);
+    /// On a small grid, so that much meets.
+    Result Draw(std::uint64_t nHistory);
     std::uint64_t Pick(std::uint64_t nCount) { return m_random() % nCount; }
 
 private:

@@ -34,13 +34,6 @@ void* Allocate(std::size_t nSize) noexcept
     return IsRefused() ? nullptr : std::malloc(std::max<std::size_t>(nSize, 1));
 }
 
-void* Allocate(std::size_t nSize, std::align_val_t alignment) noexcept
-{
-    const auto nAlignment = static_cast<std::size_t>(alignment);
-    const std::size_t nRounded = (std::max<std::size_t>(nSize, 1) + nAlignment - 1) / nAlignment * nAlignment;
-    return IsRefused() ? nullptr : std::aligned_alloc(nAlignment, nRounded);
-}
-
 void* OrThrow(void* pMemory)
 {
     if (!pMemory)
@@ -68,6 +61,7 @@ bool FailingAllocator::HasFailed() noexcept
 } // namespace QRV
 
 // The forms for arrays and with nothrow fall back on these in the standard library, but a sanitizer brings its own.
+// Nothing asks for more than the usual alignment.
 void* operator new(std::size_t n)
 {
     return OrThrow(Allocate(n));
@@ -83,22 +77,6 @@ void* operator new(std::size_t n, const std::nothrow_t&) noexcept
 void* operator new[](std::size_t n, const std::nothrow_t&) noexcept
 {
     return Allocate(n);
-}
-void* operator new(std::size_t n, std::align_val_t a)
-{
-    return OrThrow(Allocate(n, a));
-}
-void* operator new[](std::size_t n, std::align_val_t a)
-{
-    return OrThrow(Allocate(n, a));
-}
-void* operator new(std::size_t n, std::align_val_t a, const std::nothrow_t&) noexcept
-{
-    return Allocate(n, a);
-}
-void* operator new[](std::size_t n, std::align_val_t a, const std::nothrow_t&) noexcept
-{
-    return Allocate(n, a);
 }
 void operator delete(void* p) noexcept
 {
@@ -121,30 +99,6 @@ void operator delete(void* p, const std::nothrow_t&) noexcept
     std::free(p);
 }
 void operator delete[](void* p, const std::nothrow_t&) noexcept
-{
-    std::free(p);
-}
-void operator delete(void* p, std::align_val_t) noexcept
-{
-    std::free(p);
-}
-void operator delete[](void* p, std::align_val_t) noexcept
-{
-    std::free(p);
-}
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept
-{
-    std::free(p);
-}
-void operator delete[](void* p, std::size_t, std::align_val_t) noexcept
-{
-    std::free(p);
-}
-void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept
-{
-    std::free(p);
-}
-void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept
 {
     std::free(p);
 }
