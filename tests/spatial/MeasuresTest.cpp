@@ -149,6 +149,8 @@ TEST(Measures, KeepTheirDigitsFarFromTheOrigin)
         EXPECT_NEAR(hollow.GetVolume(nullptr), 26.0, dTol);
         EXPECT_NEAR(hollow.GetArea(nullptr), 60.0, dTol);
         EXPECT_NEAR(hollow.GetLumps()[0]->GetShells()[1]->GetVolume(nullptr), -1.0, dTol);
+        EXPECT_TRUE(hollow.ContainsPoint(at(10.5, 1.5, 1.5)));
+        EXPECT_FALSE(hollow.ContainsPoint(at(11.5, 1.5, 1.5)));
         Face& face = model.AddFace({at(0, 0, 9), at(4, 0, 9), at(4, 4, 9), at(0, 4, 9)},
                                    {{at(0.5, 1, 9), at(0.5, 3, 9), at(2.5, 3, 9), at(2.5, 1, 9)}});
         Point3d centroid;
