@@ -128,16 +128,4 @@ TEST(Convexity, OfALoopIsThatOfAllItsEdgesOrMixed)
     for (const Face* pFace : aDent)
         EXPECT_EQ(getConvexity(pFace), nConvexityMixed);
 }
-
-TEST(Convexity, ComponentStopsWhereTheBendChanges)
-{
-    PolygonModel model;
-    Step step(model);
-    const Frame& at = GetFrames()[1];
-    const std::vector<Face*> aBlock = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
-    std::vector<Face*> aFaces;
-    EXPECT_EQ(aBlock[2]->GetConvexityConnectedComponent(aFaces, nConvexityConvex), 6u);
-    EXPECT_EQ(aFaces.front(), aBlock[2]);
-    EXPECT_EQ(aBlock[2]->GetConvexityConnectedComponent(aFaces, nConvexityConcave | nConvexityFlat), 0u);
-}
 } // namespace QRV

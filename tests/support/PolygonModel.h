@@ -131,13 +131,5 @@ void ExpectUndoRedoRestores(History& history);
 /// The codes of the findings, in ascending order.
 std::vector<unsigned> GetFindings(const Object& object);
 
-/// A test of what holds in every place and direction, on a model of its own for each.
-template <class Model>
-class InFrame : public testing::TestWithParam<Frame>
-{
-protected:
-    const Frame m_at = GetParam();
-    Model m_model;
-};
 void PrintTo(const Frame& frame, std::ostream* pText);
 } // namespace QRV
