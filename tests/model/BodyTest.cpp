@@ -1,7 +1,6 @@
 #include "support/PolygonModel.h"
 
-#include "model/Attribute.h"
-#include "model/ObjectOf.inl"
+#include "model/ObjectPropertiesAttribute.h"
 
 #include <cmath>
 #include <random>
@@ -10,15 +9,6 @@ namespace QRV
 {
 namespace
 {
-/// An attribute that any object may carry.
-class Tag : public ObjectOf<Tag, Attribute>
-{
-public:
-    static constexpr nObjectType kType = nStringAttributeType;
-    static constexpr const char* kName = "Tag";
-    static constexpr auto Fields() { return std::make_tuple(); }
-};
-
 std::vector<Face*> Joined(std::vector<Face*> aFaces, const std::vector<Face*>& aMore)
 {
     aFaces.insert(aFaces.end(), aMore.begin(), aMore.end());
@@ -83,7 +73,7 @@ TEST(BodyRebuild, PartsWhatHasComeApart)
             const std::vector<Face*> aSmall = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
             const std::vector<Face*> aLarge = model.AddBlockFaces(at, Point3d(5, 0, 0), Point3d(7, 2, 2));
             Body& body = model.AddBody({Joined(aSmall, aLarge)});
-            body.AddAttribute(&model.GetHistory().Create<Tag>(), true);
+            body.AddAttribute(&model.GetHistory().Create<ObjectPropertiesAttribute>("house", false), true);
             EXPECT_EQ(GetFindings(*body.GetLumps()[0]->GetShells()[0]),
                       (std::vector<unsigned>{Result::nShellNotConnected}));
             EXPECT_TRUE(body.Rebuild(bSplitToBodies));

@@ -92,6 +92,28 @@ TEST(FaceSketch, SplitsAFaceOfALargeBodyAsCheaplyAsOneOfASmallOne)
     EXPECT_EQ(aTouched[0], aTouched[1]);
 }
 
+TEST(AddInnerFace, TakesTheHolesWithinTheInnerFaceAlong)
+{
+    for (const bool bOpposite : {false, true})
+    {
+        PolygonModel model;
+        const Frame& at = GetFrames()[1];
+        Face& outer = model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
+        const Polygon middle = MakeRectangle(at, 2, 2, 5, 5);
+        Face* pMiddle = nullptr;
+        for (const Polygon& inner :
+             {MakeRectangle(at, 3, 3, 4, 4), MakeRectangle(at, 8, 8, 9, 9), bOpposite ? Reversed(middle) : middle})
+        {
+            Step step(model);
+            pMiddle = &model.AddFace(inner);
+            EXPECT_TRUE(outer.AddInnerFace(pMiddle));
+        }
+        EXPECT_NEAR(outer.GetArea(nullptr), 100.0 - 9.0 - 1.0, 1e-9);
+        EXPECT_NEAR(pMiddle->GetArea(nullptr), 9.0 - 1.0, 1e-9);
+        ExpectUndoRedoRestores(model.GetHistory());
+    }
+}
+
 TEST(AddInnerFace, LeavesSpursAndBridgesOfTheInnerFaceToIt)
 {
     PolygonModel model;

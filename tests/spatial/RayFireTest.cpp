@@ -185,16 +185,10 @@ Hits FireSorted(History& history, const Line3d& ray, double dTol, double dMax, P
 
 void ExpectSame(const Hits& found, const Hits& expected)
 {
-    const auto getIDs = [](const Hits& hits)
-    {
-        IDs aIDs;
-        for (const auto& [nID, aParameters] : hits)
-            aIDs.push_back(nID);
-        return aIDs;
-    };
-    ASSERT_EQ(getIDs(found), getIDs(expected));
+    ASSERT_EQ(found.size(), expected.size());
     for (const auto& [nID, aParameters] : expected)
     {
+        ASSERT_TRUE(found.contains(nID)) << nID;
         ASSERT_EQ(found.at(nID).size(), aParameters.size()) << nID;
         for (std::size_t n = 0; n < aParameters.size(); ++n)
             EXPECT_NEAR(found.at(nID)[n], aParameters[n], 1e-9) << nID;

@@ -60,9 +60,9 @@ const std::vector<Frame>& GetFrames()
 std::vector<Frame> GetFramesAndFar()
 {
     std::vector<Frame> aFrames = GetFrames();
-    aFrames.push_back(aFrames[1]);
-    aFrames.back().pName = "turned and very far away";
-    aFrames.back().origin = Point3d(1e5, -1e5, 7e4);
+    aFrames.push_back(MakeFrame("upside down", Point3d(5, 6, 7), Vector3d(1, 0, 0), Vector3d(0, -1, 0)));
+    aFrames.push_back(MakeFrame("turned and very far away", Point3d(-1e6, 1e6, 5e5), Vector3d(0.7, -0.4, -0.5),
+                                Vector3d(0.2, 1, 0.1)));
     return aFrames;
 }
 

@@ -38,7 +38,7 @@ struct Frame
 Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane);
 /// As it stands, turned about no axis of the world, and turned and far away.
 const std::vector<Frame>& GetFrames();
-/// And one turned and very far away.
+/// And one upside down, and one turned and very far away.
 std::vector<Frame> GetFramesAndFar();
 
 using Polygon = std::vector<Point3d>;
