@@ -1,5 +1,6 @@
 #include "spatial/FacetPolygon.h"
 #include "support/PolygonModel.h"
+#include "support/SharedData.h"
 
 #include "geometry/Trigonometry.h"
 
@@ -334,6 +335,39 @@ TEST(TriangulateLoops, CoversRandomPolygonsWithHolesInAnyFrame)
             EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(),
                       3 * (polygon.GetCornerCount() + 2 * polygon.GetHoleCount() - 2));
         }
+    }
+}
+
+TEST(TriangulateLoops, CoversHardPolygons)
+{
+    const auto path = FindSharedFile("footprints/hard_polygons.json");
+    if (!path)
+        GTEST_SKIP() << "the footprints are not there";
+    std::ifstream file(*path);
+    const nlohmann::json data = nlohmann::json::parse(file);
+    for (const nlohmann::json& footprint : data["footprints"])
+    {
+        SCOPED_TRACE(footprint["id"].dump());
+        std::vector<Ring> aRings;
+        const auto addRing = [&](const nlohmann::json& places)
+        {
+            Ring ring;
+            for (const nlohmann::json& place : places)
+                ring.emplace_back(double(place[0]), double(place[1]));
+            ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
+            while (ring.size() > 1 && ring.front() == ring.back())
+                ring.pop_back();
+            const bool bRunsWell = (GetSignedArea(ring) > 0.0) == aRings.empty();
+            aRings.push_back(bRunsWell ? ring : Reversed(ring));
+        };
+        addRing(footprint["outer"]);
+        for (const nlohmann::json& hole : footprint["holes"])
+            if (hole.size() > 2) // a point that is to be a corner of triangles is no hole
+                addRing(hole);
+        const IndexedPolygon polygon(aRings);
+        const double dArea = footprint["area"];
+        EXPECT_NEAR(polygon.GetArea(), dArea, 1e-12 * dArea);
+        ExpectCovered(polygon, 1e-12);
     }
 }
 

@@ -1,19 +1,12 @@
 #include "spatial/Measures.h"
 #include "support/PolygonModel.h"
-#include "support/SharedData.h"
-
-#include "spatial/FaceFacets.h"
 
 #include <QRV/API.h>
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <numbers>
 #include <random>
-#include <set>
 
 namespace QRV
 {
@@ -92,16 +85,8 @@ TEST(Measures, FollowTheTransform)
                            {"flattened", Transf3d::scaling(Point3d(), Vector3d(1, 1, 0)), 0.0, 4.0},
                            {"moved far away", Transf3d(Point3d(1e5, 2e5, -1e5)), 6.0, 22.0}};
     PolygonModel model;
-    std::uint64_t nBody = INVALID_ID;
-    std::uint64_t nLoop = INVALID_ID;
-    {
-        Step step(model);
-        const Body& body = model.AddBlock(GetFrames()[0], Point3d(0, 0, 0), Point3d(1, 2, 3));
-        std::vector<Face*> aFaces;
-        body.GetBodyFaces(aFaces);
-        nBody = body.GetID();
-        nLoop = aFaces.front()->GetOuterLoop()->GetID();
-    }
+    const std::uint64_t nBody = model.AddBlock(GetFrames()[0], Point3d(0, 0, 0), Point3d(1, 2, 3)).GetID();
+    const std::uint64_t nLoop = GetAll<Loop>(model.GetHistory()).front()->GetID(); // of the bottom
     const std::uint64_t nHistory = model.GetHistory().GetID();
     for (const Case& test : aCases)
     {
@@ -245,61 +230,5 @@ TEST(PointInFace, AgreesWithAWalkAlongAllSidesAndCountsTheBoundary)
                 face.Reverse();
             }
         }
-}
-
-TEST(Facets, CoverHardPolygons)
-{
-    const auto file = FindSharedFile("footprints/hard_polygons.json");
-    if (!file)
-        GTEST_SKIP() << "the footprints are not there";
-    std::ifstream stream(*file);
-    const auto data = nlohmann::json::parse(stream);
-    for (const auto& footprint : data["footprints"])
-    {
-        SCOPED_TRACE(footprint["id"].dump());
-        const auto getRing = [](const nlohmann::json& places, bool bCounterClockwise)
-        {
-            Polygon ring;
-            double dArea = 0.0;
-            for (std::size_t n = 0; n < places.size(); ++n)
-            {
-                const auto& a = places[n];
-                const auto& b = places[(n + 1) % places.size()];
-                dArea += double(a[0]) * double(b[1]) - double(b[0]) * double(a[1]);
-                ring.emplace_back(double(a[0]), double(a[1]), 0.0);
-            }
-            if ((dArea > 0) != bCounterClockwise)
-                std::reverse(ring.begin(), ring.end());
-            ring.erase(std::unique(ring.begin(), ring.end(),
-                                   [](const Point3d& a, const Point3d& b) { return a.distSqrd(b) == 0; }),
-                       ring.end());
-            while (ring.size() > 1 && ring.front().distSqrd(ring.back()) == 0)
-                ring.pop_back();
-            return ring;
-        };
-        std::vector<Polygon> aHoles;
-        for (const auto& hole : footprint["holes"])
-            if (hole.size() > 2) // a point that is to be a corner of triangles is no hole
-                aHoles.push_back(getRing(hole, false));
-        PolygonModel model;
-        Step step(model);
-        Face& face = model.AddFace(getRing(footprint["outer"], true), aHoles);
-        const FaceFacets* pFacets = face.GetFacets();
-        ASSERT_TRUE(pFacets);
-        double dArea = 0.0;
-        std::set<const Vertex*> used;
-        for (const Facet& facet : pFacets->GetFacets())
-        {
-            const double dOfOne = facet.GetSignedArea(UnitVector3d::kZDir);
-            EXPECT_GE(dOfOne, -1e-9);
-            dArea += std::abs(dOfOne);
-            used.insert(facet.aVertices.begin(), facet.aVertices.end());
-        }
-        const double dExpected = footprint["area"];
-        EXPECT_NEAR(dArea, dExpected, 1e-12 * dExpected);
-        std::vector<Vertex*> aVertices;
-        face.GetVertices(aVertices);
-        EXPECT_EQ(used, std::set<const Vertex*>(aVertices.begin(), aVertices.end()));
-    }
 }
 } // namespace QRV
