@@ -39,6 +39,38 @@ TEST(FaceSketch, RefusesSpursThatDoNotRunInTheFace)
     }
 }
 
+TEST(FaceSketch, FindsTheCornerThatADirectionFallsInto)
+{
+    for (const Frame& at : GetFrames())
+    {
+        SCOPED_TRACE(at.pName);
+        PolygonModel model;
+        Step step(model);
+        // Three spurs meet at (5, 5) and make three corners of it.
+        Face& face = model.AddFace(MakeRectangle(at, 0, 0, 10, 10));
+        model.AddEdge(at(5, 5), at(8, 5));
+        model.AddEdge(at(5, 5), at(5, 8));
+        ObjectSet done;
+        ASSERT_TRUE(face.AddSpurEdge(model.AddEdge(at(0, 0), at(5, 5)), true, done));
+        const Point3d a = at(8, 5);
+        const Point3d b = at(5, 8);
+        const auto expectCorner = [&](const Point3d& tip, double u, double v, const Point3d& from)
+        {
+            const Coedge* pCorner = face.FindCorner(&model.AddVertex(tip), at.x * u + at.y * v);
+            ASSERT_TRUE(pCorner) << u << ' ' << v;
+            EXPECT_EQ(pCorner->GetStartVertex(), &model.AddVertex(from)) << u << ' ' << v;
+        };
+        expectCorner(at(5, 5), 1, -1, a);
+        expectCorner(at(5, 5), 1, 1, b);
+        expectCorner(at(5, 5), -1, 1, at(0, 0));
+        // Along a spur: the corner on whose other side it lies.
+        expectCorner(at(5, 5), 1, 0, b);
+        expectCorner(at(5, 5), 0, 1, at(0, 0));
+        expectCorner(at(10, 0), -1, 1, at(0, 0));
+        EXPECT_EQ(face.FindCorner(&model.AddVertex(at(10, 0)), at.x + at.y), nullptr);
+    }
+}
+
 TEST(FaceSketch, RefusesChordsThatLeaveTheFace)
 {
     PolygonModel model;

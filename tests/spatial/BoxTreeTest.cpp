@@ -105,16 +105,18 @@ struct SearchQueries
             box.upper[i] = std::max(box.lower[i], box.upper[i] + Offset());
         }
         const Point3d corner(near.lower[0] + Offset(), near.upper[1] + Offset(), near.lower[2] + Offset());
-        const auto Component = [&] { return random() % 3 == 0 ? 0.0 : Pick(random, -1, 1); };
+        const double aSmall[] = {0.0, 1e-13, -1e-13, 1e-11};
+        const auto Component = [&] { return random() % 3 == 0 ? aSmall[random() % 4] : Pick(random, -1, 1); };
         const Vector3d direction(Component(), Component(), 0.25 + std::abs(Component()));
         plane = Plane(corner, UnitVector3d(direction, true));
         aPlanes = {plane, Plane(near.upper, UnitVector3d(Component(), 1, Component(), true))};
-        const double dBack = Pick(random, -2, 10);
+        const double dBack = random() % 2 == 0 ? 0.0 : Pick(random, -2, 10);
         line = Line3d(Point3d(corner[0] - dBack * direction[0], corner[1] - dBack * direction[1],
                               corner[2] - dBack * direction[2]),
                       direction);
         dTol = random() % 2 == 0 ? 1e-6 : 1e-12;
-        dMax = random() % 2 == 0 ? 1e30 : Pick(random, 0, 12);
+        const double aMax[] = {1e30, 0.0, -1e-13, -1.0, Pick(random, 0, 12), Pick(random, 0, 12)};
+        dMax = aMax[random() % std::size(aMax)];
     }
 
     Interval3d box;
