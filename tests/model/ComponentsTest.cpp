@@ -29,12 +29,6 @@ Component GetComponent(Face& seed)
     return component;
 }
 
-std::vector<Face*> Sorted(std::vector<Face*> aFaces)
-{
-    std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
-    return aFaces;
-}
-
 /// A sheet from an edge along z outward at an angle; its normal is that of the outline, turned over if asked for.
 Face& AddLeaf(PolygonModel& model, const Frame& at, double dDegrees, bool bTurnedOver)
 {
@@ -45,44 +39,27 @@ Face& AddLeaf(PolygonModel& model, const Frame& at, double dDegrees, bool bTurne
 }
 } // namespace
 
-TEST(ConnectedComponent, PartsSolidsThatShareAnEdge)
+TEST(ConnectedComponent, PartsSolidsThatShareAnEdgeOrTouchInAWall)
 {
-    for (const Frame& at : GetFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Step step(model);
-        const std::vector<Face*> aFirst = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
-        const std::vector<Face*> aSecond = model.AddBlockFaces(at, Point3d(1, 1, 0), Point3d(2, 2, 1));
-        std::vector<Coedge*> aAtEdge;
-        EXPECT_EQ(model.AddEdge(at(1, 1, 0), at(1, 1, 1)).GetCoedges(aAtEdge), 4u);
-        for (const std::vector<Face*>& aSolid : {aFirst, aSecond})
-            for (Face* pSeed : aSolid)
-            {
-                const Component component = GetComponent(*pSeed);
-                EXPECT_EQ(component.aFaces, Sorted(aSolid));
-                EXPECT_TRUE(component.bClosed);
-                EXPECT_TRUE(component.bNoOpenEdge);
-            }
-        // Seen from outside, the space between two blocks in a wall of four: still two solids each.
-        EXPECT_NEAR(aFirst[0]->GetVolume(nullptr), 1.0, 1e-7);
-    }
-}
-
-TEST(ConnectedComponent, OfTwoSolidsInContactFollowsEachSide)
-{
-    // Side by side, each with a side of its own in the wall between them: four of the edges have four coedges.
-    PolygonModel model;
-    Step step(model);
-    const Frame& at = GetFrames()[1];
-    const std::vector<Face*> aFirst = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
-    const std::vector<Face*> aSecond = model.AddBlockFaces(at, Point3d(1, 0, 0), Point3d(2, 1, 1));
-    for (const std::vector<Face*>& aSolid : {aFirst, aSecond})
-        for (Face* pSeed : aSolid)
+    // In the wall each has a side of its own: four of the edges have four coedges.
+    for (const double v : {1.0, 0.0})
+        for (const Frame& at : GetFrames())
         {
-            const Component component = GetComponent(*pSeed);
-            EXPECT_TRUE(component.bClosed) << pSeed->GetID();
-            EXPECT_EQ(component.aFaces, Sorted(aSolid)) << pSeed->GetID();
+            SCOPED_TRACE(at.pName);
+            PolygonModel model;
+            Step step(model);
+            const std::vector<Face*> aFirst = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
+            const std::vector<Face*> aSecond = model.AddBlockFaces(at, Point3d(1, v, 0), Point3d(2, v + 1, 1));
+            std::vector<Coedge*> aAtEdge;
+            EXPECT_EQ(model.AddEdge(at(1, 1, 0), at(1, 1, 1)).GetCoedges(aAtEdge), 4u);
+            for (const std::vector<Face*>& aSolid : {aFirst, aSecond})
+                for (Face* pSeed : aSolid)
+                {
+                    const Component component = GetComponent(*pSeed);
+                    EXPECT_EQ(component.aFaces, aSolid);
+                    EXPECT_TRUE(component.bClosed && component.bNoOpenEdge);
+                }
+            EXPECT_NEAR(aFirst[0]->GetVolume(nullptr), 1.0, 1e-7);
         }
 }
 
@@ -117,7 +94,7 @@ TEST(ConnectedComponent, TurnsToTheNextFaceThatRunsOn)
             if (test.nChosen < aOthers.size())
                 aExpected.push_back(aOthers[test.nChosen]);
             const Component component = GetComponent(seed);
-            EXPECT_EQ(component.aFaces, Sorted(aExpected)) << at.pName << ", case " << &test - aCases;
+            EXPECT_EQ(component.aFaces, aExpected) << at.pName << ", case " << &test - aCases;
             EXPECT_FALSE(component.bClosed);
         }
 }
@@ -137,7 +114,7 @@ TEST(ConnectedComponent, PrefersTheLowestIdAmongFacesInOnePlace)
         Face& lower = addUpright(bLongFirst ? 2 : 1);
         Face& upper = addUpright(bLongFirst ? 1 : 2);
         ASSERT_LT(lower.GetID(), upper.GetID());
-        EXPECT_EQ(GetComponent(seed).aFaces, Sorted({&seed, &lower}));
+        EXPECT_EQ(GetComponent(seed).aFaces, (std::vector<Face*>{&seed, &lower}));
     }
 }
 
@@ -185,18 +162,17 @@ TEST(NeighbourComponent, CrossesWhatItIsToldTo)
     std::vector<Face*> aFaces{aThird[0]}; // what stands there already is neither walked nor counted
     EXPECT_EQ(aFirst[0]->GetNeighbourComponent(aFaces, false, nullptr, false), 6u);
     EXPECT_EQ(aFaces.size(), 7u);
-    aFaces.clear();
-    EXPECT_EQ(aFirst[0]->GetNeighbourComponent(aFaces, true, nullptr, false), 18u);
-    aFaces.clear();
-    EXPECT_EQ(aSecond[0]->GetNeighbourComponent(aFaces, false, nullptr, false), 12u);
-    aFaces.clear();
-    EXPECT_EQ(aSecond[0]->GetNeighbourComponent(aFaces, false, &third, false), 6u);
-    aFaces.clear();
-    EXPECT_EQ(aSecond[0]->GetNeighbourComponent(aFaces, true, &third, false), 12u);
-    aFaces.clear();
-    EXPECT_EQ(aFirst[0]->GetNeighbourComponent(aFaces, false, nullptr, true), 1u);
+    const auto count = [](Face& face, bool bThroughVertices, const Shell* pApart, bool bSmoothOnly)
+    {
+        std::vector<Face*> aFound;
+        return face.GetNeighbourComponent(aFound, bThroughVertices, pApart, bSmoothOnly);
+    };
+    EXPECT_EQ(count(*aFirst[0], true, nullptr, false), 18u);
+    EXPECT_EQ(count(*aSecond[0], false, nullptr, false), 12u);
+    EXPECT_EQ(count(*aSecond[0], false, &third, false), 6u);
+    EXPECT_EQ(count(*aSecond[0], true, &third, false), 12u);
+    EXPECT_EQ(count(*aFirst[0], false, nullptr, true), 1u);
     model.AddEdge(at(0, 0, 0), at(1, 0, 0)).SetSmooth(true);
-    aFaces.clear();
-    EXPECT_EQ(aFirst[0]->GetNeighbourComponent(aFaces, false, nullptr, true), 2u);
+    EXPECT_EQ(count(*aFirst[0], false, nullptr, true), 2u);
 }
 } // namespace QRV

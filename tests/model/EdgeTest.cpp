@@ -133,37 +133,20 @@ TEST(EdgeChain, EndsWhereMoreThanTwoUnmarkedEdgesMeet)
         EXPECT_EQ(chain(from, to, false).size(), 3u);
 }
 
-TEST(EdgeDelete, JoinsTheFacesInOnePlane)
+TEST(EdgeDelete, JoinsTheFacesInOnePlaneAndElseTakesThemAndLeavesTheirOtherEdges)
 {
     for (const Frame& at : GetFrames())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Edge* pEdge = &AddRoof(model, at, 0.0);
+        for (const double dAngle : {0.0, 1e-3, -90 * kDegree})
         {
-            Step step(model);
-            EXPECT_TRUE(pEdge->Delete(false));
+            SCOPED_TRACE(testing::Message() << at.pName << ", " << dAngle);
+            PolygonModel model;
+            Edge& edge = AddRoof(model, at, dAngle);
+            InStep(model, [&] { EXPECT_TRUE(edge.Delete(false)); });
+            EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), dAngle == 0.0 ? 1u : 0u);
+            // Where the faces are joined both ends lie on straight runs.
+            EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), dAngle == 0.0 ? 4u : 6u);
+            ExpectUndoRedoRestores(model.GetHistory());
         }
-        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 1u);
-        EXPECT_EQ(GetAll<Vertex>(model.GetHistory()).size(), 4u); // both ends lay on straight runs
-        ExpectUndoRedoRestores(model.GetHistory());
-    }
-}
-
-TEST(EdgeDelete, TakesTheFacesAndLeavesTheirOtherEdges)
-{
-    for (const double dAngle : {-90 * kDegree, 1e-3})
-    {
-        PolygonModel model;
-        Edge* pEdge = &AddRoof(model, GetFrames()[1], dAngle);
-        {
-            Step step(model);
-            EXPECT_TRUE(pEdge->Delete(false));
-        }
-        EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 0u);
-        EXPECT_EQ(GetAll<Edge>(model.GetHistory()).size(), 6u);
-        ExpectUndoRedoRestores(model.GetHistory());
-    }
 }
 
 TEST(EdgeDelete, TakesAHalfOfASideAndNotAllOfIt)
@@ -174,10 +157,7 @@ TEST(EdgeDelete, TakesAHalfOfASideAndNotAllOfIt)
         PolygonModel model;
         const Polygon square{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}};
         model.AddFace(square);
-        {
-            Step step(model);
-            EXPECT_TRUE(model.AddEdge(square[std::size_t(nPiece)], square[std::size_t(nPiece) + 1]).Delete(false));
-        }
+        InStep(model, [&] { EXPECT_TRUE(model.AddEdge(square[nPiece], square[nPiece + 1]).Delete(false)); });
         EXPECT_EQ(GetAll<Face>(model.GetHistory()).size(), 0u);
         const std::vector<Edge*> aEdges = GetAll<Edge>(model.GetHistory());
         double dLength = 0.0;

@@ -2,15 +2,6 @@
 
 namespace QRV
 {
-TEST(FaceDelete, TakesWhatOnlyTheFaceUsed)
-{
-    PolygonModel model;
-    Face* pFace = &model.AddFace(MakeRectangle(GetFrames()[0], 0, 0, 1, 1));
-    InStep(model, [&] { EXPECT_TRUE(pFace->Delete()); });
-    EXPECT_EQ(Describe(model.GetHistory()), "");
-    ExpectUndoRedoRestores(model.GetHistory());
-}
-
 TEST(FaceDelete, LeavesAnOpenBoxAndKeepsItsBody)
 {
     for (const Frame& at : GetFrames())

@@ -8,6 +8,27 @@
 
 namespace QRV
 {
+namespace
+{
+struct Damage
+{
+    std::vector<unsigned> aExpected; ///< ascending
+    const Object& broken;
+    std::function<void()> inflict;
+};
+
+void ExpectFindings(PolygonModel& model, const std::vector<Damage>& aCases)
+{
+    for (const Damage& test : aCases)
+    {
+        Step step(model, true);
+        test.inflict();
+        EXPECT_EQ(GetFindings(test.broken), test.aExpected) << &test - aCases.data();
+    }
+    ExpectSound(model.GetHistory());
+}
+} // namespace
+
 TEST(Validity, NamesTheOneThingThatIsWrong)
 {
     PolygonModel model;
@@ -52,13 +73,7 @@ TEST(Validity, NamesTheOneThingThatIsWrong)
     std::vector<Coedge*> aOfThree;
     pFinned->GetCoedges(aOfThree);
 
-    struct Case
-    {
-        std::vector<unsigned> aExpected; // ascending
-        const Object& broken;
-        std::function<void()> damage;
-    };
-    const Case aCases[] = {
+    const std::vector<Damage> aCases{
         {{Result::nFaceNoLoops}, *pOther, [&] { pOther->RemoveLoop(pOther->GetOuterLoop()); }},
         {{Result::nFaceBadBox}, *pFace, [&] { shift(at(10, 10), at(11, 11)); }},
         {{Result::nFaceLoopOwner}, *pFace, [&] { inFace.SetFace(pOther); }},
@@ -94,37 +109,35 @@ TEST(Validity, NamesTheOneThingThatIsWrong)
          [&] { vertex.AddEdgeToGroups(coedge.GetPrevious()->GetEdge(), false), vertex.AddEdgeToGroups(&edge, false); }},
         {{Result::nVertexBadUseCount}, vertex, [&] { vertex.IncrementUse(); }},
     };
-    for (const Case& test : aCases)
-    {
-        Step step(model, true);
-        test.damage();
-        EXPECT_EQ(GetFindings(test.broken), test.aExpected);
-    }
-    ExpectSound(model.GetHistory());
+    ExpectFindings(model, aCases);
 }
 
 TEST(Validity, TellsWhatIsNoVoidAndNoHole)
 {
     PolygonModel model;
     const Frame& at = GetFrames()[1];
-    const Point3d aBlocks[][2] = {{Point3d(3, 3, 3), Point3d(4, 4, 4)},    // a void within
-                                  {Point3d(30, 3, 3), Point3d(34, 4, 4)}}; // one beside it
+    struct Inner
+    {
+        Point3d lower; ///< of a block of side 1, within one of side 9 or beside it
+        bool bVoid;
+        std::vector<unsigned> aExpected;
+    };
     Step step(model);
-    const Body& sound = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(9, 9, 9)),
-                                       model.AddBlockFaces(at, aBlocks[0][0], aBlocks[0][1], true)});
-    EXPECT_EQ(GetFindings(*sound.GetLumps()[0]), std::vector<unsigned>{});
-    const Body& solidWithin = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 100), Point3d(9, 9, 109)),
-                                             model.AddBlockFaces(at, Point3d(3, 3, 103), Point3d(4, 4, 104))});
-    EXPECT_EQ(GetFindings(*solidWithin.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
-    const Body& voidBeside = model.AddBody({model.AddBlockFaces(at, Point3d(0, 0, 200), Point3d(9, 9, 209)),
-                                            model.AddBlockFaces(at, aBlocks[1][0], aBlocks[1][1], true)});
-    EXPECT_EQ(GetFindings(*voidBeside.GetLumps()[0]), std::vector<unsigned>{Result::nBadInnerShell});
-
-    const Face& face = model.AddFace({at(0, 0, -1), at(5, 0, -1), at(5, 5, -1), at(0, 5, -1)},
-                                     {{at(7, 1, -1), at(7, 2, -1), at(8, 2, -1), at(8, 1, -1)}});
+    double w = 0.0;
+    for (const auto& [lower, bVoid, aExpected] : {Inner{{3, 3, 3}, true, {}},
+                                                  {{3, 3, 3}, false, {Result::nBadInnerShell}},
+                                                  {{30, 3, 3}, true, {Result::nBadInnerShell}}})
+    {
+        const Vector3d up(0, 0, w += 100);
+        const Body& body = model.AddBody({model.AddBlockFaces(at, Point3d() + up, Point3d(9, 9, 9) + up),
+                                          model.AddBlockFaces(at, lower + up, lower + Vector3d(1, 1, 1) + up, bVoid)});
+        EXPECT_EQ(GetFindings(*body.GetLumps()[0]), aExpected) << w;
+    }
+    const Face& face = model.AddFace(MakeRectangle(at, 0, 0, 5, 5), {Reversed(MakeRectangle(at, 7, 1, 8, 2))});
     const std::vector<unsigned> aFindings = GetFindings(face);
     EXPECT_TRUE(std::find(aFindings.begin(), aFindings.end(), unsigned(Result::nBadInnerLoop)) != aFindings.end());
 }
+
 TEST(Validity, OfACircleAllowsCutChordsOnly)
 {
     PolygonModel model;
@@ -144,13 +157,7 @@ TEST(Validity, OfACircleAllowsCutChordsOnly)
     const auto moveCorner = [&](const Point3d& to)
     { corner.Transform(Transf3d(Point3d() + (to - corner.GetPosition()))); };
 
-    struct Case
-    {
-        std::vector<unsigned> aExpected;
-        const Object& broken;
-        std::function<void()> damage;
-    };
-    const Case aCases[] = {
+    const std::vector<Damage> aCases{
         {{}, *pCircle, [&] { moveCorner(at(1, 2)); }}, // where a chord was cut
         {{Result::nCircleAttributeBadEdge, Result::nCircleAttributeBadEdge},
          *pCircle,
@@ -176,13 +183,7 @@ TEST(Validity, OfACircleAllowsCutChordsOnly)
              gone.DeleteSelf();
          }},
     };
-    for (const Case& test : aCases)
-    {
-        Step step(model, true);
-        test.damage();
-        EXPECT_EQ(GetFindings(test.broken), test.aExpected);
-    }
-    ExpectSound(model.GetHistory());
+    ExpectFindings(model, aCases);
 
     const CircleAttribute aBad[] = {{0.0, Point3d(), at.z, at.x},           {-1.0, Point3d(), at.z, at.x},
                                     {kNaN, Point3d(), at.z, at.x},          {1.0, Point3d(), UnitVector3d(), at.x},

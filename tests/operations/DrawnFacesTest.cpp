@@ -3,6 +3,7 @@
 #include "support/TestModel.h"
 
 #include <algorithm>
+#include <array>
 
 namespace QRV
 {
@@ -16,18 +17,12 @@ std::vector<Frame> GetSketchFrames()
     return aFrames;
 }
 
-std::vector<double> GetAreas(const TestModel& model)
+void ExpectAreas(const TestModel& model, const std::vector<double>& aExpected)
 {
     std::vector<double> aAreas;
     for (const std::uint64_t nFace : model.GetIDs(nFaceType))
         aAreas.push_back(model.GetArea(nFace));
     std::sort(aAreas.begin(), aAreas.end());
-    return aAreas;
-}
-
-void ExpectAreas(const TestModel& model, std::vector<double> aExpected)
-{
-    const std::vector<double> aAreas = GetAreas(model);
     ASSERT_EQ(aAreas.size(), aExpected.size());
     for (std::size_t n = 0; n < aAreas.size(); ++n)
         EXPECT_NEAR(aAreas[n], aExpected[n], 1e-7);
@@ -48,16 +43,63 @@ std::uint64_t FindEdge(const TestModel& model, const Point3d& a, const Point3d& 
     return INVALID_ID;
 }
 
-using DrawnFacesInFrame = InFrame<TestModel>;
-INSTANTIATE_TEST_SUITE_P(AllFrames, DrawnFacesInFrame, testing::ValuesIn(GetSketchFrames()));
-} // namespace
-
-TEST_P(DrawnFacesInFrame, ALineAcrossAFaceSplitsIt)
+class DrawnFacesInFrame : public testing::TestWithParam<Frame>
 {
-    m_model.Outline(MakeRectangle(m_at, 0, 0, 4, 2));
-    m_model.Line(m_at(1, -1), m_at(1, 3));
-    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, 2, 9, 8}));
-    ExpectAreas(m_model, {2, 6});
+protected:
+    const Frame m_at = GetParam();
+    TestModel m_model;
+};
+INSTANTIATE_TEST_SUITE_P(AllFrames, DrawnFacesInFrame, testing::ValuesIn(GetSketchFrames()));
+
+TEST_P(DrawnFacesInFrame, ALineDividesWhatItCloses)
+{
+    const auto box = [&](double u0, double v0, double u1, double v1) { return MakeRectangle(m_at, u0, v0, u1, v1); };
+    struct Case
+    {
+        std::vector<Polygon> aOutlines; ///< a face each
+        std::vector<Segment> aLines;
+        std::vector<double> aAreas;
+    };
+    const Case aCases[] = {
+        // Over the whole of a face.
+        {{box(0, 0, 4, 2)}, {{m_at(1, -1), m_at(1, 3)}}, {2, 6}},
+        // From a chain of two diamonds, which touches the left side, to the right side.
+        {{box(0, 0, 10, 4),
+          {m_at(0, 2), m_at(2, 1), m_at(4, 2), m_at(2, 3)},
+          {m_at(4, 2), m_at(6, 1), m_at(8, 2), m_at(6, 3)}},
+         {{m_at(8, 2), m_at(10, 2)}},
+         {4, 4, 16, 16}},
+        // From a hole, which a bridge ties to the outline, on to it.
+        {{box(0, 0, 10, 10), box(4, 4, 6, 6)}, {{m_at(4, 4), m_at(0, 0)}, {m_at(6, 6), m_at(10, 10)}}, {4, 48, 48}},
+        // Over the notch of a hole.
+        {{box(0, 0, 10, 10), {m_at(4, 4), m_at(6, 4), m_at(6, 5), m_at(5, 5), m_at(5, 6), m_at(4, 6)}},
+         {{m_at(6, 5), m_at(5, 6)}},
+         {0.5, 3, 96.5}},
+        // Between holes.
+        {{box(0, 0, 10, 10), box(1, 4, 2, 5), box(3, 4, 4, 5), box(6, 4, 7, 5), box(7, 1, 9, 2), box(8, 4, 9, 5)},
+         {{m_at(5, 0), m_at(5, 10)}},
+         {1, 1, 1, 1, 2, 46, 48}},
+    };
+    for (const Case& test : aCases)
+    {
+        SCOPED_TRACE(&test - aCases);
+        TestModel model;
+        for (const Polygon& outline : test.aOutlines)
+            model.Outline(outline);
+        model.Lines({test.aLines.begin(), test.aLines.end() - 1});
+        EXPECT_EQ(model.Count(nFaceType), test.aOutlines.size());
+        model.Lines({test.aLines.back()});
+        ExpectAreas(model, test.aAreas);
+    }
+}
+
+TEST_P(DrawnFacesInFrame, TheEdgeThatTwoSquaresAtARightAngleLackMakesBoth)
+{
+    m_model.Lines({{m_at(0, 0), m_at(1, 0)}, {m_at(1, 0), m_at(1, 1)}, {m_at(1, 1), m_at(0, 1)}});
+    m_model.Lines({{m_at(0, 0), m_at(0, 0, 1)}, {m_at(0, 0, 1), m_at(0, 1, 1)}, {m_at(0, 1, 1), m_at(0, 1)}});
+    EXPECT_EQ(m_model.Count(nFaceType), 0u);
+    m_model.Line(m_at(0, 0), m_at(0, 1));
+    ExpectAreas(m_model, {1, 1});
 }
 
 TEST_P(DrawnFacesInFrame, ASpurBecomesAChordWhenItReachesTheBoundary)
@@ -85,49 +127,21 @@ TEST_P(DrawnFacesInFrame, ALooseSketchWithinAFaceJoinsItWhenTied)
 
 TEST_P(DrawnFacesInFrame, AClosedSketchInAFaceIsAFaceAndAHole)
 {
-    for (const bool bInnerFirst : {false, true})
+    const Polygon inner = MakeRectangle(m_at, 1, 1, 2, 3);
+    for (const Polygon& innermost : {inner, Reversed(inner)})
     {
-        SCOPED_TRACE(bInnerFirst);
-        const Polygon inner = MakeRectangle(m_at, 1, 1, 2, 3);
-        std::vector<Polygon> aPolygons{MakeRectangle(m_at, 0, 0, 5, 5), MakeRectangle(m_at, 0.5, 0.5, 4, 4),
-                                       bInnerFirst ? Reversed(inner) : inner};
-        if (bInnerFirst)
-            std::reverse(aPolygons.begin(), aPolygons.end());
-        TestModel model;
-        for (const Polygon& polygon : aPolygons)
-            model.Outline(polygon);
-        EXPECT_EQ(model.Count(nLoopType), 5u);
-        ExpectAreas(model, {2, 10.25, 12.75});
+        std::array<int, 3> aOrder{0, 1, 2};
+        const Polygon aOutlines[] = {MakeRectangle(m_at, 0, 0, 5, 5), MakeRectangle(m_at, 0.5, 0.5, 4, 4), innermost};
+        do
+        {
+            SCOPED_TRACE(testing::PrintToString(aOrder));
+            TestModel model;
+            for (const int n : aOrder)
+                model.Outline(aOutlines[n]);
+            EXPECT_EQ(model.Count(nLoopType), 5u);
+            ExpectAreas(model, {2, 10.25, 12.75});
+        } while (std::next_permutation(aOrder.begin(), aOrder.end()));
     }
-}
-
-TEST_P(DrawnFacesInFrame, TheSharedEdgeDrawnLastMakesTwo)
-{
-    m_model.Outline({m_at(1, 0), m_at(0, 0), m_at(0, 1), m_at(1, 1), m_at(2, 1), m_at(2, 0)});
-    EXPECT_EQ(m_model.Count(nFaceType), 1u);
-    m_model.Line(m_at(1, 0), m_at(1, 1));
-    EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, 2, 7, 6}));
-    ExpectAreas(m_model, {1, 1});
-}
-
-TEST_P(DrawnFacesInFrame, TheEdgeThatTwoSquaresAtARightAngleLackMakesBoth)
-{
-    m_model.Lines({{m_at(0, 0), m_at(1, 0)}, {m_at(1, 0), m_at(1, 1)}, {m_at(1, 1), m_at(0, 1)}});
-    m_model.Lines({{m_at(0, 0), m_at(0, 0, 1)}, {m_at(0, 0, 1), m_at(0, 1, 1)}, {m_at(0, 1, 1), m_at(0, 1)}});
-    EXPECT_EQ(m_model.Count(nFaceType), 0u);
-    m_model.Line(m_at(0, 0), m_at(0, 1));
-    ExpectAreas(m_model, {1, 1});
-}
-
-TEST_P(DrawnFacesInFrame, AHoleThatTouchesTheBoundaryIsCutOffByABridge)
-{
-    m_model.Outline(MakeRectangle(m_at, 0, 0, 10, 4));
-    // Two diamonds in a chain that touches the left side and one another; the last line ties it to the right side.
-    m_model.Outline({m_at(0, 2), m_at(2, 1), m_at(4, 2), m_at(2, 3)});
-    m_model.Outline({m_at(4, 2), m_at(6, 1), m_at(8, 2), m_at(6, 3)});
-    EXPECT_EQ(m_model.Count(nFaceType), 3u);
-    m_model.Line(m_at(8, 2), m_at(10, 2));
-    ExpectAreas(m_model, {4, 4, 16, 16});
 }
 
 TEST_P(DrawnFacesInFrame, APolylineMeetsOnlyItself)
@@ -140,7 +154,7 @@ TEST_P(DrawnFacesInFrame, APolylineMeetsOnlyItself)
         aZigzag.push_back(m_at(n * 0.1, n % 2 ? 2 : -1));
     EXPECT_EQ(m_model.Polyline(aZigzag, false), INVALID_ID);
     EXPECT_EQ(m_model.GetCounts(), (ModelCounts{0, 0, 0, before.nFaces, before.nEdges + 200, before.nVertices + 201}));
-    EXPECT_EQ(m_model.GetArea(m_model.Polyline(MakeRectangle(m_at, 0, 0, 30, 1), true)) > 29.99, true);
+    EXPECT_NEAR(m_model.GetArea(m_model.Polyline(MakeRectangle(m_at, 0, 0, 30, 1), true)), 30.0, 1e-7);
     // A bow tie crosses itself: two faces, of which the first is told.
     const std::uint64_t nFace = m_model.Polyline({m_at(0, 0), m_at(2, 2), m_at(2, 0), m_at(0, 2)}, true);
     EXPECT_NEAR(m_model.GetArea(nFace), 1.0, 1e-7);
@@ -192,10 +206,7 @@ TEST(DrawnLines, HaveTheVertexOfOnePlaceOnce)
     ExpectGood(APIConnectVertices(model.GetID(), nVertex, nMiddle));
     ExpectGood(APIConnectVertexAndPoint3d(model.GetID(), nVertex, Point3d(1, 2, 9)));
     EXPECT_EQ(model.GetCounts(), (ModelCounts{0, 0, 0, 0, 4, 5}));
-    const std::uint64_t nEdge = model.GetIDs(nEdgeType).front();
-    ExpectRefused(model, Result::nBadInput, [&] { return APIConnectVertices(model.GetID(), nVertex, nEdge); });
-    ExpectRefused(model, Result::nBadInput,
-                  [&] { return APIConnectVertexAndPoint3d(model.GetID(), nEdge, Point3d()); });
     ExpectUndoRedoRestores(model);
 }
+} // namespace
 } // namespace QRV

@@ -1,5 +1,6 @@
 #include "spatial/FacetPolygon.h"
 #include "support/PolygonModel.h"
+#include "support/SharedData.h"
 
 #include "geometry/Trigonometry.h"
 
@@ -45,14 +46,6 @@ Ring SquareHole(double x, double y, double dHalfSide)
 {
     const double d = dHalfSide;
     return {{x - d, y - d}, {x - d, y + d}, {x + d, y + d}, {x + d, y - d}};
-}
-
-std::vector<Frame> GetFramesAndBeyond()
-{
-    std::vector<Frame> aFrames = GetFramesAndFar();
-    aFrames.push_back(MakeFrame("upside down", Point3d(5, 6, 7), Vector3d(1, 0, 0), Vector3d(0, -1, 0)));
-    aFrames.push_back(MakeFrame("at 1e6", Point3d(-1e6, 1e6, 5e5), Vector3d(0.7, -0.4, -0.5), Vector3d(0.2, 1, 0.1)));
-    return aFrames;
 }
 
 /// A polygon whose corners at one place are one vertex, the outer ring counter-clockwise and the holes clockwise.
@@ -105,26 +98,14 @@ public:
     /// How often each way from vertex to vertex is taken in one direction more than in the other.
     using Ways = std::map<std::pair<std::uint32_t, std::uint32_t>, int>;
 
-    Ways GetBoundary() const
-    {
-        Ways ways;
-        std::uint32_t nStart = 0;
-        for (const std::uint32_t nEnd : m_aLoopEnds)
-        {
-            for (std::uint32_t i = nStart; i < nEnd; ++i)
-                AddWay(ways, m_aVertices[i], m_aVertices[i + 1 < nEnd ? i + 1 : nStart]);
-            nStart = nEnd;
-        }
-        return WithoutZeros(ways);
-    }
+    Ways GetBoundary() const { return GetBoundary(m_aVertices, m_aLoopEnds); }
 
     static Ways GetBoundary(const std::vector<std::uint32_t>& aTriangles)
     {
-        Ways ways;
-        for (std::size_t i = 0; i < aTriangles.size(); i += 3)
-            for (std::size_t k = 0; k < 3; ++k)
-                AddWay(ways, aTriangles[i + k], aTriangles[i + (k + 1) % 3]);
-        return WithoutZeros(ways);
+        std::vector<std::uint32_t> aEnds(aTriangles.size() / 3);
+        for (std::uint32_t n = 0; n < aEnds.size(); ++n)
+            aEnds[n] = 3 * n + 3;
+        return GetBoundary(aTriangles, aEnds);
     }
 
     /// The triangles by their places, each from its least corner, sorted.
@@ -142,16 +123,19 @@ public:
     }
 
 private:
-    static void AddWay(Ways& ways, std::uint32_t nFrom, std::uint32_t nTo)
+    static Ways GetBoundary(const std::vector<std::uint32_t>& aVertices, const std::vector<std::uint32_t>& aLoopEnds)
     {
-        if (nFrom < nTo)
-            ++ways[{nFrom, nTo}];
-        else
-            --ways[{nTo, nFrom}];
-    }
-
-    static Ways WithoutZeros(Ways ways)
-    {
+        Ways ways;
+        std::uint32_t nStart = 0;
+        for (const std::uint32_t nEnd : aLoopEnds)
+        {
+            for (std::uint32_t n = nStart; n < nEnd; ++n)
+            {
+                const auto [nLow, nHigh] = std::minmax(aVertices[n], aVertices[n + 1 < nEnd ? n + 1 : nStart]);
+                ways[{nLow, nHigh}] += aVertices[n] == nLow ? 1 : -1;
+            }
+            nStart = nEnd;
+        }
         std::erase_if(ways, [](const auto& way) { return way.second == 0; });
         return ways;
     }
@@ -214,6 +198,7 @@ std::vector<Ring> MakeRandomPolygon(std::mt19937& random)
     std::shuffle(aRings.begin() + 1, aRings.end(), random);
     return aRings;
 }
+
 /// Rectangles on a grid that don't overlap, but share corners, sides and parts of sides with each other and with the
 /// square around them.
 std::vector<Ring> MakeTouchingRectangles(std::mt19937& random)
@@ -240,51 +225,20 @@ std::vector<Ring> MakeTouchingRectangles(std::mt19937& random)
 }
 } // namespace
 
-TEST(TriangulateLoops, FansAConvexLoopFromItsFirstCorner)
+TEST(TriangulateLoops, FansFromTheFirstCornerOrTheOnlyReflexOne)
 {
-    using Triangles = std::vector<std::uint32_t>;
-    for (const Frame& frame : GetFramesAndBeyond())
-    {
-        SCOPED_TRACE(frame.pName);
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {0, 3}}}, frame), 1e-9), (Triangles{0, 1, 2}));
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {4, 3}, {0, 3}}}, frame), 1e-9),
-                  (Triangles{0, 1, 2, 0, 2, 3}));
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({MakeStar({5, 5, 5, 5, 5})}, frame), 1e-9),
-                  (Triangles{0, 1, 2, 0, 2, 3, 0, 3, 4}));
-    }
-}
-
-TEST(TriangulateLoops, FansFromTheOnlyReflexCorner)
-{
-    const Ring dart{{0, 0}, {4, -3}, {1, 0}, {4, 3}};
-    for (const Frame& frame : GetFramesAndBeyond())
-    {
-        SCOPED_TRACE(frame.pName);
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({dart}, frame), 1e-9), (std::vector<std::uint32_t>{2, 3, 0, 2, 0, 1}));
-    }
-}
-
-TEST(TriangulateLoops, CoversAroundSpurs)
-{
-    // From the tip of a single spur all of a square is in sight; an L with a spur has to be clipped.
-    const Ring squareWithSpur{{0, 0}, {2, 0}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {0, 4}};
-    const Ring angleWithSpur{{0, 0}, {3, 0}, {3, 1}, {3, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}};
-    const Ring twoSpurs{{0, 0}, {2, 0}, {2, 1}, {3, 1}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {2, 4}, {2, 3}, {2, 4}, {0, 4}};
-    EXPECT_EQ(ExpectCovered(IndexedPolygon({squareWithSpur}), 1e-12).front(), 2u);
-    ExpectCovered(IndexedPolygon({angleWithSpur}), 1e-12);
-    ExpectCovered(IndexedPolygon({twoSpurs}), 1e-12);
-}
-
-TEST(TriangulateLoops, BridgesHoles)
-{
-    const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
-    for (const Frame& frame : GetFramesAndBeyond())
-    {
-        SCOPED_TRACE(frame.pName);
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({square, SquareHole(5, 5, 2)}, frame), 1e-9).size(), 3u * 8);
-        EXPECT_EQ(ExpectCovered(IndexedPolygon({square, SquareHole(3, 5, 1), SquareHole(7, 5, 1)}, frame), 1e-9).size(),
-                  3u * 14);
-    }
+    const std::pair<Ring, std::vector<std::uint32_t>> aCases[] = {
+        {{{0, 0}, {4, 0}, {0, 3}}, {0, 1, 2}},
+        {MakeStar({5, 5, 5, 5, 5}), {0, 1, 2, 0, 2, 3, 0, 3, 4}},
+        {{{0, 0}, {4, -3}, {1, 0}, {4, 3}}, {2, 3, 0, 2, 0, 1}},
+        {{{0, 0}, {2, 0}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {0, 4}}, {2, 1, 3, 2, 3, 4, 2, 4, 5, 2, 5, 0, 2, 0, 1}},
+    };
+    for (const Frame& frame : GetFramesAndFar())
+        for (const auto& [ring, aExpected] : aCases)
+        {
+            SCOPED_TRACE(frame.pName);
+            EXPECT_EQ(ExpectCovered(IndexedPolygon({ring}, frame), 1e-9), aExpected);
+        }
 }
 
 TEST(TriangulateLoops, BridgesHolesInTheOrderOfTheFrame)
@@ -298,22 +252,13 @@ TEST(TriangulateLoops, BridgesHolesInTheOrderOfTheFrame)
     EXPECT_EQ(inOrder.GetPlaces(ExpectCovered(inOrder, 1e-12)), outOfOrder.GetPlaces(ExpectCovered(outOfOrder, 1e-12)));
 }
 
-TEST(TriangulateLoops, CoversAroundHolesThatTouch)
+TEST(TriangulateLoops, CoversLoopsThatTouch)
 {
     const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
     const Ring atCorner{{0, 0}, {2, 4}, {4, 2}};
-    const Ring atOtherCorner{{10, 10}, {8, 5}, {5, 8}};
-    const Ring atHole{{4, 2}, {6, 5}, {7, 3}};
-    ExpectCovered(IndexedPolygon({square, atCorner}), 1e-12);
-    ExpectCovered(IndexedPolygon({square, atOtherCorner}), 1e-12);
-    ExpectCovered(IndexedPolygon({square, atCorner, atHole}), 1e-12);
-    ExpectCovered(IndexedPolygon({square, atCorner, atHole, atOtherCorner}), 1e-12);
-}
-
-TEST(TriangulateLoops, CoversLoopsThatTouchElsewhereThanInACorner)
-{
-    const Ring square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
     const std::vector<std::vector<Ring>> aPolygons{
+        {square, atCorner, {{4, 2}, {6, 5}, {7, 3}}, {{10, 10}, {8, 5}, {5, 8}}}, // corners on corners
+        {square, {{10, 10}, {8, 5}, {5, 8}}},
         {square, {{0, 5}, {4, 7}, {4, 3}}},                                           // corner on a side
         {square, {{3, 0}, {3, 4}, {7, 4}, {7, 0}}},                                   // side along a side
         {square, {{0, 0}, {4, 6}, {10, 10}, {6, 4}}},                                 // cut in two
@@ -325,8 +270,10 @@ TEST(TriangulateLoops, CoversLoopsThatTouchElsewhereThanInACorner)
          {{2, 1}, {2, 2}, {8, 2}, {8, 1}}},
         {{{0, 0}, {5, 0}, {5, 4}, {5, 0}, {10, 0}, {10, 10}, {0, 10}}, SquareHole(5, 5, 1)}, // spur up to a hole
         {{{0, 0}, {10, 0}, {5, 5}, {10, 10}, {0, 10}, {5, 5}}},                              // pinched
-        {{{0, 0}, {10, 0}, {10, 10}, {7, 10}, {5, 0}, {3, 10}, {0, 10}}}};                   // corner on own side
-    for (const Frame& frame : GetFramesAndBeyond())
+        {{{0, 0}, {3, 0}, {3, 1}, {3, 0}, {6, 0}, {6, 2}, {2, 2}, {2, 6}, {0, 6}}},          // an L with a spur
+        {{{0, 0}, {2, 0}, {2, 1}, {3, 1}, {2, 1}, {2, 0}, {4, 0}, {4, 4}, {2, 4}, {2, 3}, {2, 4}, {0, 4}}}, // two spurs
+        {{{0, 0}, {10, 0}, {10, 10}, {7, 10}, {5, 0}, {3, 10}, {0, 10}}}}; // corner on own side
+    for (const Frame& frame : GetFramesAndFar())
         for (const std::vector<Ring>& aRings : aPolygons)
         {
             SCOPED_TRACE(testing::Message() << frame.pName << ", polygon " << &aRings - aPolygons.data());
@@ -340,7 +287,7 @@ TEST(TriangulateLoops, CoversAroundHolesThatShareSidesInAnyFrame)
     {
         std::mt19937 random(nSeed);
         const std::vector<Ring> aRings = MakeTouchingRectangles(random);
-        for (const Frame& frame : GetFramesAndBeyond())
+        for (const Frame& frame : GetFramesAndFar())
         {
             SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.pName);
             ExpectCovered(IndexedPolygon(aRings, frame), 1e-8);
@@ -348,20 +295,14 @@ TEST(TriangulateLoops, CoversAroundHolesThatShareSidesInAnyFrame)
     }
 }
 
-TEST(TriangulateLoops, GivesNothingForLessThanAPolygon)
-{
-    std::vector<std::uint32_t> aTriangles;
-    EXPECT_TRUE(IndexedPolygon({{{0, 0}, {1, 0}}}).Triangulate(aTriangles));
-    EXPECT_TRUE(TriangulateLoops({}, {}, Plane(), aTriangles));
-    EXPECT_TRUE(aTriangles.empty());
-    EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, {}, {}}), 1e-12).size(), 3u * 2);
-}
-
-TEST(TriangulateLoops, LeavesTheResultAloneWhenItFails)
+TEST(TriangulateLoops, GivesNothingForLessThanAPolygonAndWhereItFails)
 {
     std::vector<std::uint32_t> aTriangles{7, 8, 9};
+    EXPECT_TRUE(IndexedPolygon({{{0, 0}, {1, 0}}}).Triangulate(aTriangles));
+    EXPECT_TRUE(TriangulateLoops({}, {}, Plane(), aTriangles));
     EXPECT_FALSE(IndexedPolygon({Reversed(MakeStar({5, 3, 5, 3, 5, 3}))}).Triangulate(aTriangles));
     EXPECT_EQ(aTriangles, (std::vector<std::uint32_t>{7, 8, 9}));
+    EXPECT_EQ(ExpectCovered(IndexedPolygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, {}, {}}), 1e-12).size(), 3u * 2);
 }
 
 TEST(TriangulateLoops, CoversLoopsWithCornersInLine)
@@ -373,7 +314,7 @@ TEST(TriangulateLoops, CoversLoopsWithCornersInLine)
         comb.insert(comb.end(), {{x + 1, 0}, {x + 1, 3}, {x + 2, 3}, {x + 2, 0}});
     }
     comb.insert(comb.end(), {{200, -1}, {100, -1}, {50, -1}, {0, -1}});
-    for (const Frame& frame : GetFramesAndBeyond())
+    for (const Frame& frame : GetFramesAndFar())
     {
         SCOPED_TRACE(frame.pName);
         const IndexedPolygon polygon({Reversed(comb)}, frame);
@@ -387,13 +328,46 @@ TEST(TriangulateLoops, CoversRandomPolygonsWithHolesInAnyFrame)
     {
         std::mt19937 random(nSeed);
         const std::vector<Ring> aRings = MakeRandomPolygon(random);
-        for (const Frame& frame : GetFramesAndBeyond())
+        for (const Frame& frame : GetFramesAndFar())
         {
             SCOPED_TRACE(testing::Message() << "seed " << nSeed << ", " << frame.pName);
             const IndexedPolygon polygon(aRings, frame);
             EXPECT_EQ(ExpectCovered(polygon, 1e-6).size(),
                       3 * (polygon.GetCornerCount() + 2 * polygon.GetHoleCount() - 2));
         }
+    }
+}
+
+TEST(TriangulateLoops, CoversHardPolygons)
+{
+    const auto path = FindSharedFile("footprints/hard_polygons.json");
+    if (!path)
+        GTEST_SKIP() << "the footprints are not there";
+    std::ifstream file(*path);
+    const nlohmann::json data = nlohmann::json::parse(file);
+    for (const nlohmann::json& footprint : data["footprints"])
+    {
+        SCOPED_TRACE(footprint["id"].dump());
+        std::vector<Ring> aRings;
+        const auto addRing = [&](const nlohmann::json& places)
+        {
+            Ring ring;
+            for (const nlohmann::json& place : places)
+                ring.emplace_back(double(place[0]), double(place[1]));
+            ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
+            while (ring.size() > 1 && ring.front() == ring.back())
+                ring.pop_back();
+            const bool bRunsWell = (GetSignedArea(ring) > 0.0) == aRings.empty();
+            aRings.push_back(bRunsWell ? ring : Reversed(ring));
+        };
+        addRing(footprint["outer"]);
+        for (const nlohmann::json& hole : footprint["holes"])
+            if (hole.size() > 2) // a point that is to be a corner of triangles is no hole
+                addRing(hole);
+        const IndexedPolygon polygon(aRings);
+        const double dArea = footprint["area"];
+        EXPECT_NEAR(polygon.GetArea(), dArea, 1e-12 * dArea);
+        ExpectCovered(polygon, 1e-12);
     }
 }
 

@@ -1,19 +1,12 @@
 #include "spatial/Measures.h"
 #include "support/PolygonModel.h"
-#include "support/SharedData.h"
-
-#include "spatial/FaceFacets.h"
 
 #include <QRV/API.h>
 
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <numbers>
 #include <random>
-#include <set>
 
 namespace QRV
 {
@@ -49,14 +42,12 @@ bool IsInAngle(const Point3d& p, double d)
     return isInBox(4, 1) || isInBox(1, 3);
 }
 
-/// A star with so many points that its sides are not walked one by one.
-Polygon MakeStar(const Frame& at, const Point2d& center, double dInner, double dOuter)
+Polygon MakeStar(const Frame& at, int nCorners, const Point2d& center, double dInner, double dOuter)
 {
-    constexpr int kCorners = 120;
     Polygon star;
-    for (int n = 0; n < kCorners; ++n)
+    for (int n = 0; n < nCorners; ++n)
     {
-        const double dAngle = 2 * std::numbers::pi * n / kCorners;
+        const double dAngle = 2 * std::numbers::pi * n / nCorners;
         const double dRadius = n % 2 == 0 ? dOuter : dInner;
         star.push_back(at(center.x + dRadius * std::cos(dAngle), center.y + dRadius * std::sin(dAngle)));
     }
@@ -94,16 +85,8 @@ TEST(Measures, FollowTheTransform)
                            {"flattened", Transf3d::scaling(Point3d(), Vector3d(1, 1, 0)), 0.0, 4.0},
                            {"moved far away", Transf3d(Point3d(1e5, 2e5, -1e5)), 6.0, 22.0}};
     PolygonModel model;
-    std::uint64_t nBody = INVALID_ID;
-    std::uint64_t nLoop = INVALID_ID;
-    {
-        Step step(model);
-        const Body& body = model.AddBlock(GetFrames()[0], Point3d(0, 0, 0), Point3d(1, 2, 3));
-        std::vector<Face*> aFaces;
-        body.GetBodyFaces(aFaces);
-        nBody = body.GetID();
-        nLoop = aFaces.front()->GetOuterLoop()->GetID();
-    }
+    const std::uint64_t nBody = model.AddBlock(GetFrames()[0], Point3d(0, 0, 0), Point3d(1, 2, 3)).GetID();
+    const std::uint64_t nLoop = GetAll<Loop>(model.GetHistory()).front()->GetID(); // of the bottom
     const std::uint64_t nHistory = model.GetHistory().GetID();
     for (const Case& test : aCases)
     {
@@ -149,6 +132,8 @@ TEST(Measures, KeepTheirDigitsFarFromTheOrigin)
         EXPECT_NEAR(hollow.GetVolume(nullptr), 26.0, dTol);
         EXPECT_NEAR(hollow.GetArea(nullptr), 60.0, dTol);
         EXPECT_NEAR(hollow.GetLumps()[0]->GetShells()[1]->GetVolume(nullptr), -1.0, dTol);
+        EXPECT_TRUE(hollow.ContainsPoint(at(10.5, 1.5, 1.5)));
+        EXPECT_FALSE(hollow.ContainsPoint(at(11.5, 1.5, 1.5)));
         Face& face = model.AddFace({at(0, 0, 9), at(4, 0, 9), at(4, 4, 9), at(0, 4, 9)},
                                    {{at(0.5, 1, 9), at(0.5, 3, 9), at(2.5, 3, 9), at(2.5, 1, 9)}});
         Point3d centroid;
@@ -210,123 +195,40 @@ TEST(PointInSolid, CountsTheBoundaryAndSurvivesRaysThroughEdges)
     EXPECT_FALSE(ContainsPoint(aFaces.front(), at(2, 0.5, 0), nullptr));
 }
 
-TEST(PointInFace, OfManySidesAgreesWithAWalkAlongAllOfThem)
+TEST(PointInFace, AgreesWithAWalkAlongAllSidesAndCountsTheBoundary)
 {
-    for (const Frame& at : GetFramesAndFar())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Step step(model);
-        const Polygon hole = Reversed(MakeStar(at, {0.4, 0.2}, 0.3, 0.45));
-        Face& face =
-            model.AddFace(MakeStar(at, {0.0, 0.0}, 1.0, 3.0), {hole, {at(-0.6, 0), at(-0.6, 0.5), at(-0.1, 0)}});
-        std::vector<Vertex*> aVertices;
-        face.GetVertices(aVertices);
-        std::mt19937 random(6);
-        std::uniform_real_distribution<double> place(-3.2, 3.2);
-        for (const bool bReversed : {false, true})
+    // Many sides are not walked one by one.
+    for (const int nCorners : {12, 120})
+        for (const Frame& at : GetFramesAndFar())
         {
-            for (int n = 0; n < 1000; ++n)
+            SCOPED_TRACE(testing::Message() << at.pName << ", corners " << nCorners);
+            PolygonModel model;
+            Step step(model);
+            const Polygon hole = Reversed(MakeStar(at, nCorners, {0.4, 0.2}, 0.3, 0.45));
+            Face& face = model.AddFace(MakeStar(at, nCorners, {0.0, 0.0}, 1.0, 3.0),
+                                       {hole, {at(-0.6, 0), at(-0.6, 0.5), at(-0.1, 0)}});
+            std::vector<Vertex*> aVertices;
+            face.GetVertices(aVertices);
+            std::mt19937 random(6);
+            std::uniform_real_distribution<double> place(-3.2, 3.2);
+            for (const bool bReversed : {false, true})
             {
-                // Some at the height of a corner, which the way out then passes.
-                const double y = n % 3 == 0 ? std::sin(2 * std::numbers::pi * n / 120) : place(random);
-                const Point3d p = at(place(random), y);
-                EXPECT_EQ(face.ContainsPointInside(p), IsInsideAllLoops(face, p))
-                    << n << (bReversed ? " reversed" : "");
+                for (int n = 0; n < 1000; ++n)
+                {
+                    // Some at the height of a corner, which the way out then passes.
+                    const double y = n % 3 == 0 ? std::sin(2 * std::numbers::pi * n / nCorners) : place(random);
+                    const Point3d p = at(place(random), y);
+                    EXPECT_EQ(face.ContainsPointInside(p), IsInsideAllLoops(face, p)) << n << ' ' << bReversed;
+                }
+                for (const Vertex* pVertex : aVertices)
+                {
+                    EXPECT_TRUE(face.ContainsPoint(pVertex->GetPosition(), false));
+                    EXPECT_FALSE(face.ContainsPointInside(pVertex->GetPosition()));
+                }
+                EXPECT_TRUE(face.ContainsPoint(at(-0.1, -0.1), false));
+                EXPECT_FALSE(face.ContainsPoint(at(-0.1, -0.1, 1e-3), false));
+                face.Reverse();
             }
-            for (const Vertex* pVertex : aVertices)
-            {
-                EXPECT_TRUE(face.ContainsPoint(pVertex->GetPosition(), false));
-                EXPECT_FALSE(face.ContainsPointInside(pVertex->GetPosition()));
-            }
-            face.Reverse();
         }
-    }
-}
-
-TEST(PointInFace, AgreesWithTheShapeAndCountsTheBoundary)
-{
-    for (const Frame& at : GetFramesAndFar())
-    {
-        SCOPED_TRACE(at.pName);
-        PolygonModel model;
-        Step step(model);
-        Polygon outline;
-        for (const Point2d& p : kAngle)
-            outline.push_back(at(p.x, p.y));
-        Face& face = model.AddFace(outline, {{at(0.25, 0.25), at(0.25, 0.75), at(0.75, 0.75), at(0.75, 0.25)}});
-        std::mt19937 random(5);
-        std::uniform_real_distribution<double> x(-0.5, 4.5), y(-0.5, 3.5);
-        for (int n = 0; n < 500; ++n)
-        {
-            const Point3d p(x(random), y(random), 1);
-            const bool bInHole = std::max(std::abs(p.x - 0.5), std::abs(p.y - 0.5)) < 0.25;
-            EXPECT_EQ(face.ContainsPoint(at(p.x, p.y), false), IsInAngle(p, 0) && !bInHole) << p.x << ' ' << p.y;
-        }
-        EXPECT_FALSE(face.ContainsPoint(at(2, 0.5, 1e-3), false));
-        std::vector<Vertex*> aVertices;
-        face.GetVertices(aVertices);
-        for (const Vertex* pVertex : aVertices)
-        {
-            EXPECT_TRUE(face.ContainsPoint(pVertex->GetPosition(), false));
-            EXPECT_FALSE(face.ContainsPointInside(pVertex->GetPosition()));
-        }
-    }
-}
-
-TEST(Facets, CoverHardPolygons)
-{
-    const auto file = FindSharedFile("footprints/hard_polygons.json");
-    if (!file)
-        GTEST_SKIP() << "the footprints are not there";
-    std::ifstream stream(*file);
-    const auto data = nlohmann::json::parse(stream);
-    for (const auto& footprint : data["footprints"])
-    {
-        SCOPED_TRACE(footprint["id"].dump());
-        const auto getRing = [](const nlohmann::json& places, bool bCounterClockwise)
-        {
-            Polygon ring;
-            double dArea = 0.0;
-            for (std::size_t n = 0; n < places.size(); ++n)
-            {
-                const auto& a = places[n];
-                const auto& b = places[(n + 1) % places.size()];
-                dArea += double(a[0]) * double(b[1]) - double(b[0]) * double(a[1]);
-                ring.emplace_back(double(a[0]), double(a[1]), 0.0);
-            }
-            if ((dArea > 0) != bCounterClockwise)
-                std::reverse(ring.begin(), ring.end());
-            ring.erase(std::unique(ring.begin(), ring.end(),
-                                   [](const Point3d& a, const Point3d& b) { return a.distSqrd(b) == 0; }),
-                       ring.end());
-            while (ring.size() > 1 && ring.front().distSqrd(ring.back()) == 0)
-                ring.pop_back();
-            return ring;
-        };
-        std::vector<Polygon> aHoles;
-        for (const auto& hole : footprint["holes"])
-            if (hole.size() > 2) // a point that is to be a corner of triangles is no hole
-                aHoles.push_back(getRing(hole, false));
-        PolygonModel model;
-        Step step(model);
-        Face& face = model.AddFace(getRing(footprint["outer"], true), aHoles);
-        const FaceFacets* pFacets = face.GetFacets();
-        ASSERT_TRUE(pFacets);
-        double dArea = 0.0;
-        std::set<const Vertex*> used;
-        for (const Facet& facet : pFacets->GetFacets())
-        {
-            const double dOfOne = facet.GetSignedArea(UnitVector3d::kZDir);
-            EXPECT_GE(dOfOne, -1e-9);
-            dArea += std::abs(dOfOne);
-            used.insert(facet.aVertices.begin(), facet.aVertices.end());
-        }
-        const double dExpected = footprint["area"];
-        EXPECT_NEAR(dArea, dExpected, 1e-12 * dExpected);
-        std::vector<Vertex*> aVertices;
-        face.GetVertices(aVertices);
-        EXPECT_EQ(used, std::set<const Vertex*>(aVertices.begin(), aVertices.end()));
-    }
 }
 } // namespace QRV

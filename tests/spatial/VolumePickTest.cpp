@@ -89,12 +89,14 @@ IDs PickByCutting(History& history, const std::vector<Plane>& aPlanes, PickKinds
     return aIDs;
 }
 
-IDs Pick(History& history, const std::vector<Plane>& aPlanes, PickKinds kinds, bool bWhole)
+/// @param pLine  along which hits are sorted into the list
+IDs Pick(History& history, const std::vector<Plane>& aPlanes, PickKinds kinds, bool bWhole,
+         const Line3d* pLine = nullptr, SortedHits* pSorted = nullptr)
 {
     IDs aIDs;
     ExpectGood(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices, kinds.bEdges,
-                                                         kinds.bFaces, bWhole, 1e-12, nullptr, nullptr, nullptr,
-                                                         nullptr, false));
+                                                         kinds.bFaces, bWhole, 1e-12, pLine, nullptr, nullptr, pSorted,
+                                                         false));
     return aIDs;
 }
 
@@ -188,11 +190,8 @@ TEST(VolumePick, OrdersHitsAlongTheLine)
     const Line3d line(at(1, 1, 10), -at.z);
     const auto pick = [&](const std::vector<Plane>& aPlanes, PickKinds kinds, bool bWhole, const Line3d& along)
     {
-        IDs aIDs;
         SortedHits aSorted;
-        ExpectGood(APIIntersectsNegativeSideOfPlanesReadOnly(history.GetID(), aPlanes, aIDs, kinds.bVertices,
-                                                             kinds.bEdges, kinds.bFaces, bWhole, 1e-12, &along, nullptr,
-                                                             nullptr, &aSorted, false));
+        const IDs aIDs = Pick(history, aPlanes, kinds, bWhole, &along, &aSorted);
         EXPECT_TRUE(std::is_sorted(aSorted.begin(), aSorted.end(),
                                    [](const auto& a, const auto& b) { return a.first < b.first; }));
         std::vector<std::pair<double, std::uint64_t>> aHits;

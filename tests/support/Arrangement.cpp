@@ -27,12 +27,12 @@ public:
     {
         PlacePoints(aSegments);
         CutSegments();
-        FindComponents();
-        Arrangement result{m_aPoints.size(), m_edges.size(), m_aComponents.size()};
-        result.nFaces = result.nEdges + result.nComponents - result.nVertices;
-        for (std::size_t n = 0; n < m_aComponents.size(); ++n)
-            if (!IsNested(n))
-                result.dArea += std::abs(GetArea(m_aOutlines[n]));
+        JoinPoints();
+        WalkRegions();
+        Arrangement result{m_aPoints.size(), m_edges.size(), m_nFaces};
+        for (const std::vector<Point2d>& outline : m_aOutlines)
+            if (!IsNested(outline))
+                result.dArea += GetArea(outline);
         return result;
     }
 
@@ -92,56 +92,39 @@ private:
         }
     }
 
-    /// Goes round the outside of each component from its leftmost point.
-    void FindComponents()
+    void JoinPoints()
     {
-        std::vector<std::vector<std::size_t>> aNeighbours(m_aPoints.size());
+        m_aNeighbours.resize(m_aPoints.size());
         for (const auto& [a, b] : m_edges)
         {
-            aNeighbours[a].push_back(b);
-            aNeighbours[b].push_back(a);
-        }
-        std::vector<bool> aSeen(m_aPoints.size());
-        for (std::size_t nSeed = 0; nSeed < m_aPoints.size(); ++nSeed)
-        {
-            if (aSeen[nSeed])
-                continue;
-            std::vector<std::size_t> aComponent{nSeed};
-            aSeen[nSeed] = true;
-            for (std::size_t n = 0; n < aComponent.size(); ++n)
-                for (const std::size_t nNext : aNeighbours[aComponent[n]])
-                    if (!aSeen[nNext])
-                    {
-                        aSeen[nNext] = true;
-                        aComponent.push_back(nNext);
-                    }
-            m_aOutlines.push_back(WalkOutside(aComponent, aNeighbours));
-            m_aComponents.push_back(std::move(aComponent));
+            m_aNeighbours[a].push_back(b);
+            m_aNeighbours[b].push_back(a);
         }
     }
 
-    std::vector<Point2d> WalkOutside(const std::vector<std::size_t>& aComponent,
-                                     const std::vector<std::vector<std::size_t>>& aNeighbours) const
+    /// Goes round every region with the region to the right. Round the outside of a component that is
+    /// counter-clockwise.
+    void WalkRegions()
     {
-        const auto isLeft = [&](std::size_t a, std::size_t b)
-        { return std::pair(m_aPoints[a].x, m_aPoints[a].y) < std::pair(m_aPoints[b].x, m_aPoints[b].y); };
-        const std::size_t nStart = *std::min_element(aComponent.begin(), aComponent.end(), isLeft);
-        std::vector<Point2d> aOutline;
-        if (aNeighbours[nStart].empty())
-            return aOutline; // a lone point
-        std::size_t nAt = nStart;
-        Vector2d back{-1, 0}; // where the walk came from; to the left of the start there is nothing
-        std::size_t nFirst = ~std::size_t(0);
-        while (true)
+        std::set<std::pair<std::size_t, std::size_t>> seen;
+        const auto walk = [&](std::size_t nFrom, std::size_t nTo)
         {
-            const std::size_t nNext = TurnFrom(nAt, back, aNeighbours[nAt]);
-            if (nAt == nStart && nNext == nFirst)
-                return aOutline;
-            if (nFirst == ~std::size_t(0))
-                nFirst = nNext;
-            aOutline.push_back(m_aPoints[nAt]);
-            back = m_aPoints[nAt] - m_aPoints[nNext];
-            nAt = nNext;
+            std::vector<Point2d> outline;
+            while (seen.emplace(nFrom, nTo).second)
+            {
+                outline.push_back(m_aPoints[nFrom]);
+                const std::size_t nNext = TurnFrom(nTo, m_aPoints[nFrom] - m_aPoints[nTo], m_aNeighbours[nTo]);
+                nFrom = std::exchange(nTo, nNext);
+            }
+            const double dArea = GetArea(outline);
+            m_nFaces += dArea < -kNoArea;
+            if (dArea > kNoArea)
+                m_aOutlines.push_back(outline);
+        };
+        for (const auto& [a, b] : m_edges)
+        {
+            walk(a, b);
+            walk(b, a);
         }
     }
 
@@ -173,31 +156,34 @@ private:
         return dTwice / 2;
     }
 
-    bool IsNested(std::size_t nComponent) const
+    bool IsNested(const std::vector<Point2d>& inner) const
     {
-        const Point2d& p = m_aPoints[m_aComponents[nComponent].front()];
-        for (std::size_t n = 0; n < m_aOutlines.size(); ++n)
-        {
-            bool bInside = false;
-            for (std::size_t i = 0; n != nComponent && i < m_aOutlines[n].size(); ++i)
-            {
-                const Point2d& a = m_aOutlines[n][i];
-                const Point2d& b = m_aOutlines[n][(i + 1) % m_aOutlines[n].size()];
-                if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y))
-                    bInside = !bInside;
-            }
-            if (bInside)
-                return true;
-        }
-        return false;
+        const Point2d& p = inner.front();
+        return std::any_of(m_aOutlines.begin(), m_aOutlines.end(),
+                           [&](const std::vector<Point2d>& outline)
+                           {
+                               bool bInside = false;
+                               for (std::size_t i = 0; &outline != &inner && i < outline.size(); ++i)
+                               {
+                                   const Point2d& a = outline[i];
+                                   const Point2d& b = outline[(i + 1) % outline.size()];
+                                   if ((a.y > p.y) != (b.y > p.y) &&
+                                       p.x < a.x + (b.x - a.x) * (p.y - a.y) / (b.y - a.y))
+                                       bInside = !bInside;
+                               }
+                               return bInside;
+                           });
     }
+
+    static constexpr double kNoArea = 1e-11;
 
     double m_dTol;
     std::vector<PlanarSegment> m_aSegments;
     std::vector<Point2d> m_aPoints;
     std::set<std::pair<std::size_t, std::size_t>> m_edges;
-    std::vector<std::vector<std::size_t>> m_aComponents;
-    std::vector<std::vector<Point2d>> m_aOutlines;
+    std::vector<std::vector<std::size_t>> m_aNeighbours;
+    std::size_t m_nFaces = 0;
+    std::vector<std::vector<Point2d>> m_aOutlines; ///< of components, counter-clockwise
 };
 } // namespace
 

@@ -15,8 +15,7 @@ struct Arrangement
 {
     std::size_t nVertices = 0;
     std::size_t nEdges = 0;
-    std::size_t nComponents = 0;
-    std::size_t nFaces = 0; ///< bounded ones, by Euler's formula
+    std::size_t nFaces = 0; ///< bounded ones
     double dArea = 0.0;     ///< of all bounded faces together
 };
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 
 namespace QRV
 {
@@ -27,4 +28,20 @@ public:
         Scope& operator=(const Scope&) = delete;
     };
 };
+
+/// Does the work with so much memory granted. False if it threw for want of more.
+template <class Work>
+bool SucceedsWith(std::size_t nGranted, Work work)
+{
+    const FailingAllocator::Scope shortage(nGranted);
+    try
+    {
+        work();
+        return true;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return false;
+    }
+}
 } // namespace QRV

@@ -11,78 +11,14 @@ namespace QRV
 {
 namespace
 {
-void Write(std::ostream& text, const Object* pObject)
-{
-    text << ' ' << (pObject ? static_cast<long long>(pObject->GetID()) : -1);
-}
-
-template <class List>
-void WriteList(std::ostream& text, const List& aObjects)
-{
-    for (const Object* pObject : aObjects)
-        Write(text, pObject);
-}
-
+/// Its fields, and the ids of what carries it.
 void WriteContents(std::ostream& text, const Object& object)
 {
-    if (const auto* pVertex = dynamic_cast<const Vertex*>(&object))
-    {
-        for (int n = 0; n < 3; ++n)
-            text << ' ' << pVertex->GetPosition()[n];
-        text << ' ' << pVertex->GetUse() << pVertex->IsSmooth();
-        WriteList(text, pVertex->GetEdgesPerGroup());
-    }
-    else if (const auto* pEdge = dynamic_cast<const Edge*>(&object))
-    {
-        WriteList(text, std::initializer_list<const Object*>{pEdge->GetStartVertex(), pEdge->GetEndVertex(),
-                                                             pEdge->GetCoedge()});
-        text << ' ' << pEdge->GetUse() << pEdge->IsSmooth();
-    }
-    else if (const auto* pCoedge = dynamic_cast<const Coedge*>(&object))
-    {
-        WriteList(text, std::initializer_list<const Object*>{pCoedge->GetEdge(), pCoedge->GetLoop(), pCoedge->GetNext(),
-                                                             pCoedge->GetPrevious(), pCoedge->GetPartner()});
-        text << ' ' << pCoedge->IsForward();
-    }
-    else if (const auto* pLoop = dynamic_cast<const Loop*>(&object))
-        WriteList(text, std::initializer_list<const Object*>{pLoop->GetFace(), pLoop->GetCoedge()});
-    else if (const auto* pFace = dynamic_cast<const Face*>(&object))
-    {
-        Write(text, pFace->GetShell());
-        WriteList(text, pFace->GetLoops());
-        for (int n = 0; n < 3; ++n)
-            text << ' ' << pFace->GetCachedBox().lower[n] << ' ' << pFace->GetCachedBox().upper[n];
-    }
-    else if (const auto* pShell = dynamic_cast<const Shell*>(&object))
-    {
-        Write(text, pShell->GetLump());
-        WriteList(text, pShell->GetFaces());
-    }
-    else if (const auto* pLump = dynamic_cast<const Lump*>(&object))
-    {
-        Write(text, pLump->GetBody());
-        WriteList(text, pLump->GetShells());
-    }
-    else if (const auto* pBody = dynamic_cast<const Body*>(&object))
-        WriteList(text, pBody->GetLumps());
-    else
-    {
-        text << '\n';
-        TextFormatter archive(text, false, 1);
-        object.Save(archive);
-    }
-}
-
-/// What it carries, and what carries it.
-void WriteLinks(std::ostream& text, const Object& object)
-{
-    std::vector<Attribute*> aAttributes;
-    object.GetAttributes(aAttributes);
-    text << " with";
-    WriteList(text, aAttributes);
+    TextFormatter archive(text, true, 1);
+    archive.EnterLevel(); // at the top a reference tells sizes too
+    object.Save(archive);
     const auto* pAttribute = dynamic_cast<const Attribute*>(&object);
     const auto* pTexture = dynamic_cast<const Texture*>(&object);
-    text << " of";
     for (const std::uint64_t nOwner : pAttribute ? pAttribute->GetOwnerIDs()
                                       : pTexture ? pTexture->GetOwnerIDs()
                                                  : SharedIDSet())
@@ -124,9 +60,9 @@ const std::vector<Frame>& GetFrames()
 std::vector<Frame> GetFramesAndFar()
 {
     std::vector<Frame> aFrames = GetFrames();
-    aFrames.push_back(aFrames[1]);
-    aFrames.back().pName = "turned and very far away";
-    aFrames.back().origin = Point3d(1e5, -1e5, 7e4);
+    aFrames.push_back(MakeFrame("upside down", Point3d(5, 6, 7), Vector3d(1, 0, 0), Vector3d(0, -1, 0)));
+    aFrames.push_back(MakeFrame("turned and very far away", Point3d(-1e6, 1e6, 5e5), Vector3d(0.7, -0.4, -0.5),
+                                Vector3d(0.2, 1, 0.1)));
     return aFrames;
 }
 
@@ -302,13 +238,11 @@ std::string Describe(const History& history)
 {
     std::ostringstream text;
     text.imbue(std::locale::classic());
-    text << std::hexfloat;
     for (std::uint64_t nID = 0; nID < history.GetObjectTable().Size(); ++nID)
         if (const Object* pObject = history.GetObject(nID))
         {
-            text << nID << ' ' << pObject->GetName();
+            text << pObject->GetName() << '\n';
             WriteContents(text, *pObject);
-            WriteLinks(text, *pObject);
             text << '\n';
         }
     return text.str();

@@ -38,7 +38,7 @@ struct Frame
 Frame MakeFrame(const char* pName, const Point3d& origin, const Vector3d& x, const Vector3d& inPlane);
 /// As it stands, turned about no axis of the world, and turned and far away.
 const std::vector<Frame>& GetFrames();
-/// And one turned and very far away.
+/// And one upside down, and one turned and very far away.
 std::vector<Frame> GetFramesAndFar();
 
 using Polygon = std::vector<Point3d>;
@@ -131,13 +131,5 @@ void ExpectUndoRedoRestores(History& history);
 /// The codes of the findings, in ascending order.
 std::vector<unsigned> GetFindings(const Object& object);
 
-/// A test of what holds in every place and direction, on a model of its own for each.
-template <class Model>
-class InFrame : public testing::TestWithParam<Frame>
-{
-protected:
-    const Frame m_at = GetParam();
-    Model m_model;
-};
 void PrintTo(const Frame& frame, std::ostream* pText);
 } // namespace QRV

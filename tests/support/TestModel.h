@@ -96,7 +96,6 @@ struct SolidData
     double dVolume = 0.0;
     double dArea = 0.0;
     double dTolerance = 1e-9; ///< of volume and area
-    int nEuler = 2;           ///< faces - edges + vertices
 };
 /// One closed body of these figures, in a sound model.
 void ExpectSolid(const TestModel& model, std::uint64_t nBody, const SolidData& data);
