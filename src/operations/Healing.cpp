@@ -6,8 +6,10 @@
 #include "model/Face.h"
 #include "model/Vertex.h"
 #include "operations/EdgeSplit.h"
+#include "operations/FaceInterior.h"
 
 #include <algorithm>
+#include <map>
 
 namespace QRV
 {
@@ -163,19 +165,87 @@ public:
     /// Splits the loop at the vertex; true when it did. `pNewFaces` gets the id of a face that came off.
     bool Heal(std::vector<std::uint64_t>* pNewFaces)
     {
-        if (!IsPinched())
+        const bool bSpike = TakeOutSpike();
+        const bool bPinched = IsPinched();
+        Face* pNewFace = bPinched ? Split() : nullptr;
+        if (pNewFace && pNewFaces)
+            pNewFaces->push_back(pNewFace->GetID());
+        if (bSpike)
+            DrawInSpurs(m_face, {m_vertex.GetID()});
+        if (bSpike && pNewFace)
+            DrawInSpurs(*pNewFace, {m_vertex.GetID()});
+        return bPinched;
+    }
+
+private:
+    /// A dangling end that starts at the pinch, between two ways through it, would hide it. It is taken out of the loop
+    /// and drawn in again behind the split, into the face where it lies.
+    bool TakeOutSpike()
+    {
+        ShortList<Coedge*> aCoedges;
+        m_vertex.GetCoedges(aCoedges, &m_face);
+        const Loop* pLoop = aCoedges.empty() ? nullptr : aCoedges[0]->GetLoop();
+        if (aCoedges.size() != 6 ||
+            std::any_of(aCoedges.begin(), aCoedges.end(), [&](const Coedge* pCoedge) { return pCoedge->GetLoop() != pLoop; }))
             return false;
+        for (Coedge* pCoedge : aCoedges)
+            if (pCoedge->GetStartVertex() == &m_vertex && IsSpike(*pCoedge))
+            {
+                TakeOut(GetRun(*pCoedge));
+                return true;
+            }
+        return false;
+    }
+
+    /// From the vertex back to it.
+    std::vector<Coedge*> GetRun(Coedge& first) const
+    {
+        std::vector<Coedge*> aRun{&first};
+        while (aRun.back()->GetEndVertex() != &m_vertex)
+            aRun.push_back(aRun.back()->GetNext());
+        return aRun;
+    }
+
+    /// Whether the run goes back on the edges on which it came.
+    bool IsSpike(Coedge& first) const
+    {
+        std::vector<std::uint64_t> aEdgeIDs;
+        for (const Coedge* pCoedge : GetRun(first))
+            aEdgeIDs.push_back(pCoedge->GetEdge()->GetID());
+        std::sort(aEdgeIDs.begin(), aEdgeIDs.end());
+        for (std::size_t n = 0; n < aEdgeIDs.size(); n += 2)
+            if (n + 1 == aEdgeIDs.size() || aEdgeIDs[n] != aEdgeIDs[n + 1])
+                return false;
+        return true;
+    }
+
+    void TakeOut(const std::vector<Coedge*>& aRun)
+    {
+        m_face.Changed(nShapeChanged);
+        std::map<std::uint64_t, std::vector<std::uint64_t>> mapEdgesAt; // of each vertex on the way
+        for (const Coedge* pCoedge : aRun)
+        {
+            pCoedge->GetEdge()->Changed(nBoundaryChanged);
+            mapEdgesAt[pCoedge->GetStartVertex()->GetID()] = pCoedge->GetStartVertex()->GetConnectedEdgeIDs();
+        }
+        for (Coedge* pCoedge : aRun)
+            CutOutCoedge(*pCoedge);
+        for (const auto& [nVertex, aEdgeIDs] : mapEdgesAt)
+            m_face.GetHistory()->Get<Vertex>(nVertex)->Regroup(aEdgeIDs);
+    }
+
+    /// Gives the face that came off, if any.
+    Face* Split()
+    {
         Loop& loop = *m_pA->GetLoop();
         m_face.Changed(nShapeChanged);
         Coedge& beforeA = *m_pA->GetPrevious();
         Coedge& beforeB = *m_pB->GetPrevious();
         Coedge::Link(beforeA, *m_pB);
         Coedge::Link(beforeB, *m_pA);
-        SettleRings(loop, pNewFaces);
-        return true;
+        return SettleRings(loop);
     }
 
-private:
     /// Two ways out and two in, on four edges: an edge that is there twice is a dangling end or a bridge, which stays.
     bool IsPinched()
     {
@@ -209,7 +279,7 @@ private:
         return pInner != pOuter;
     }
 
-    void SettleRings(Loop& loop, std::vector<std::uint64_t>* pNewFaces)
+    Face* SettleRings(Loop& loop)
     {
         const Plane plane = m_face.GetPlane();
         History& history = *m_face.GetHistory();
@@ -222,30 +292,30 @@ private:
         const double dOther = other.GetSignedArea(plane);
         const bool bBothFaces = bOuter && dArea > kLinearTolerance && dOther > kLinearTolerance;
         if (bBothFaces || (!bOuter && dOther > kLinearTolerance))
-            return MakeFace(other, pNewFaces);
+            return &MakeFace(other);
         if (!bOuter && dArea > kLinearTolerance)
         {
             loop.SetCoedge(m_pB);
             loop.OwnCoedges();
             other.SetCoedge(m_pA);
             other.OwnCoedges();
-            return MakeFace(other, pNewFaces);
+            return &MakeFace(other);
         }
         m_face.AddLoop(&other, false);
         if (bOuter)
             m_face.ChooseOuterLoop();
         DropFlatLoops();
+        return nullptr;
     }
 
-    void MakeFace(Loop& loop, std::vector<std::uint64_t>* pNewFaces)
+    Face& MakeFace(Loop& loop)
     {
         Face& face = Face::Create(*m_face.GetHistory(), m_face.GetPlane(), m_face.GetShell());
         InheritAttributes(m_face, face);
         face.AddLoop(&loop, true);
         m_face.HandOverInnerLoops(face);
         m_face.Changed(nShapeChanged);
-        if (pNewFaces)
-            pNewFaces->push_back(face.GetID());
+        return face;
     }
 
     void DropFlatLoops()

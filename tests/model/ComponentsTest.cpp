@@ -50,7 +50,7 @@ TEST(ConnectedComponent, PartsSolidsThatShareAnEdgeOrTouchInAWall)
             Step step(model);
             const std::vector<Face*> aFirst = model.AddBlockFaces(at, Point3d(0, 0, 0), Point3d(1, 1, 1));
             const std::vector<Face*> aSecond = model.AddBlockFaces(at, Point3d(1, v, 0), Point3d(2, v + 1, 1));
-            std::vector<Coedge*> aAtEdge;
+            ShortList<Coedge*> aAtEdge;
             EXPECT_EQ(model.AddEdge(at(1, 1, 0), at(1, 1, 1)).GetCoedges(aAtEdge), 4u);
             for (const std::vector<Face*>& aSolid : {aFirst, aSecond})
                 for (Face* pSeed : aSolid)

@@ -40,7 +40,7 @@ TEST(FaceDelete, KeepsEdgesAsFreeOnesWithTheirMarks)
     EXPECT_TRUE(edge.IsFree());
     EXPECT_EQ(edge.GetUse(), 0u);
     EXPECT_TRUE(edge.IsSmooth());
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     edge.GetStartVertex()->GetConnectedEdges(aEdges);
     EXPECT_EQ(aEdges.size(), 2u);
     ExpectSound(model.GetHistory());
@@ -61,7 +61,7 @@ TEST(FaceDelete, KeepsBothHalvesOfAFanKnownAtItsVertex)
     }
     const Vertex& vertex = model.AddVertex(hub);
     EXPECT_EQ(vertex.GetEdgesPerGroup().size(), 2u);
-    std::vector<Edge*> aEdges;
+    ShortList<Edge*> aEdges;
     EXPECT_EQ(vertex.GetConnectedEdges(aEdges), 4u);
     ExpectUndoRedoRestores(model.GetHistory());
 }

@@ -70,7 +70,7 @@ TEST(Validity, NamesTheOneThingThatIsWrong)
     Coedge& inOther = *pOther->GetOuterLoop()->GetCoedge();
     Edge& edge = *coedge.GetEdge();
     Vertex& vertex = *edge.GetStartVertex();
-    std::vector<Coedge*> aOfThree;
+    ShortList<Coedge*> aOfThree;
     pFinned->GetCoedges(aOfThree);
 
     const std::vector<Damage> aCases{

@@ -101,7 +101,7 @@ TEST(Vertex, WhereSolidsTouchFallsIntoOneForEach)
     ExpectSound(model.GetHistory());
     for (const Vertex* pVertex : {&shared, aNew[0], aNew[1]})
     {
-        std::vector<Edge*> aEdges;
+        ShortList<Edge*> aEdges;
         aOwners.clear();
         EXPECT_EQ(pVertex->GetTopOwners(aOwners), 1u);
         EXPECT_EQ(pVertex->GetConnectedEdges(aEdges), pVertex->GetUse());
