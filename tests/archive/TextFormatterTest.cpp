@@ -1,5 +1,7 @@
 #include "archive/TextFormatter.h"
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 
 namespace QRV
