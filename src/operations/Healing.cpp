@@ -185,7 +185,7 @@ private:
         ShortList<Coedge*> aCoedges;
         m_vertex.GetCoedges(aCoedges, &m_face);
         const Loop* pLoop = aCoedges.empty() ? nullptr : aCoedges[0]->GetLoop();
-        if (aCoedges.size() != 6 ||
+        if (aCoedges.size() != 6 || CountEdges(aCoedges) != 5 ||
             std::any_of(aCoedges.begin(), aCoedges.end(), [&](const Coedge* pCoedge) { return pCoedge->GetLoop() != pLoop; }))
             return false;
         for (Coedge* pCoedge : aCoedges)
@@ -195,6 +195,14 @@ private:
                 return true;
             }
         return false;
+    }
+
+    static std::size_t CountEdges(const ShortList<Coedge*>& aCoedges)
+    {
+        ObjectSet edges;
+        for (const Coedge* pCoedge : aCoedges)
+            edges.insert(pCoedge->GetEdge());
+        return edges.size();
     }
 
     /// From the vertex back to it.
@@ -253,15 +261,11 @@ private:
         m_vertex.GetCoedges(aCoedges, &m_face);
         if (aCoedges.size() != 4)
             return false;
-        std::vector<Coedge*> aOut;
-        ObjectSet edges;
+        ShortList<Coedge*> aOut;
         for (Coedge* pCoedge : aCoedges)
-        {
-            edges.insert(pCoedge->GetEdge());
             if (pCoedge->GetStartVertex() == &m_vertex)
                 aOut.push_back(pCoedge);
-        }
-        if (aOut.size() != 2 || edges.size() != 4 || aOut[0]->GetLoop() != aOut[1]->GetLoop())
+        if (aOut.size() != 2 || CountEdges(aCoedges) != 4 || aOut[0]->GetLoop() != aOut[1]->GetLoop())
             return false;
         m_pA = aOut[0];
         m_pB = aOut[1];

@@ -58,4 +58,17 @@ TEST(Healing, PartsAnOutlineThatPassesAVertexTwiceAndKeepsTheDanglingEndThere)
                                     { return HealLoopsAtVertices(model.GetHistory(), {nVertex}, nullptr, nullptr); }));
             }
 }
+
+TEST(Healing, LeavesDanglingEndsThatBranchAlone)
+{
+    PolygonModel model;
+    const Frame& at = GetFrames()[1];
+    const Point3d hub = at(1, 1);
+    Face& face = model.AddFace({at(0, 0), hub, at(2, 1), hub, at(1, 2), hub, at(0, 0), at(4, 0), at(4, 4), at(0, 4)});
+    const std::uint64_t nHub = model.AddVertex(hub).GetID();
+    const std::string strBefore = Describe(model.GetHistory());
+    EXPECT_FALSE(InStep(model, [&] { return HealLoopsAtVertices(model.GetHistory(), {nHub}, &face, nullptr); }));
+    EXPECT_EQ(Describe(model.GetHistory()), strBefore);
+    ExpectSound(model.GetHistory());
+}
 } // namespace QRV
