@@ -137,9 +137,8 @@ std::size_t Vertex::GetCoedges(ShortList<Coedge*>& aCoedges, const Face* pOnly) 
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
             ForEachPartner(*pFirst, [&](Coedge& coedge) {
-                if (pOnly && coedge.GetFace() != pOnly)
-                    return;
-                aCoedges.push_back(&coedge);
+                if (!pOnly || coedge.GetFace() == pOnly)
+                    aCoedges.push_back(&coedge);
             });
     return aCoedges.size() - nBefore;
 }

@@ -23,9 +23,10 @@ struct BoxOf;
 /// It owns its nodes and can be moved; a copy is made with Clone(). An element must leave before its box changes and
 /// comes back when the new one is there. Elements with a null box are in no tree. An element may stand in a tree once.
 ///
-/// All searches append to their list (a std::vector, or a ShortList where few are expected) and give the number appended. An element is found when its own box passes the
-/// test told there; the order is that of the tree, which depends on the history of insertions and removals and on
-/// nothing else. A search may throw std::bad_alloc for its vector; the tree stays as it was.
+/// All searches append to their list (a std::vector, or a ShortList where few are expected) and give the number
+/// appended. An element is found when its own box passes the test told there; the order is that of the tree, which
+/// depends on the history of insertions and removals and on nothing else. A search may throw std::bad_alloc for its
+/// list; the tree stays as it was.
 template <class T>
 class BoxTree
 {

@@ -68,9 +68,8 @@ std::size_t BoxTree<T>::Find(const Test& test, List& aFound) const
                 [&](const Leaf& leaf)
                 {
                     std::uint32_t nMet = GetPassing(leaf, [&](const Interval3d& box) { return test.IsMet(box); });
-                    if constexpr (std::is_same_v<List, std::vector<T*>>)
-                        if (nMet != 0)
-                            ReserveFew(aFound);
+                    if (nMet != 0)
+                        ReserveFew(aFound);
                     for (; nMet != 0; nMet &= nMet - 1)
                         aFound.push_back(leaf.GetElement(static_cast<std::uint32_t>(std::countr_zero(nMet))));
                     return true;

@@ -74,4 +74,10 @@ void ReserveFew(std::vector<T>& aList)
     if (aList.capacity() == 0)
         aList.reserve(kFew);
 }
+
+/// It has that room of its own.
+template <class T, std::size_t kOwnRoom>
+void ReserveFew(ShortList<T, kOwnRoom>&)
+{
+}
 } // namespace QRV
