@@ -257,10 +257,17 @@ void FaceFacets::ForEachCandidate(BoxTest&& test, Visit&& visit) const
                 return;
         return;
     }
-    if (m_tree.IsEmpty())
+    if (!m_pTree)
+    {
+        std::vector<const Facet*> aFacets;
+        aFacets.reserve(m_aFacets.size());
         for (const Facet& facet : m_aFacets)
-            m_tree.Insert(&facet);
-    m_tree.Visit(test, [&](const Facet* pFacet, const Interval3d& box) { return !test(box) || visit(*pFacet); });
+            aFacets.push_back(&facet);
+        auto pTree = std::make_unique<BoxTree<const Facet>>();
+        pTree->BulkLoad(aFacets);
+        m_pTree = std::move(pTree);
+    }
+    m_pTree->Visit(test, [&](const Facet* pFacet, const Interval3d& box) { return !test(box) || visit(*pFacet); });
 }
 
 bool FaceFacets::ContainsPoint(const Point3d& p, const Plane& plane, bool bWide) const
@@ -337,6 +344,6 @@ bool FaceFacets::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlane
 
 std::size_t FaceFacets::GetSizeInBytes() const
 {
-    return sizeof(FaceFacets) + m_aFacets.capacity() * sizeof(Facet) + m_tree.GetSizeInBytes();
+    return sizeof(FaceFacets) + m_aFacets.capacity() * sizeof(Facet) + (m_pTree ? m_pTree->GetSizeInBytes() : 0);
 }
 } // namespace QRV

@@ -62,7 +62,7 @@ private:
     void ForEachCandidate(BoxTest&& test, Visit&& visit) const;
 
     std::vector<Facet> m_aFacets;
-    mutable BoxTree<const Facet> m_tree; ///< built on the first search of a large set
+    mutable std::unique_ptr<BoxTree<const Facet>> m_pTree; ///< built on the first search of a large set
     double m_dTolerance = kLinearTolerance;
 };
 } // namespace QRV
