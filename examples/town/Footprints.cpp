@@ -133,4 +133,16 @@ void AppendCopies(std::vector<Footprint>& aFootprints, std::size_t nCopies, doub
             aFootprints.push_back(std::move(copy));
         }
 }
+
+Point2d MoveToBasePoint(std::vector<Footprint>& aFootprints)
+{
+    Extent all;
+    for (const Footprint& footprint : aFootprints)
+        all.Add(footprint);
+    const double dX = std::round((all.dLeft + all.dRight) / 2.0);
+    const double dY = std::round((all.dBottom + all.dTop) / 2.0);
+    for (Footprint& footprint : aFootprints)
+        Move(footprint, -dX, -dY);
+    return {dX, dY};
+}
 } // namespace examples

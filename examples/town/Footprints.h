@@ -33,4 +33,8 @@ void LayOutInRows(std::vector<Footprint>& aFootprints, double dGap);
 
 /// Appends copies of all footprints, each as far to the right of the last as the whole is wide, and the gap.
 void AppendCopies(std::vector<Footprint>& aFootprints, std::size_t nCopies, double dGap);
+
+/// Moves all footprints as they stand, so that a whole metre in their middle becomes the origin, and gives that point.
+/// Programs that read the model in single precision lose digits away from the origin.
+QRV::Point2d MoveToBasePoint(std::vector<Footprint>& aFootprints);
 } // namespace examples

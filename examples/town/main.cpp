@@ -235,7 +235,12 @@ void Run(const Options& options)
 {
     std::vector<Footprint> aFootprints = ReadFootprints(options.file, kStoreyHeights);
     AppendCopies(aFootprints, options.nCopies, kGap);
-    if (!options.bInPlace)
+    if (options.bInPlace)
+    {
+        const Point2d base = MoveToBasePoint(aFootprints);
+        std::printf("origin of the model: %.0f, %.0f\n", base.x, base.y);
+    }
+    else
         LayOutInRows(aFootprints, kGap);
 
     Session session(options.out / "town.journal");
