@@ -1,12 +1,16 @@
 #include "history/History.h"
 #include "model/Body.h"
+#include "model/Coedge.h"
+#include "model/Edge.h"
 #include "model/Face.h"
+#include "model/Loop.h"
 #include "model/Lump.h"
 #include "model/Shell.h"
 #include "spatial/BoxTree.h"
 #include "spatial/Measures.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace QRV
 {
@@ -16,7 +20,8 @@ struct ShellRecord
 {
     Shell* pShell;
     Interval3d box;
-    double dVolume; ///< positive for a solid, negative for a void, 0 for a sheet
+    double dVolume;  ///< positive for a solid, negative for a void, 0 for a sheet
+    bool bWasClosed; ///< before the rebuild
 
     bool IsVoid() const { return dVolume <= -kVolumeTolerance; }
     bool IsSolid() const { return dVolume > kVolumeTolerance; }
@@ -36,6 +41,11 @@ bool IsLarger(const ShellRecord* pA, const ShellRecord* pB)
     return pA->dVolume != pB->dVolume ? pA->dVolume > pB->dVolume : pA->pShell->GetID() < pB->pShell->GetID();
 }
 
+double GetVolumeOf(const Shell& shell)
+{
+    return GetSignedVolume({shell.GetFaces().begin(), shell.GetFaces().end()});
+}
+
 bool IsFirstInLump(const Shell& shell)
 {
     return shell.GetLump() && shell.GetLump()->GetShells().front() == &shell;
@@ -53,52 +63,232 @@ public:
     bool Run()
     {
         GatherShells();
-        RecordShells();
         RemoveEmpty();
         FillTree();
         PlaceSolids();
+        TurnOutward();
         PlaceVoids();
         RemoveEmpty();
         return m_bMoved;
     }
 
 private:
-    /// One shell for each sheet of faces that hang together: that of its first face, unless another sheet has it
-    /// already.
+    /// One shell for each sheet of faces that hang together. Closed shells come first, and keep what they bound
+    /// whatever has come to stand outside at their edges. Of the rest each sheet takes the shell of its first face,
+    /// unless another has it already.
     void GatherShells()
     {
-        ObjectSet taken;
-        for (const std::vector<Face*>& aSheet : FindSheets())
+        std::vector<Shell*> aClosed;
+        std::vector<Face*> aLoose;
+        for (const Lump* pLump : m_body.GetLumps())
+            for (Shell* pShell : pLump->GetShells())
+                if (pShell->IsClosed() && std::abs(GetVolumeOf(*pShell)) > kVolumeTolerance)
+                    aClosed.push_back(pShell);
+                else
+                    aLoose.insert(aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
+        for (Shell* pShell : aClosed)
+            Divide(*pShell, aLoose);
+        ObjectSet taken(aClosed.begin(), aClosed.end());
+        std::vector<Shell*> aShells;
+        for (const std::vector<Face*>& aSheet : FindSheets(std::move(aLoose)))
         {
             Shell* pShell = aSheet.front()->GetShell();
             if (taken.contains(pShell))
                 pShell = &m_history.Create<Shell>();
             taken.insert(pShell);
             MoveFaces(aSheet, *pShell);
-            m_aShells.push_back(pShell);
+            aShells.push_back(pShell);
         }
+        for (Shell* pShell : aClosed)
+            Record(*pShell, {.bClosed = true, .bWasClosed = true});
+        for (Shell* pShell : aShells)
+            Record(*pShell, {.bClosed = pShell->IsClosed()});
     }
 
-    /// In order of id, and each sheet from its lowest, so that the result depends on the faces alone and a second run
-    /// moves nothing.
-    std::vector<std::vector<Face*>> FindSheets() const
+    /// Where loose faces stand right across the solid within a closed shell, it bounds from now on one of the parts,
+    /// and what it leaves is loose. Else it stays as it is.
+    void Divide(Shell& shell, std::vector<Face*>& aLoose)
+    {
+        const std::vector<Face*> aOwn(shell.GetFaces().begin(), shell.GetFaces().end());
+        if (aLoose.empty() || !IsAtBranch(aOwn))
+            return;
+        std::vector<Face*> aAll = aOwn;
+        aAll.insert(aAll.end(), aLoose.begin(), aLoose.end());
+        const ObjectSet core = GetWithoutOpen(aAll, {aAll.begin(), aAll.end()});
+        if (core.size() == aOwn.size())
+            return;
+        const std::vector<Face*> aPart = FindPart(aOwn, core);
+        if (aPart.empty())
+            return;
+        MoveFaces(aPart, shell);
+        const ObjectSet part(aPart.begin(), aPart.end());
+        std::erase_if(aAll, [&](const Face* pFace) { return part.contains(pFace); });
+        aLoose = std::move(aAll);
+    }
+
+    struct Part
     {
         std::vector<Face*> aFaces;
-        m_body.GetBodyFaces(aFaces);
+        Interval3d box;
+        double dVolume = 0.0;
+
+        explicit Part(std::vector<Face*> aFacesOfIt) : aFaces(std::move(aFacesOfIt)), dVolume(GetSignedVolume(aFaces))
+        {
+            for (const Face* pFace : aFaces)
+                pFace->AddToBox(box);
+        }
+        bool ReachesBeyond(const Part& other) const { return other.box <= box && !(box <= other.box); }
+        /// Of a solid around a court and what fills the court, the one around; of such side by side the larger.
+        bool IsPreferredTo(const Part& other) const
+        {
+            return ReachesBeyond(other) || (!other.ReachesBeyond(*this) && std::abs(dVolume) > std::abs(other.dVolume));
+        }
+        /// Whether it can stand for the whole: as wide, or not less than half. Where only a lesser part is closed, the
+        /// faces across have yet to be joined by others.
+        bool StandsFor(const Part& whole) const
+        {
+            constexpr double kNearlyHalf = 0.5 * (1.0 - 1e-9);
+            const double dShare = dVolume / whole.dVolume;
+            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && (whole.box <= box || dShare >= kNearlyHalf);
+        }
+    };
+
+    /// Of the closed sheets through faces of a shell, as those bound it or turned into the solid. Empty for none.
+    static std::vector<Face*> FindPart(const std::vector<Face*>& aOwn, const ObjectSet& core)
+    {
+        const Part whole(aOwn);
+        Part best({});
+        ObjectSet tried;
+        std::vector<Face*> aSheet;
+        for (Face* pSeed : aOwn)
+        {
+            if (tried.contains(pSeed))
+                continue;
+            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet);
+            tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
+            if (!sheet.bClosed || !IsClosedAlone(aSheet))
+                continue;
+            Part part(aSheet);
+            if (part.StandsFor(whole) && (best.aFaces.empty() || part.IsPreferredTo(best)))
+                best = std::move(part);
+        }
+        return best.aFaces;
+    }
+
+    static bool IsAtBranch(const std::vector<Face*>& aFaces)
+    {
+        bool bBranches = false;
+        for (const Face* pFace : aFaces)
+            for (const Loop* pLoop : pFace->GetLoops())
+                pLoop->ForEachCoedge([&](const Coedge& coedge)
+                                     { bBranches = bBranches || coedge.GetEdge()->GetUse() > 2; });
+        return bBranches;
+    }
+
+    /// Closed sheets first, or an open one that reaches an edge of theirs would go on into them. In order of id, and
+    /// each sheet from its lowest, so that the result depends on the faces alone and a second run moves nothing.
+    static std::vector<std::vector<Face*>> FindSheets(std::vector<Face*> aFaces)
+    {
         std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
         std::vector<std::vector<Face*>> aSheets;
+        ObjectSet left(aFaces.begin(), aFaces.end());
+        std::vector<Face*> aSheet;
+        while (FindClosedSheet(aFaces, left, aSheet))
+        {
+            for (const Face* pFace : aSheet)
+                left.erase(pFace);
+            aSheets.push_back(std::move(aSheet));
+        }
         ObjectSet seen;
         for (Face* pSeed : aFaces)
         {
-            if (seen.contains(pSeed))
+            if (!left.contains(pSeed) || seen.contains(pSeed))
                 continue;
-            std::vector<Face*> aSheet;
+            aSheet.clear();
             Face::Sheet sheet;
-            sheet.pWithin = &m_body;
+            sheet.pAmong = &left;
             pSeed->GetConnectedComponent(aSheet, seen, sheet);
             AddCoherent(std::move(aSheet), aSheets);
         }
         return aSheets;
+    }
+
+    /// The first closed sheet among the faces left, `aSheet`, in order of id. Faces that hang out of it into the open
+    /// are no part of it, though they share its edges. Of faces that hang together over edges of two sides one stands
+    /// for all.
+    static bool FindClosedSheet(const std::vector<Face*>& aFaces, const ObjectSet& left, std::vector<Face*>& aSheet)
+    {
+        const ObjectSet core = GetWithoutOpen(aFaces, left);
+        ObjectSet tried;
+        for (Face* pSeed : aFaces)
+        {
+            if (!core.contains(pSeed) || tried.contains(pSeed))
+                continue;
+            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet);
+            tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
+            if (sheet.bClosed && IsClosedAlone(aSheet) && std::abs(GetSignedVolume(aSheet)) > kVolumeTolerance)
+                return true;
+        }
+        return false;
+    }
+
+    /// The sheet replaces the contents of `aSheet`.
+    static Face::Sheet FindSheetAt(Face& seed, const ObjectSet& among, std::vector<Face*>& aSheet)
+    {
+        aSheet.clear();
+        ObjectSet seen;
+        Face::Sheet sheet;
+        sheet.pAmong = &among;
+        seed.GetConnectedComponent(aSheet, seen, sheet);
+        return sheet;
+    }
+
+    /// Puts the faces in order of id. Whether they still make one closed sheet from the first when there are no others.
+    static bool IsClosedAlone(std::vector<Face*>& aFaces)
+    {
+        std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
+        std::vector<Face*> aReached;
+        return FindSheetAt(*aFaces.front(), {aFaces.begin(), aFaces.end()}, aReached).bClosed &&
+               aReached.size() == aFaces.size();
+    }
+
+    /// The faces left without those that have an edge for themselves alone, and so on until none has.
+    static ObjectSet GetWithoutOpen(const std::vector<Face*>& aFaces, const ObjectSet& left)
+    {
+        ObjectSet core = left;
+        std::vector<const Face*> aToDo(aFaces.begin(), aFaces.end());
+        ShortList<const Face*> aBeside;
+        while (!aToDo.empty())
+        {
+            const Face* pFace = aToDo.back();
+            aToDo.pop_back();
+            aBeside.clear();
+            if (!core.contains(pFace) || !HasOpenEdge(*pFace, core, aBeside))
+                continue;
+            core.erase(pFace);
+            aToDo.insert(aToDo.end(), aBeside.begin(), aBeside.end());
+        }
+        return core;
+    }
+
+    /// Whether no other coedge of the faces `among` runs along some edge of the face. Appends those of them at its
+    /// edges to `aBeside`.
+    static bool HasOpenEdge(const Face& face, const ObjectSet& among, ShortList<const Face*>& aBeside)
+    {
+        bool bOpen = false;
+        ShortList<Coedge*> aOnEdge;
+        for (const Loop* pLoop : face.GetLoops())
+            pLoop->ForEachCoedge(
+                [&](const Coedge& coedge)
+                {
+                    aOnEdge.clear();
+                    coedge.GetEdge()->GetCoedges(aOnEdge);
+                    aOnEdge.EraseIf([&](const Coedge* p) { return p == &coedge || !among.contains(p->GetFace()); });
+                    bOpen = bOpen || aOnEdge.empty();
+                    for (const Coedge* pOther : aOnEdge)
+                        aBeside.push_back(pOther->GetFace());
+                });
+        return bOpen;
     }
 
     /// Where many faces meet at an edge a sheet can depend on faces that went to another; without them it falls apart.
@@ -110,34 +300,32 @@ private:
             std::vector<Face*> aFaces = std::move(aToDo.back());
             aToDo.pop_back();
             std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
-            const ObjectSet among(aFaces.begin(), aFaces.end());
             std::vector<Face*> aCoherent;
-            ObjectSet seen;
-            Face::Sheet sheet;
-            sheet.pAmong = &among;
-            aFaces.front()->GetConnectedComponent(aCoherent, seen, sheet);
+            FindSheetAt(*aFaces.front(), {aFaces.begin(), aFaces.end()}, aCoherent);
             if (aCoherent.size() == aFaces.size())
             {
                 aSheets.push_back(std::move(aFaces));
                 continue;
             }
-            std::erase_if(aFaces, [&](const Face* pFace) { return seen.contains(pFace); });
+            const ObjectSet coherent(aCoherent.begin(), aCoherent.end());
+            std::erase_if(aFaces, [&](const Face* pFace) { return coherent.contains(pFace); });
             aToDo.push_back(std::move(aFaces));
             aToDo.push_back(std::move(aCoherent));
         }
     }
 
-    void RecordShells()
+    struct Closure
     {
-        for (Shell* pShell : m_aShells)
-        {
-            ShellRecord record{pShell, Interval3d(), 0.0};
-            pShell->AddToBox(record.box);
-            const SharedObjectSet<Face>& faces = pShell->GetFaces();
-            if (pShell->IsClosed())
-                record.dVolume = GetSignedVolume({faces.begin(), faces.end()});
-            m_aRecords.push_back(record);
-        }
+        bool bClosed = false;
+        bool bWasClosed = false;
+    };
+    void Record(Shell& shell, const Closure& closure)
+    {
+        ShellRecord record{&shell, Interval3d(), 0.0, closure.bWasClosed};
+        shell.AddToBox(record.box);
+        if (closure.bClosed)
+            record.dVolume = GetVolumeOf(shell);
+        m_aRecords.push_back(record);
     }
 
     void MoveFaces(const std::vector<Face*>& aComponent, Shell& shell)
@@ -189,6 +377,30 @@ private:
         std::sort(aHomeless.begin(), aHomeless.end(), IsLarger);
         for (const ShellRecord* pRecord : aHomeless)
             MoveToOwnLump(*pRecord->pShell);
+    }
+
+    /// A sheet that has just closed with no solid around it bounds one itself.
+    void TurnOutward()
+    {
+        std::vector<ShellRecord*> aInsideOut;
+        for (ShellRecord& record : m_aRecords)
+            if (record.IsVoid() && !record.bWasClosed)
+                aInsideOut.push_back(&record);
+        std::sort(aInsideOut.begin(), aInsideOut.end(),
+                  [](const ShellRecord* pA, const ShellRecord* pB) { return IsLarger(pB, pA); });
+        for (ShellRecord* pRecord : aInsideOut)
+        {
+            if (FindSolidAround(*pRecord))
+                continue;
+            const SharedObjectSet<Face>& faces = pRecord->pShell->GetFaces();
+            const std::vector<Face*> aFaces(faces.begin(), faces.end());
+            for (Face* pFace : aFaces)
+                pFace->Reverse();
+            pRecord->dVolume = -pRecord->dVolume;
+            m_bMoved = true;
+            if (!IsFirstInLump(*pRecord->pShell))
+                MoveToOwnLump(*pRecord->pShell);
+        }
     }
 
     /// Each void goes into the smallest solid around it.
@@ -255,7 +467,6 @@ private:
     History& m_history;
     bool m_bSplitToBodies;
     bool m_bMoved = false;
-    std::vector<Shell*> m_aShells;
     std::vector<ShellRecord> m_aRecords;
     BoxTree<ShellRecord> m_tree;
 };

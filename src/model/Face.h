@@ -36,8 +36,8 @@ public:
     /// Plain link; the shell keeps the list (Shell::AddFaces, Shell::RemoveFace).
     void SetShell(Shell* pShell);
 
-    // --- caches: computed on first need. Plane and box are recorded when a Delta is open. Facets are not: whatever makes
-    // them void records the face, so that a state from before finds none or its own.
+    // --- caches: computed on first need. Plane and box are recorded when a Delta is open. Facets are not: whatever
+    // makes them void records the face, so that a state from before finds none or its own.
     const Plane& GetPlane();
     const Interval3d& GetBox(); ///< also enters the tree
     /// The facets; null when the face cannot be triangulated, has no loops or fewer than 3 corners.
@@ -53,7 +53,8 @@ public:
     bool GetFacetVertices(std::vector<Vertex*>& aVertices);
 
     // --- loops
-    /// Adds a loop without a face, at the front or the back. True also when it is here already; false for another face's.
+    /// Adds a loop without a face, at the front or the back. True also when it is here already; false for another
+    /// face's.
     bool AddLoop(Loop* pLoop, bool bFront);
     /// Takes a loop off the face. False when it is not here.
     bool RemoveLoop(Loop* pLoop);
@@ -82,8 +83,9 @@ public:
     bool SplitByEdge(Edge& edge, Face** ppNewFace, bool bSkipMidpointTest);
 
     // --- measures and tests
-    /// The boundary counts. With `bWide` in a wide band about the facets. Without that, facets are used where they stand
-    /// and otherwise not made: the sides tell as well, and a sketch that grows would make them anew for each line.
+    /// The boundary counts. With `bWide` in a wide band about the facets. Without that, facets are used where they
+    /// stand and otherwise not made: the sides tell as well, and a sketch that grows would make them anew for each
+    /// line.
     bool ContainsPoint(const Point3d& p, bool bWide);
     /// As ContainsPoint, without the boundary.
     bool ContainsPointInside(const Point3d& p);
@@ -106,11 +108,13 @@ public:
     struct Sheet
     {
         bool bStopWhenOpen = false; ///< asked by the caller: the first open edge ends the walk
-        /// Asked by the caller: the shell or body whose faces alone count, as if there were no others at their edges.
-        const Object* pWithin = nullptr;
+        /// Asked by the caller: only faces of the first one's shell count, and of a face without a shell only such, as
+        /// if there were no others at their edges.
+        bool bWithinShell = false;
         const ObjectSet* pAmong = nullptr; ///< asked by the caller: the same, with the faces themselves
-        bool bClosed = false;       ///< no open edge, consistent orientation
-        bool bNoOpenEdge = false;   ///< closed but for the orientation
+        bool bClosed = false;              ///< no open edge, consistent orientation
+        bool bNoOpenEdge = false;          ///< closed but for the orientation
+        std::size_t nAcrossTwoSides = 0;   ///< how many of the first faces found hang together over edges of two sides
     };
     /// A glance for an edge of one side only, over edges of two sides and towards one end of the sheet, so that a large
     /// open sheet need not be walked to see that it is open. False tells nothing.

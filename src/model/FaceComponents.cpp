@@ -23,6 +23,7 @@ public:
 
     void Run(Face& seed)
     {
+        m_pShell = seed.GetShell();
         m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
         Take(&seed);
         while (true)
@@ -70,6 +71,7 @@ private:
         if (!m_bSettled)
         {
             m_bSettled = true;
+            m_sheet.nAcrossTwoSides = m_local.size();
             m_sheet.bClosed = !m_bOpen && m_bConsistent;
             m_sheet.bNoOpenEdge = !m_bOpen;
         }
@@ -79,14 +81,13 @@ private:
     /// Whether the face is one of those that the caller asked to keep to.
     bool Counts(const Face* pFace) const
     {
-        const Object* pWithin = m_sheet.pWithin;
         if (m_sheet.pAmong)
             return pFace && m_sheet.pAmong->contains(pFace);
-        return !pWithin || (pFace && (pFace->GetShell() == pWithin || static_cast<const Object*>(pFace->GetBody()) == pWithin));
+        return !m_sheet.bWithinShell || (pFace && pFace->GetShell() == m_pShell);
     }
 
-    /// The coedges of the edge take the place of the list, in the order of their ring, without those of faces that do not
-    /// count.
+    /// The coedges of the edge take the place of the list, in the order of their ring, without those of faces that do
+    /// not count.
     void GetChain(const Edge& edge, ShortList<Coedge*>& aChain) const
     {
         aChain.clear();
@@ -102,7 +103,7 @@ private:
             return nullptr;
         if (pPartner->GetPartner() == &coedge)
             return Counts(pPartner->GetFace()) ? pPartner : nullptr;
-        if (!m_sheet.pWithin && !m_sheet.pAmong)
+        if (!m_sheet.bWithinShell && !m_sheet.pAmong)
             return &coedge;
         ShortList<Coedge*> aChain;
         GetChain(*coedge.GetEdge(), aChain);
@@ -174,7 +175,8 @@ private:
 
     /// The faces to which the sheet may go on from the first coedge of the chain, with the angle to each. True when it
     /// has gone on already.
-    bool CollectCandidates(const ShortList<Coedge*>& aChain, std::vector<Candidate>& aCandidates, std::size_t& nCounted) const
+    bool CollectCandidates(const ShortList<Coedge*>& aChain, std::vector<Candidate>& aCandidates,
+                           std::size_t& nCounted) const
     {
         constexpr double kNearlyPi = 3.141592653489793;
         const Coedge& own = *aChain.front();
@@ -206,21 +208,25 @@ private:
     static Face* Choose(std::vector<Candidate>& aCandidates, std::size_t nCounted)
     {
         if (nCounted > 1)
-            std::stable_sort(aCandidates.begin(), aCandidates.end(), [](const Candidate& a, const Candidate& b) {
-                if (a.dAngle != b.dAngle)
-                    return a.dAngle < b.dAngle;
-                return a.pFace && b.pFace ? a.pFace->GetID() < b.pFace->GetID() : a.pFace && !b.pFace;
-            });
+            std::stable_sort(aCandidates.begin(), aCandidates.end(),
+                             [](const Candidate& a, const Candidate& b)
+                             {
+                                 if (a.dAngle != b.dAngle)
+                                     return a.dAngle < b.dAngle;
+                                 return a.pFace && b.pFace ? a.pFace->GetID() < b.pFace->GetID() : a.pFace && !b.pFace;
+                             });
         if (Face* pFace = ChooseAmongEqual(aCandidates.begin(), aCandidates.end()))
             return pFace;
         return ChooseAmongEqual(aCandidates.rbegin(), aCandidates.rend());
     }
 
-    /// The face of the lowest id among the candidates that stand at the first one's angle; null when only wrong sides do.
+    /// The face of the lowest id among the candidates that stand at the first one's angle; null when only wrong sides
+    /// do.
     template <class Iterator>
     static Face* ChooseAmongEqual(Iterator itChoice, Iterator itEnd)
     {
-        for (Iterator it = std::next(itChoice); it != itEnd && std::abs(it->dAngle - itChoice->dAngle) <= kLinearTolerance; ++it)
+        for (Iterator it = std::next(itChoice);
+             it != itEnd && std::abs(it->dAngle - itChoice->dAngle) <= kLinearTolerance; ++it)
             if (it->pFace && (!itChoice->pFace || it->pFace->GetID() < itChoice->pFace->GetID()))
                 itChoice = it;
         return itChoice->pFace;
@@ -240,6 +246,7 @@ private:
     std::vector<Face*>& m_aFaces;
     ObjectSet& m_seen;
     Face::Sheet& m_sheet;
+    const Shell* m_pShell = nullptr; ///< that of the first face
     std::size_t m_nDone;
     bool m_bOpen = false;
     bool m_bConsistent = true;
@@ -277,7 +284,8 @@ bool Face::SeesOpenEdge() const
                     if (!pPartner || pPartner->GetPartner() != &coedge)
                         return;
                     const Face* pNeighbour = pPartner->GetFace();
-                    if (!pNeighbour || (m_pShell && pNeighbour->GetShell() != m_pShell) || !seen.insert(pNeighbour).second)
+                    if (!pNeighbour || (m_pShell && pNeighbour->GetShell() != m_pShell) ||
+                        !seen.insert(pNeighbour).second)
                         return;
                     aReached.emplace_back(coedge.GetStartVertex()->GetPosition() % towards, pNeighbour);
                     std::push_heap(aReached.begin(), aReached.end(), isNearer);
@@ -299,7 +307,8 @@ std::size_t Face::GetNeighbourComponent(std::vector<Face*>& aFaces, bool bThroug
     const std::size_t nBefore = aFaces.size();
     aFaces.push_back(this);
     ObjectSet seen{this};
-    const auto reach = [&](const ShortList<Face*>& aNeighbours) {
+    const auto reach = [&](const ShortList<Face*>& aNeighbours)
+    {
         for (Face* pNeighbour : aNeighbours)
             if (seen.insert(pNeighbour).second && !(pExcluded && pNeighbour->GetShell() == pExcluded))
                 aFaces.push_back(pNeighbour);

@@ -68,7 +68,7 @@ bool Shell::IsClosed() const
     std::vector<Face*> aComponent;
     ObjectSet seen;
     Face::Sheet sheet;
-    sheet.pWithin = this;
+    sheet.bWithinShell = true;
     sheet.bStopWhenOpen = true;
     (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
     return sheet.bClosed && aComponent.size() == m_aFaces.size();
@@ -121,12 +121,13 @@ std::size_t Shell::CheckValidity(std::vector<Result>& aResults) const
     for (const Face* pFace : m_aFaces)
         if (pFace->GetShell() != this)
             nFindings += AddFinding(aResults, Result::nShellFaceOwner, this, pFace);
-    if (m_aFaces.size() > 0)
+    // Faces of another owner are not asked whether they hang together.
+    if (nFindings == 0 && m_aFaces.size() > 0)
     {
         std::vector<Face*> aComponent;
         ObjectSet seen;
         Face::Sheet sheet;
-        sheet.pWithin = this;
+        sheet.bWithinShell = true;
         (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
         if (!std::all_of(m_aFaces.begin(), m_aFaces.end(), [&](const Face* pFace) { return seen.contains(pFace); }))
             nFindings += AddFinding(aResults, Result::nShellNotConnected, this);

@@ -5,6 +5,7 @@
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
+#include "model/Lump.h"
 #include "model/Shell.h"
 #include "spatial/OutlineSide.h"
 
@@ -272,8 +273,14 @@ private:
     {
         Body* pBody = m_pShell->GetBody();
         const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : GetShelllessAround(face);
+        const bool bRebuild = pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge);
+        if (bRebuild && m_pShell->IsClosed())
+        {
+            m_pShell = &m_history.Create<Shell>();
+            pBody->AddLump().AddShell(m_pShell, false);
+        }
         m_pShell->AddFaces(aJoining);
-        if (pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge))
+        if (bRebuild)
             pBody->Rebuild(false);
         if (aJoining.size() > 1)
             RebuildBranchedBodies({face.GetShell()->GetFaces().begin(), face.GetShell()->GetFaces().end()});

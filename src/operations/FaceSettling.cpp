@@ -74,8 +74,11 @@ bool IsCovered(History& history, Face& face)
         return false;
     std::vector<Face*> aAround;
     history.GetFaceTree().FindHolding(Interval3d(p), aAround);
-    return std::any_of(aAround.begin(), aAround.end(), [&](Face* pOther)
-                       { return pOther != &face && pOther->GetSideIn(face.GetPlane()) != 0 && pOther->ContainsPointInside(p); });
+    return std::any_of(aAround.begin(), aAround.end(),
+                       [&](Face* pOther) {
+                           return pOther != &face && pOther->GetSideIn(face.GetPlane()) != 0 &&
+                                  pOther->ContainsPointInside(p);
+                       });
 }
 
 bool IsAtBranch(const Face& face)
@@ -143,7 +146,8 @@ std::vector<Face*> OrientFaceComponent(const std::vector<Face*>& aFaces)
     return aTurned;
 }
 
-/// The faces reached over edges of two sides. Empty when an edge on the way has one side only.
+/// The faces reached over edges of two sides. Empty when an edge on the way has one side only, or a face of another
+/// shell on the other.
 std::vector<Face*> FindTwoSidedComponent(Face& face)
 {
     std::vector<Face*> aFaces{&face};
@@ -158,8 +162,11 @@ std::vector<Face*> FindTwoSidedComponent(Face& face)
             const Coedge* pPartner = pCoedge->GetPartner();
             if (!pPartner)
                 return {};
-            if (pPartner->GetPartner() == pCoedge && pPartner->GetFace() && seen.insert(pPartner->GetFace()).second)
-                aFaces.push_back(pPartner->GetFace());
+            Face* pNeighbour = pPartner->GetPartner() == pCoedge ? pPartner->GetFace() : nullptr;
+            if (pNeighbour && pNeighbour->GetShell() != face.GetShell())
+                return {};
+            if (pNeighbour && seen.insert(pNeighbour).second)
+                aFaces.push_back(pNeighbour);
         }
     }
     return aFaces;
@@ -172,7 +179,7 @@ std::vector<Face*> FindClosedComponent(Face& face)
     std::vector<Face*> aFaces;
     Face::Sheet sheet;
     sheet.bStopWhenOpen = true;
-    sheet.pWithin = face.GetShell();
+    sheet.bWithinShell = true;
     ObjectSet seen;
     face.GetConnectedComponent(aFaces, seen, sheet);
     if (sheet.bClosed)

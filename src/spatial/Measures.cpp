@@ -39,8 +39,8 @@ enum class nRayVerdict
     nUnclear ///< two faces are crossed at one spot
 };
 
-nRayVerdict ReadCrossings(const std::vector<RayHit>& aHits, const Object& object, const Point3d& p, const Vector3d& direction,
-                          bool bDirectionGiven)
+nRayVerdict ReadCrossings(const std::vector<RayHit>& aHits, const Object& object, const Point3d& p,
+                          const Vector3d& direction, bool bDirectionGiven)
 {
     constexpr double kNoCrossing = -1e30;
     double dLast = kNoCrossing;
@@ -104,6 +104,7 @@ double GetClosedVolume(const std::vector<Face*>& aFaces, const Transf3d* pTransf
             continue;
         std::vector<Face*> aComponent;
         Face::Sheet sheet;
+        sheet.bWithinShell = true;
         pFace->GetConnectedComponent(aComponent, seen, sheet);
         if (sheet.bClosed)
             dVolume += GetSignedVolume(aComponent, pTransform);

@@ -1,9 +1,12 @@
 #include "history/History.h"
 #include "model/Body.h"
+#include "model/Face.h"
+#include "model/Shell.h"
 #include "support/TestModel.h"
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <numbers>
 
 namespace QRV
@@ -81,6 +84,53 @@ TEST(DrawnBox, KeepsItsVolumeUnderFinsAndSheets)
             }
 }
 
+TEST(DrawnBox, LosesNothingToOpenFacesInWhateverOrder)
+{
+    const Frame& at = GetFrames()[1];
+    const std::vector<Segment> aBox = GetBoxEdges(at, {1, 0, 0}, {2, 1, 1});
+    const auto getOutline = [&](const Polygon& corners)
+    {
+        std::vector<Segment> aSides;
+        for (std::size_t n = 0; n < corners.size(); ++n)
+            aSides.emplace_back(corners[n], corners[(n + 1) % corners.size()]);
+        return aSides;
+    };
+    const Polygon roof{at(1, 0, 1), at(0, 0, 1), at(0, 1, 1), at(1, 1, 1)};
+    const std::vector<Segment> aBack{{at(0, 1, 0), at(1, 1, 0)}, {at(0, 1, 0), at(0, 1, 1)}};
+    const Polygon shelf{at(1, 0, 0), at(2, 0, 0), at(1.5, 0.5, 0.5)};
+
+    std::vector<std::vector<std::vector<Segment>>> aCases;
+    for (const Polygon& outline : {roof, Reversed(roof)})
+        for (std::array<int, 3> aOrder{0, 1, 2}; true;)
+        {
+            const std::vector<Segment> aParts[] = {aBox, getOutline(outline), aBack};
+            aCases.push_back({aParts[aOrder[0]], aParts[aOrder[1]], aParts[aOrder[2]]});
+            if (!std::next_permutation(aOrder.begin(), aOrder.end()))
+                break;
+        }
+    for (const Polygon& outline : {shelf, Reversed(shelf)}) // within the box
+    {
+        aCases.push_back({aBox, getOutline(outline)});
+        aCases.push_back({getOutline(outline), aBox});
+    }
+    for (std::size_t nCase = 0; nCase < aCases.size(); ++nCase)
+    {
+        SCOPED_TRACE(nCase);
+        TestModel model;
+        for (const std::vector<Segment>& aPart : aCases[nCase])
+            model.Lines(aPart);
+        ASSERT_EQ(model.Count(nBodyType), 1u);
+        EXPECT_NEAR(model.GetVolume(), 1.0, 1e-9);
+        std::vector<std::uint64_t> aClosed;
+        for (const std::uint64_t nShell : model.GetIDs(nShellType))
+            if (model.GetHistory().Get<Shell>(nShell)->GetFaces().size() == 6)
+                aClosed.push_back(nShell);
+        ASSERT_EQ(aClosed.size(), 1u);
+        EXPECT_NEAR(model.GetVolume(aClosed.front()), 1.0, 1e-9);
+        ExpectUndoRedoRestores(model);
+    }
+}
+
 namespace
 {
 struct Cell
@@ -152,6 +202,32 @@ TEST(DrawnBoxes, KeepTheirVolumesWhereTheyTouchInEdgesAndCorners)
 
 namespace
 {
+/// Draws line by line. Lines that only add leave each solid, or the better part where a wall has come to stand right
+/// across it, and make none that is inside out or larger than the cells together.
+void DrawCells(TestModel& model, const std::vector<Segment>& aLines, double dSpace)
+{
+    std::map<std::uint64_t, double> before;
+    for (std::size_t nLine = 0; nLine < aLines.size(); ++nLine)
+    {
+        SCOPED_TRACE("line " + std::to_string(nLine));
+        model.Line(aLines[nLine].first, aLines[nLine].second);
+        std::map<std::uint64_t, double> after;
+        double dSum = 0.0;
+        for (const std::uint64_t nBody : model.GetIDs(nBodyType))
+        {
+            after[nBody] = model.GetVolume(nBody);
+            EXPECT_GE(after[nBody], 0.5 * before[nBody] - 1e-7);
+            dSum += after[nBody];
+        }
+        EXPECT_LE(dSum, dSpace + 1e-7);
+        for (const auto& [nBody, dVolume] : before)
+            EXPECT_TRUE(after.contains(nBody));
+        for (const std::uint64_t nShell : model.GetIDs(nShellType))
+            EXPECT_GE(model.GetVolume(nShell), -1e-7);
+        before = std::move(after);
+    }
+}
+
 /// Shells and lumps are those that follow from the faces as they stand.
 void ExpectRebuildMovesNothing(TestModel& model)
 {
@@ -187,13 +263,47 @@ TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
         }
         if (nSeed % 3 != 0)
             Scramble(aEdges, random);
+        double dSpace = 0.0;
+        for (const Cell& cell : aCells)
+            dSpace += cell.GetVolume();
         TestModel model;
-        model.Lines(aEdges);
+        DrawCells(model, aEdges, dSpace);
         ExpectSound(model);
         EXPECT_GE(model.Count(nBodyType), 1u);
         ExpectRebuildMovesNothing(model);
         ExpectUndoRedoRestores(model);
     }
+}
+
+TEST(DrawnBoxes, StandAsBlocksOfCellsInEveryOrder)
+{
+    struct Block
+    {
+        std::array<int, 3> aCells;
+        std::uint64_t nOrders;
+    };
+    const Block aBlocks[] = {{{2, 1, 1}, 60}, {{3, 1, 1}, 60}, {{2, 2, 1}, 100}, {{2, 2, 2}, 25}};
+    for (const Block& block : aBlocks)
+        for (std::uint64_t nSeed = 0; nSeed < block.nOrders && !::testing::Test::HasFailure(); ++nSeed)
+        {
+            SCOPED_TRACE(std::to_string(block.aCells[0]) + std::to_string(block.aCells[1]) +
+                         std::to_string(block.aCells[2]) + ", order " + std::to_string(nSeed));
+            std::mt19937_64 random(nSeed);
+            const Frame at = nSeed % 2 ? MakeRandomFrame(random, 10.0) : GetFrames()[0];
+            std::vector<Segment> aEdges;
+            for (int x = 0; x <= block.aCells[0]; ++x)
+                for (int y = 0; y <= block.aCells[1]; ++y)
+                    for (int z = 0; z <= block.aCells[2]; ++z)
+                        for (const auto& [dx, dy, dz] : {std::array{1, 0, 0}, std::array{0, 1, 0}, std::array{0, 0, 1}})
+                            if (x + dx <= block.aCells[0] && y + dy <= block.aCells[1] && z + dz <= block.aCells[2])
+                                aEdges.emplace_back(at(x, y, z), at(x + dx, y + dy, z + dz));
+            Scramble(aEdges, random);
+            TestModel model;
+            DrawCells(model, aEdges, block.aCells[0] * block.aCells[1] * block.aCells[2]);
+            EXPECT_GE(model.GetVolume(), 1.0 - 1e-7); // a wall bounds one cell, and others may lack it
+            ExpectRebuildMovesNothing(model);
+            ExpectUndoRedoRestores(model);
+        }
 }
 
 TEST(DrawnBoxes, GetTheSameIDsFromTheSameCalls)
