@@ -88,7 +88,7 @@ private:
             Face& split = Face::Create(m_history, plane, face.GetShell());
             InheritAttributes(face, split);
             split.AddLoop(&other, true);
-            face.HandOverInnerLoops(split);
+            face.HandOverInnerLoops(split, loop);
             face.Changed(nShapeChanged);
             m_outcome.pNewFace = &split;
             return;

@@ -68,8 +68,9 @@ public:
     /// Adds a hole round what `inner` belongs to: edges and whether they are gone along forward, with this face on the
     /// left.
     void AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner);
-    /// Moves the holes that lie inside `other`, split off this face, to it.
-    void HandOverInnerLoops(Face& other);
+    /// Moves the holes that lie inside `other`, split off this face, to it. `parted`, the loop that its outline comes from,
+    /// stays: it runs round the outline or beside it.
+    void HandOverInnerLoops(Face& other, const Loop& parted);
     void Reverse();
 
     // --- sketching in the face

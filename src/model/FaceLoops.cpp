@@ -256,7 +256,7 @@ void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
         JoinShell(*this, *inner.GetShell());
 }
 
-void Face::HandOverInnerLoops(Face& other)
+void Face::HandOverInnerLoops(Face& other, const Loop& parted)
 {
     const Loop& outline = *other.GetOuterLoop();
     const Interval3d box = outline.GetBox();
@@ -264,7 +264,7 @@ void Face::HandOverInnerLoops(Face& other)
     std::vector<Loop*> aLeaving;
     for (std::size_t n = 1; n < m_aLoops.size(); ++n)
     {
-        const bool bLeaves = LiesWithin(*m_aLoops[n], box) && outline.ContainsLoop(*m_aLoops[n]);
+        const bool bLeaves = m_aLoops[n] != &parted && LiesWithin(*m_aLoops[n], box) && outline.ContainsLoop(*m_aLoops[n]);
         (bLeaves ? aLeaving : aStaying).push_back(m_aLoops[n]);
     }
     if (aLeaving.empty())

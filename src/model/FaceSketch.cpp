@@ -385,7 +385,7 @@ Face& Face::SplitOff(Loop& loop, Coedge& oneRing, Coedge& otherRing)
     outline.SetCoedge(pLeaving);
     outline.OwnCoedges();
     part.AddLoop(&outline, false);
-    HandOverInnerLoops(part);
+    HandOverInnerLoops(part, loop);
     // What leaves from the middle leaves the box as it is.
     Changed(m_Box.isNull() || ReachesSide(part.GetBox(), m_Box) ? nShapeChanged : nBoundaryChanged);
     InheritAttributes(*this, part);

@@ -296,14 +296,14 @@ private:
         const double dOther = other.GetSignedArea(plane);
         const bool bBothFaces = bOuter && dArea > kLinearTolerance && dOther > kLinearTolerance;
         if (bBothFaces || (!bOuter && dOther > kLinearTolerance))
-            return &MakeFace(other);
+            return &MakeFace(other, loop);
         if (!bOuter && dArea > kLinearTolerance)
         {
             loop.SetCoedge(m_pB);
             loop.OwnCoedges();
             other.SetCoedge(m_pA);
             other.OwnCoedges();
-            return &MakeFace(other);
+            return &MakeFace(other, loop);
         }
         m_face.AddLoop(&other, false);
         if (bOuter)
@@ -312,12 +312,12 @@ private:
         return nullptr;
     }
 
-    Face& MakeFace(Loop& loop)
+    Face& MakeFace(Loop& outline, const Loop& parted)
     {
         Face& face = Face::Create(*m_face.GetHistory(), m_face.GetPlane(), m_face.GetShell());
         InheritAttributes(m_face, face);
-        face.AddLoop(&loop, true);
-        m_face.HandOverInnerLoops(face);
+        face.AddLoop(&outline, true);
+        m_face.HandOverInnerLoops(face, parted);
         m_face.Changed(nShapeChanged);
         return face;
     }

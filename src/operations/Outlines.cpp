@@ -94,6 +94,9 @@ bool AreAxesUsable(const UnitVector3d& x, const UnitVector3d& y)
 {
     if (x.isExactNull() || y.isExactNull())
         return false;
+    constexpr double kOffUnit = 1e-6; // float32 coordinates pass
+    if (std::abs(x.lengthSqrd() - 1.0) > kOffUnit || std::abs(y.lengthSqrd() - 1.0) > kOffUnit)
+        return false;
     return std::abs(x % y) <= kLinearTolerance || (x * y).lengthSqrd() >= kPointToleranceSqrd;
 }
 
@@ -117,24 +120,37 @@ UnitVector3d SquareYAxis(const ArcData& arc)
     return UnitVector3d((arc.xAxis * arc.yAxis) * arc.xAxis, true);
 }
 
+/// An axis at a right angle to the normal. A unit vector almost along an axis of the world is taken to be that axis,
+/// which by itself would leave the two askew by 1e-8.
+UnitVector3d TurnInto(const UnitVector3d& normal, const UnitVector3d& axis)
+{
+    if (normal.isPerpend(axis))
+        return axis;
+    const Vector3d inPlane = Vector3d(axis) - normal * (axis % normal);
+    const double dLength = inPlane.length();
+    return UnitVector3d(inPlane.x / dLength, inPlane.y / dLength, inPlane.z / dLength, false);
+}
+
 /// The true circle of an arc where its transform leaves it one; null otherwise.
 CircleAttribute* CreateCircleAttribute(History& history, const ArcData& arc)
 {
     const UnitVector3d y = SquareYAxis(arc);
     const UnitVector3d normal(arc.xAxis * y, true);
     if (arc.transform.isIdentity())
-        return &history.Create<CircleAttribute>(arc.dRadius, arc.center, normal, arc.xAxis);
+        return &history.Create<CircleAttribute>(arc.dRadius, arc.center, normal, TurnInto(normal, arc.xAxis));
     if (!arc.transform.isEqualScalingOrthogonal())
         return nullptr;
     const double dScale = (arc.transform * Vector3d(y)).length();
-    return &history.Create<CircleAttribute>(arc.dRadius * dScale, arc.transform * arc.center, arc.transform * normal,
-                                            arc.transform * arc.xAxis);
+    const UnitVector3d turned = arc.transform * normal;
+    return &history.Create<CircleAttribute>(arc.dRadius * dScale, arc.transform * arc.center, turned,
+                                            TurnInto(turned, arc.transform * arc.xAxis));
 }
 } // namespace
 
 Face* CreatePolyline(History& history, const std::vector<Point3d>& aPoints, bool bClosed, Result& result)
 {
-    if (aPoints.size() < 2 || !std::all_of(aPoints.begin(), aPoints.end(), [](const Point3d& p) { return IsUsable(p); }))
+    if (aPoints.size() < 2 ||
+        !std::all_of(aPoints.begin(), aPoints.end(), [](const Point3d& p) { return IsUsable(p); }))
     {
         Refuse(result);
         return nullptr;
@@ -150,7 +166,8 @@ Face* CreatePolyline(History& history, const std::vector<Point3d>& aPoints, bool
     return FindLowestFace(history);
 }
 
-bool ComputeRectangle(const Point3d& p0, const Point3d& p1, const Point3d& p2, std::vector<Point3d>& aCorners, Result& result)
+bool ComputeRectangle(const Point3d& p0, const Point3d& p1, const Point3d& p2, std::vector<Point3d>& aCorners,
+                      Result& result)
 {
     if (!IsUsable(p0) || !IsUsable(p1) || !IsUsable(p2) || p0.dist(p1) <= kLinearTolerance)
         return Refuse(result);
@@ -176,7 +193,8 @@ bool CreateRectangle(History& history, const std::vector<Point3d>& aCorners)
     return true;
 }
 
-bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool bFullCircle, ArcData& arc, Result& result)
+bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool bFullCircle, ArcData& arc,
+                   Result& result)
 {
     constexpr double kMeetTolerance = 1e-6;
     if (!IsUsable(p1) || !IsUsable(p2) || !IsUsable(p3))
@@ -184,9 +202,8 @@ bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool
     const Plane plane(p1, p3, p2);
     if (!plane.isValid())
         return Refuse(result);
-    const auto bisect = [&](const Point3d& a, const Point3d& b) {
-        return Line3d(a + (b - a) * 0.5, UnitVector3d(plane.normal * (b - a), true));
-    };
+    const auto bisect = [&](const Point3d& a, const Point3d& b)
+    { return Line3d(a + (b - a) * 0.5, UnitVector3d(plane.normal * (b - a), true)); };
     if (!bisect(p1, p3).intersect(bisect(p3, p2), arc.center, kMeetTolerance))
     {
         result.SetErrorCode(Result::nFailure);

@@ -11,9 +11,9 @@ namespace QRV
 {
 namespace
 {
-constexpr std::size_t kSmallSet = 8;      ///< so many triangles are looked through faster than a tree is built
-constexpr double kRayStart = -1e-12;      ///< a hit that lies behind the start by no more than this counts
-constexpr double kSmallTriangle = 1e-6;   ///< below this area a triangle is no good place for an interior point
+constexpr std::size_t kSmallSet = 8;    ///< so many triangles are looked through faster than a tree is built
+constexpr double kRayStart = -1e-12;    ///< a hit that lies behind the start by no more than this counts
+constexpr double kSmallTriangle = 1e-6; ///< below this area a triangle is no good place for an interior point
 
 Plane GetFacetPlane(const Facet& facet)
 {
@@ -77,10 +77,12 @@ private:
         m_aLoopEnds.reserve(face.GetLoops().size());
         for (const Loop* pLoop : face.GetLoops())
         {
-            pLoop->ForEachCoedge([&](const Coedge& coedge) {
-                if (Vertex* pVertex = coedge.GetStartVertex())
-                    m_aCorners.push_back({&pVertex->GetPosition(), m_numbers.Get(pVertex)});
-            });
+            pLoop->ForEachCoedge(
+                [&](const Coedge& coedge)
+                {
+                    if (Vertex* pVertex = coedge.GetStartVertex())
+                        m_aCorners.push_back({&pVertex->GetPosition(), m_numbers.Get(pVertex)});
+                });
             m_aLoopEnds.push_back(std::uint32_t(m_aCorners.size()));
         }
     }
@@ -132,7 +134,7 @@ double Facet::GetSignedArea(const UnitVector3d& normal) const
     return ((GetPoint(1) - GetPoint(0)) * (GetPoint(2) - GetPoint(0))) % normal / 2.0;
 }
 
-bool Facet::ContainsPoint(const Point3d& p, const Plane* pPlane, bool bBoxFirst) const
+bool Facet::ContainsPoint(const Point3d& p, const Plane* pPlane, bool bBoxFirst, double dRounding) const
 {
     if (bBoxFirst && !(GetBox() & p))
         return false;
@@ -149,7 +151,8 @@ bool Facet::ContainsPoint(const Point3d& p, const Plane* pPlane, bool bBoxFirst)
     {
         const Point3d& u = GetPoint(i);
         const Point3d& v = GetPoint((i + 1) % 3);
-        if (((v - u) * (p - u)) % pPlane->normal / 2.0 <= dLeast)
+        const double dArea = ((v - u) * (p - u)) % pPlane->normal / 2.0;
+        if (dArea <= dLeast && dArea <= dLeast - dRounding * (v - u).lengthRect())
             return false;
     }
     return true;
@@ -212,7 +215,8 @@ bool FaceFacets::GetCentroid(Point3d& centroid, const Plane& plane) const
     for (const Facet& facet : m_aFacets)
     {
         const double dArea = facet.GetSignedArea(plane.normal);
-        sum += ((facet.GetPoint(0) - origin) + (facet.GetPoint(1) - origin) + (facet.GetPoint(2) - origin)) * (dArea / 3.0);
+        sum += ((facet.GetPoint(0) - origin) + (facet.GetPoint(1) - origin) + (facet.GetPoint(2) - origin)) *
+               (dArea / 3.0);
         dTotal += dArea;
     }
     if (std::abs(dTotal) <= kLinearTolerance)
@@ -228,9 +232,9 @@ bool FaceFacets::GetInteriorPoint(Point3d& p, const Plane& plane) const
     const Facet* pChosen = &m_aFacets.front();
     const bool bPoor = !GetFacetPlane(*pChosen).isValid() || pChosen->GetSignedArea(plane.normal) < kSmallTriangle;
     if (m_aFacets.size() > 1 && bPoor)
-        pChosen = &*std::max_element(m_aFacets.begin(), m_aFacets.end(), [&](const Facet& a, const Facet& b) {
-            return a.GetSignedArea(plane.normal) < b.GetSignedArea(plane.normal);
-        });
+        pChosen = &*std::max_element(m_aFacets.begin(), m_aFacets.end(),
+                                     [&](const Facet& a, const Facet& b)
+                                     { return a.GetSignedArea(plane.normal) < b.GetSignedArea(plane.normal); });
     const Point3d& a = pChosen->GetPoint(0);
     p = a + ((pChosen->GetPoint(1) - a) + (pChosen->GetPoint(2) - a)) / 3.0;
     return true;
@@ -278,7 +282,8 @@ bool FaceFacets::ContainsPoint(const Point3d& p, const Plane& plane, bool bWide)
     const Interval3d box(p, bWide ? std::max(2.0 * m_dTolerance, 100.0 * dTol) : dTol);
     bool bContains = false;
     ForEachCandidate([&](const Interval3d& other) { return box & other; },
-                     [&](const Facet& facet) {
+                     [&](const Facet& facet)
+                     {
                          bContains = facet.ContainsPoint(p, &plane, false);
                          return !bContains;
                      });
@@ -295,13 +300,21 @@ void FaceFacets::HitByRay(const Line3d& ray, std::vector<double>& aParameters, d
         return std::any_of(aParameters.begin() + nFirst, aParameters.end(),
                            [&](double tKnown) { return std::abs(t - tKnown) < dSpot; });
     };
+    // Along a side of two large triangles it must not pass between them.
+    const auto getRounding = [&](const Point3d& p)
+    {
+        constexpr double kRounding = 4e-15;
+        return kRounding * (ray.point.toVector3d().lengthRect() + p.toVector3d().lengthRect());
+    };
     ForEachCandidate([&](const Interval3d& box) { return box.intersectsRay(ray, dTol, dMax); },
-                     [&](const Facet& facet) {
+                     [&](const Facet& facet)
+                     {
                          const Plane plane = GetFacetPlane(facet);
                          Point3d p;
                          double t = 0.0;
                          if (plane.isValid() && plane.intersectsInPoint(ray, p, t) && t > kRayStart &&
-                             t <= dMax + kLinearTolerance && facet.ContainsPoint(p, &plane, false) && !isKnown(t))
+                             t <= dMax + kLinearTolerance && facet.ContainsPoint(p, &plane, false, getRounding(p)) &&
+                             !isKnown(t))
                              aParameters.push_back(t);
                          return true;
                      });
@@ -312,7 +325,8 @@ bool FaceFacets::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlane
 {
     std::vector<const Facet*> aCandidates;
     ForEachCandidate([&](const Interval3d& box) { return BoxIntersectsNegativeSideOfPlanes(box, aPlanes, dTol); },
-                     [&](const Facet& facet) {
+                     [&](const Facet& facet)
+                     {
                          aCandidates.push_back(&facet);
                          return true;
                      });
@@ -326,7 +340,8 @@ bool FaceFacets::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlane
         return true;
     for (const Facet* pFacet : aCandidates)
         for (std::size_t i = 0; i < 3; ++i)
-            if (SegmentIntersectsNegativeSideOfPlanes(pFacet->GetPoint(i), pFacet->GetPoint((i + 1) % 3), aPlanes, dTol, false))
+            if (SegmentIntersectsNegativeSideOfPlanes(pFacet->GetPoint(i), pFacet->GetPoint((i + 1) % 3), aPlanes, dTol,
+                                                      false))
                 return true;
     // A volume that pierces the face without touching a side of a triangle.
     for (std::size_t i = 0; i < aPlanes.size(); ++i)

@@ -19,8 +19,9 @@ struct Facet
     const Point3d& GetPoint(std::size_t n) const { return aVertices[n]->GetPosition(); }
     Interval3d GetBox() const;
     /// Whether the point lies in the triangle, boundary counted. With a plane the point is taken to lie in it; without,
-    /// it must lie within 1e-12 of the triangle's own plane, and a triangle without area contains nothing.
-    bool ContainsPoint(const Point3d& p, const Plane* pPlane, bool bBoxFirst) const;
+    /// it must lie within 1e-12 of the triangle's own plane, and a triangle without area contains nothing. `dRounding`
+    /// is how far rounding may have moved the point.
+    bool ContainsPoint(const Point3d& p, const Plane* pPlane, bool bBoxFirst, double dRounding = 0.0) const;
     /// Area against a direction: negative for the opposite winding.
     double GetSignedArea(const UnitVector3d& normal) const;
 };

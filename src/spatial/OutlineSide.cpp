@@ -9,17 +9,13 @@ namespace QRV
 {
 namespace
 {
-/// Against the size of the coordinates. Ends this near to a side lie on it.
-constexpr double kOnSide = 1e-9;
-
 /// Where the ends of another side lie, seen along a side: how far to its left, and where beside it.
 class SideFrame
 {
 public:
     SideFrame(const OutlineSide& side, const UnitVector3d& normal)
         : m_start(*side.pStart), m_way(*side.pEnd - *side.pStart), m_dLength(m_way.length()), m_left(normal * m_way),
-          m_dNear(kOnSide *
-                  std::max({1.0, side.pStart->toVector3d().lengthRect(), side.pEnd->toVector3d().lengthRect()}))
+          m_dNear(std::max(ScaledTolerance(*side.pStart), ScaledTolerance(*side.pEnd)))
     {
     }
 

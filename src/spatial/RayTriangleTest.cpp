@@ -16,7 +16,7 @@ double GetSize(const Vector3d& v)
 
 RayTriangleTest::RayTriangleTest(const Line3d& ray, double dTol, const Interval3d& whole) : m_ray(ray)
 {
-    constexpr double kRounding = 4e-14;
+    constexpr double kRounding = 6e-14;
     const double dSize = GetCoordinateSize(whole) + GetSize(ray.point.toVector3d());
     const double dSpeed = GetSize(ray.vector);
     // The exact test of a point in a triangle has slack in area, the others in length.

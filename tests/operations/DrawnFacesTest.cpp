@@ -144,6 +144,42 @@ TEST_P(DrawnFacesInFrame, AClosedSketchInAFaceIsAFaceAndAHole)
     }
 }
 
+TEST_P(DrawnFacesInFrame, AClosedSketchCloseToASideIsAHoleToo)
+{
+    for (const double dGap : {1e-4, 1e-5, 1e-6})
+    {
+        SCOPED_TRACE(dGap);
+        TestModel model;
+        model.Outline(MakeRectangle(m_at, 0, 0, 10, 10));
+        model.Outline(MakeRectangle(m_at, dGap, 3, 3 + dGap, 6));
+        ExpectAreas(model, {9, 91});
+    }
+}
+
+TEST_P(DrawnFacesInFrame, LooseLinesDivideWhatIsDrawnRoundThem)
+{
+    const std::array<Point3d, 4> aCorners{m_at(7, 8), m_at(5, 8), m_at(5, 6), m_at(7, 6)};
+    struct Case
+    {
+        Point3d tip; ///< of a V whose ends stand on a side of the rectangle
+        std::vector<double> aAreas;
+    };
+    for (const Case& test : {Case{m_at(6.5, 7), {0.125, 3.875, 96}}, Case{m_at(7.5, 7), {0.125, 4, 95.875}}})
+        for (std::size_t nStart = 0; nStart < 4; ++nStart)
+            for (const bool bClockwise : {false, true})
+            {
+                SCOPED_TRACE(testing::Message() << "from corner " << nStart << (bClockwise ? ", clockwise" : ""));
+                TestModel model;
+                model.Outline(MakeRectangle(m_at, 0, 0, 10, 10));
+                model.Lines({{m_at(7, 7), test.tip}, {test.tip, m_at(7, 6.5)}});
+                Polygon rectangle;
+                for (std::size_t n = 0; n < 4; ++n)
+                    rectangle.push_back(aCorners[(nStart + (bClockwise ? 4 - n : n)) % 4]);
+                model.Outline(rectangle);
+                ExpectAreas(model, test.aAreas);
+            }
+}
+
 TEST_P(DrawnFacesInFrame, APolylineMeetsOnlyItself)
 {
     for (int n = 0; n < 10; ++n)

@@ -127,6 +127,8 @@ TEST(CreateCircleOrArc, RefusesBadInputAndChangesNothing)
         {"zero axis", {.x = Direction(0, 0, 0)}},
         {"zero second axis", {.y = Direction(0, 0, 0)}},
         {"parallel axes", {.y = Direction(1, 0, 0)}},
+        {"an axis twice too long", {.x = Direction(2, 0, 0)}},
+        {"a second axis too short", {.y = Direction(0, 0.5, 0)}},
         {"backward", {.dStart = 1, .dEnd = 0.5}},
         {"no sweep", {.dStart = 1, .dEnd = 1}},
         {"more than a turn", {.dEnd = 6.2831853072}},
@@ -185,6 +187,30 @@ TEST(CreateCircleOrArc, SquaresSkewAxesAndLeavesNoCircleWithoutEdges)
     EXPECT_EQ(far.Count(nCircleAttributeType), 0u);
     EXPECT_EQ(far.GetCounts(), (ModelCounts{0, 0, 0, 0, 0, 1}));
     ExpectUndoRedoRestores(far);
+}
+
+TEST(CreateCircleOrArc, StaysSoundAlmostInAPlaneOfTheWorld)
+{
+    for (const double dTilt : {1e-10, 1e-9, 5e-9, 9e-9, 2e-8, 1e-7})
+    {
+        SCOPED_TRACE(dTilt);
+        std::vector<Point3d> aPoints;
+        TestModel byPoints;
+        ASSERT_TRUE(APICreateCircleOrArcFromPoints(byPoints.GetID(), {1, 2, 0.5}, {0.5, 1, 0.5 + dTilt},
+                                                   {0.5, 1.5, 0.5}, aPoints, 0.1, false, Transf3d(), 0, true)
+                        .IsGood());
+        EXPECT_EQ(byPoints.Count(nCircleAttributeType), 1u);
+        ExpectUndoRedoRestores(byPoints);
+        for (const bool bTurned : {false, true})
+        {
+            TestModel model;
+            ArcCall call{.x = UnitVector3d(Vector3d(dTilt, 1, 1), true), .y = Direction(0, 1, 0)};
+            if (bTurned)
+                call.transform = Transf3d::rotation(Line3d(Point3d(), Vector3d(0, 0, 1)), dTilt);
+            ASSERT_TRUE(call.Run(model.GetID(), aPoints).IsGood());
+            ExpectUndoRedoRestores(model);
+        }
+    }
 }
 
 TEST(CreateCircleOrArc, StaysSoundWhenLinesCutIt)

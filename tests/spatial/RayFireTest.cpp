@@ -245,6 +245,35 @@ TEST(RayFire, ReportsEachThingByTheMostSpecificKindAskedFor)
     EXPECT_FALSE(along.contains(nTop));
 }
 
+TEST(RayFire, PassesBetweenNoTwoTrianglesOfALargeFace)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> number(0.0, 1.0);
+    for (const double dSize : {30.0, 300.0, 3000.0})
+        for (int nRoof = 0; nRoof < 60; ++nRoof)
+        {
+            const double dSlope = 0.1 + 0.9 * number(random);
+            const double dTurn = 6.28 * number(random);
+            const auto at = [&](double u, double v) {
+                return Point3d(std::cos(dTurn) * u - std::sin(dTurn) * v, std::sin(dTurn) * u + std::cos(dTurn) * v,
+                               dSlope * u);
+            };
+            const double d = dSize / 2.0;
+            const Polygon corners{at(-d, -d), at(d, -d), at(d, d), at(-d, d)};
+            PolygonModel model;
+            const Face& face = model.AddFace(corners);
+            for (int nRay = 0; nRay < 60; ++nRay)
+            {
+                const Point3d& corner = corners[std::size_t(nRay % 2)];
+                const Point3d& opposite = corners[std::size_t(nRay % 2 + 2)];
+                const Point3d p = corner + (opposite - corner) * (0.45 + 0.1 * number(random));
+                const Hits hits = FireSorted(model.GetHistory(), Line3d({p.x, p.y, 2 * dSize}, Vector3d(0, 0, -1)),
+                                             1e-6, 1e30, {false, false, true});
+                ASSERT_TRUE(hits.contains(face.GetID())) << dSize << ' ' << nRoof << ' ' << nRay;
+            }
+        }
+}
+
 TEST(RayFire, TakesTheNearerOfAVertexAndAnEdge)
 {
     // The ray passes the corner within the tolerance, and before that a side of the triangle exactly.
