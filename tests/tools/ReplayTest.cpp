@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <limits>
 #include <random>
 #include <sstream>
 
@@ -196,6 +197,31 @@ TEST(Replay, GoesOnAfterCallsThatFailAndEndsWithAJournalThatBreaksOff)
     EXPECT_EQ(CountObjects(), (std::map<std::string, std::size_t>{{"Vertex", 1}}));
 }
 
+TEST(Replay, MakesCallsAgainWhoseNumbersAreNone)
+{
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    APIDeleteAllHistories();
+    std::uint64_t nHistory = INVALID_ID;
+    ASSERT_TRUE(APICreateHistory(nHistory, true).IsGood());
+    std::string strText;
+    {
+        const Journaled journal(nHistory);
+        std::uint64_t nID = INVALID_ID;
+        std::vector<Point3d> aPoints;
+        APICreateVertex(nHistory, {kNaN, kInfinity, -kInfinity}, nID);
+        APICreateVertex(nHistory, {-kNaN, 0, 0}, nID);
+        APICreatePolyline(nHistory, {{kNaN, 0, 0}, {kInfinity, 1, 1}}, nID, false);
+        APICreateCircleOrArc(nHistory, kNaN, {}, aPoints, UnitVector3d(1, 0, 0, true), UnitVector3d(0, 1, 0, true), 0,
+                             1, 6.0, false, Transf3d(Point3d(kNaN, 0, 0)), 0);
+        APICreateVertex(nHistory, {1, 2, 3}, nID);
+        APIDisableJournaling();
+        strText = journal.Read();
+    }
+    EXPECT_FALSE(ReplayText(strText));
+    EXPECT_EQ(CountObjects(), (std::map<std::string, std::size_t>{{"Vertex", 1}}));
+}
+
 TEST(Replay, LeavesFilesAloneWhereToldTo)
 {
     const TemporaryFile script("saves.js");
@@ -240,7 +266,7 @@ TEST(Replay, RefusesWhatNoJournalSays)
         "QRV.APIUndoHistory(mainHistID, true, @1e);",
         "QRV.APIUndoHistory(mainHistID, true, @0x10);",
         "QRV.APIUndoHistory(mainHistID, true, 1@ + 1);",
-        "QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(@nan, 0, 0));",
+        "QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(@nano, 0, 0));",
         "QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(0, 0, @1e999));",
         "QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(0, 0@));",
         "QRV.APICreateVertex(mainHistID, QRV.Geom.Point3d(0, 0, 0@, 0));",

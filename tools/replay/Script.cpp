@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <initializer_list>
+#include <limits>
 
 namespace tools
 {
@@ -59,6 +60,8 @@ private:
     json ReadRecord(int nDepth);
     json ReadText();
     json ReadNumber();
+    /// What stands in a journal for a number that is none, as callers give it and calls refuse it.
+    bool TakeNonNumber(json& number);
     std::size_t SkipDigits();
     double ToDouble(std::string_view strNumber, std::size_t nBegin) const;
 
@@ -174,6 +177,8 @@ Argument LineReader::ReadArgument()
         argument.value = QRV::kInvalidIDInJSON;
     else if (Take("QRV.Geom."))
         argument.value = ReadGeometry();
+    else if (json number; TakeNonNumber(number))
+        argument.value = std::move(number);
     else if (IsNameStart(Peek()) && !m_strLine.substr(m_nAt).starts_with("true") &&
              !m_strLine.substr(m_nAt).starts_with("false"))
     {
@@ -341,9 +346,31 @@ std::size_t LineReader::SkipDigits()
     return m_nAt - nBegin;
 }
 
+bool LineReader::TakeNonNumber(json& number)
+{
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr std::pair<std::string_view, double> aWords[] = {
+        {"nan", kNaN}, {"-nan", -kNaN}, {"inf", kInfinity}, {"-inf", -kInfinity}, {"null", kNaN}};
+    for (const auto& [strWord, dNumber] : aWords)
+    {
+        const std::string_view strRest = m_strLine.substr(m_nAt);
+        if (!strRest.starts_with(strWord) ||
+            (strRest.size() > strWord.size() &&
+             (IsNameStart(strRest[strWord.size()]) || IsDigit(strRest[strWord.size()]))))
+            continue;
+        m_nAt += strWord.size();
+        number = dNumber;
+        return true;
+    }
+    return false;
+}
+
 json LineReader::ReadNumber()
 {
     const std::size_t nBegin = m_nAt;
+    if (json number; TakeNonNumber(number))
+        return number;
     const auto check = [&](bool bGood)
     {
         if (!bGood)
