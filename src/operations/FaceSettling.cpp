@@ -5,6 +5,7 @@
 #include "model/Lump.h"
 #include "model/Shell.h"
 #include "model/Vertex.h"
+#include "operations/CellSearch.h"
 #include "operations/FaceInterior.h"
 #include "operations/FaceSearch.h"
 #include "spatial/Measures.h"
@@ -187,16 +188,21 @@ std::vector<Face*> FindClosedComponent(Face& face)
 
     // Where others share an edge, a sheet not yet turned consistently may have been left for theirs.
     const std::vector<Face*> aToOrient = sheet.bNoOpenEdge ? aFaces : FindTwoSidedComponent(face);
-    aFaces.clear();
-    if (aToOrient.empty())
-        return aFaces;
-    const std::vector<Face*> aTurned = OrientFaceComponent(aToOrient);
-    seen.clear();
-    face.GetConnectedComponent(aFaces, seen, sheet);
-    if (sheet.bClosed)
-        return aFaces;
-    for (Face* pTurned : aTurned)
-        pTurned->Reverse();
+    if (!aToOrient.empty())
+    {
+        const std::vector<Face*> aTurned = OrientFaceComponent(aToOrient);
+        aFaces.clear();
+        seen.clear();
+        face.GetConnectedComponent(aFaces, seen, sheet);
+        if (sheet.bClosed)
+            return aFaces;
+        for (Face* pTurned : aTurned)
+            pTurned->Reverse();
+    }
+    // And where open faces share edges with a closed sheet, they may have led astray.
+    for (const bool bFront : {false, true})
+        if (std::vector<Face*> aCell = EncloseCell(face, bFront); !aCell.empty())
+            return aCell;
     return {};
 }
 

@@ -306,6 +306,31 @@ TEST(DrawnBoxes, StandAsBlocksOfCellsInEveryOrder)
         }
 }
 
+TEST(DrawnBoxes, CloseAmongOpenFacesWhicheverWayTheirFacesTurn)
+{
+    // Lines of 2 x 2 cells, the digits x, y and z of each end. The walls that close a cell were turned by open faces.
+    const std::string strLines = "100-200 210-211 111-121 001-011 110-120 100-110 010-020 020-120 000-010 201-211 "
+                                 "101-201 010-011 200-201 111-211 "
+                                 "220-221 200-210 110-111 010-110 120-121 210-220 110-210 001-101 211-221 020-021 "
+                                 "121-221 011-111 000-100 120-220 "
+                                 "000-001 021-121 101-111 ";
+    std::vector<Segment> aLines;
+    for (std::size_t n = 0; n + 7 < strLines.size(); n += 8)
+    {
+        const auto at = [&](std::size_t nAt)
+        { return Point3d(strLines[nAt] - '0', strLines[nAt + 1] - '0', strLines[nAt + 2] - '0'); };
+        aLines.emplace_back(at(n), at(n + 4));
+    }
+    ASSERT_EQ(aLines.size(), 31u);
+    TestModel model;
+    DrawCells(model, aLines, 4.0);
+    EXPECT_EQ(model.Count(nFaceType), 16u);
+    EXPECT_GE(model.Count(nBodyType), 1u);
+    EXPECT_GE(model.GetVolume(), 1.0 - 1e-9);
+    ExpectRebuildMovesNothing(model);
+    ExpectUndoRedoRestores(model);
+}
+
 TEST(DrawnBoxes, GetTheSameIDsFromTheSameCalls)
 {
     std::mt19937_64 random(99);

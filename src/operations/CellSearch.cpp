@@ -1,0 +1,135 @@
+#include "operations/CellSearch.h"
+
+#include "geometry/Trigonometry.h"
+#include "model/Edge.h"
+#include "model/Face.h"
+#include "model/Shell.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <optional>
+#include <unordered_map>
+
+namespace QRV
+{
+namespace
+{
+/// One side of a face.
+struct FaceSide
+{
+    Face* pFace;
+    bool bFront; ///< that of the normal
+};
+
+/// Goes from side to side over the edges, always to the next face round the edge through the region.
+class CellWalk
+{
+public:
+    CellWalk(Face& face, bool bFront) : m_pShell(face.GetShell()) { Take({&face, bFront}); }
+
+    /// Whether the sides reached enclose a region.
+    bool Run()
+    {
+        std::vector<Coedge*> aCoedges;
+        for (std::size_t i = 0; i < m_aSides.size(); ++i)
+        {
+            aCoedges.clear();
+            m_aSides[i].pFace->GetCoedges(aCoedges);
+            for (const Coedge* pCoedge : aCoedges)
+            {
+                const std::optional<FaceSide> next = FindNext(*pCoedge, m_aSides[i].bFront);
+                if (!next || !Take(*next))
+                    return false;
+            }
+        }
+        return GetVolume() > kVolumeTolerance;
+    }
+
+    /// Turns the faces outward.
+    std::vector<Face*> Turn() const
+    {
+        std::vector<Face*> aFaces;
+        for (const auto& [pFace, bFront] : m_aSides)
+        {
+            if (bFront)
+                pFace->Reverse();
+            aFaces.push_back(pFace);
+        }
+        return aFaces;
+    }
+
+private:
+    /// False when the other side of the face has been taken.
+    bool Take(const FaceSide& side)
+    {
+        const auto [it, bNew] = m_taken.emplace(side.pFace, side.bFront);
+        if (bNew)
+            m_aSides.push_back(side);
+        return it->second == side.bFront;
+    }
+
+    /// The side that the region reaches next round the edge of the coedge; none at an open edge.
+    std::optional<FaceSide> FindNext(const Coedge& coedge, bool bFront) const
+    {
+        const Vector3d along = GetWay(coedge);
+        const UnitVector3d normal = coedge.GetFace()->GetPlane().normal;
+        const Vector3d inward = normal * along;
+        const Vector3d upward = bFront ? Vector3d(normal) : -Vector3d(normal);
+        std::optional<FaceSide> next;
+        double dNearest = 0.0;
+        ShortList<Coedge*> aOnEdge;
+        coedge.GetEdge()->GetCoedges(aOnEdge);
+        for (const Coedge* pOther : aOnEdge)
+        {
+            Face* pFace = pOther->GetFace();
+            if (pOther == &coedge || !pFace || pFace->GetShell() != m_pShell)
+                continue;
+            const UnitVector3d otherNormal = pFace->GetPlane().normal;
+            const Vector3d otherInward = otherNormal * GetWay(*pOther);
+            const double dTurn = GetTurn(otherInward % inward, otherInward % upward);
+            if (next && (dTurn > dNearest + kPerpendicularTolerance ||
+                         (dTurn > dNearest - kPerpendicularTolerance && pFace->GetID() > next->pFace->GetID())))
+                continue;
+            // Seen from the region the face is met head on.
+            const Vector3d turning = upward * Cos(dTurn) - inward * Sin(dTurn);
+            next = FaceSide{pFace, otherNormal % turning < 0.0};
+            dNearest = dTurn;
+        }
+        return next;
+    }
+
+    static Vector3d GetWay(const Coedge& coedge)
+    {
+        const Vector3d direction(coedge.GetEdge()->GetDirection());
+        return coedge.IsForward() ? direction : -direction;
+    }
+
+    /// From 0 to a full turn.
+    static double GetTurn(double x, double y)
+    {
+        const double dTurn = ArcTan2(y, x);
+        return dTurn < -kPerpendicularTolerance ? dTurn + 2.0 * std::numbers::pi : dTurn;
+    }
+
+    double GetVolume() const
+    {
+        const Point3d origin = m_aSides.front().pFace->GetOuterLoop()->GetCoedge()->GetStartVertex()->GetPosition();
+        double dVolume = 0.0;
+        for (const auto& [pFace, bFront] : m_aSides)
+            dVolume += (bFront ? -1.0 : 1.0) * pFace->GetVolumeContribution(nullptr, origin);
+        return dVolume;
+    }
+
+    const Shell* m_pShell;
+    std::vector<FaceSide> m_aSides;
+    std::unordered_map<const Face*, bool> m_taken;
+};
+} // namespace
+
+std::vector<Face*> EncloseCell(Face& face, bool bFront)
+{
+    CellWalk walk(face, bFront);
+    return walk.Run() ? walk.Turn() : std::vector<Face*>();
+}
+} // namespace QRV

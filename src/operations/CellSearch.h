@@ -1,0 +1,15 @@
+/// Regions of space that faces enclose.
+#pragma once
+
+#include <vector>
+
+namespace QRV
+{
+class Face;
+
+/// The faces round the region on one side of a face, whichever way they are turned, `bFront` for the side that its
+/// normal points to; only faces of its shell count, and of a face without a shell only such. In the order reached, this
+/// face first, all turned to have the region behind them. Empty, with nothing turned, when the region is open or
+/// endless or the same face bounds it with both sides.
+std::vector<Face*> EncloseCell(Face& face, bool bFront);
+} // namespace QRV
