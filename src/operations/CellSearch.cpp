@@ -4,6 +4,7 @@
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Shell.h"
+#include "model/Vertex.h"
 
 #include <algorithm>
 #include <cmath>
