@@ -164,7 +164,7 @@ private:
         {
             if (tried.contains(pSeed))
                 continue;
-            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet);
+            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet, true);
             tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
             if (!sheet.bClosed || !IsClosedAlone(aSheet))
                 continue;
@@ -224,7 +224,7 @@ private:
         {
             if (!core.contains(pSeed) || tried.contains(pSeed))
                 continue;
-            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet);
+            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet, true);
             tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
             if (sheet.bClosed && IsClosedAlone(aSheet) && std::abs(GetSignedVolume(aSheet)) > kVolumeTolerance)
                 return true;
@@ -233,12 +233,14 @@ private:
     }
 
     /// The sheet replaces the contents of `aSheet`.
-    static Face::Sheet FindSheetAt(Face& seed, const ObjectSet& among, std::vector<Face*>& aSheet)
+    static Face::Sheet FindSheetAt(Face& seed, const ObjectSet& among, std::vector<Face*>& aSheet,
+                                   bool bOnlyIfClosed = false)
     {
         aSheet.clear();
         ObjectSet seen;
         Face::Sheet sheet;
         sheet.pAmong = &among;
+        sheet.bOnlyIfClosed = bOnlyIfClosed;
         seed.GetConnectedComponent(aSheet, seen, sheet);
         return sheet;
     }

@@ -68,8 +68,8 @@ public:
     /// Adds a hole round what `inner` belongs to: edges and whether they are gone along forward, with this face on the
     /// left.
     void AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner);
-    /// Moves the holes that lie inside `other`, split off this face, to it. `parted`, the loop that its outline comes from,
-    /// stays: it runs round the outline or beside it.
+    /// Moves the holes that lie inside `other`, split off this face, to it. `parted`, the loop that its outline comes
+    /// from, stays: it runs round the outline or beside it.
     void HandOverInnerLoops(Face& other, const Loop& parted);
     void Reverse();
 
@@ -109,6 +109,7 @@ public:
     struct Sheet
     {
         bool bStopWhenOpen = false; ///< asked by the caller: the first open edge ends the walk
+        bool bOnlyIfClosed = false; ///< asked by the caller: the walk ends once the sheet cannot be closed any more
         /// Asked by the caller: only faces of the first one's shell count, and of a face without a shell only such, as
         /// if there were no others at their edges.
         bool bWithinShell = false;

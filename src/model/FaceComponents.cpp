@@ -32,6 +32,8 @@ public:
             if (m_bOpen && m_sheet.bStopWhenOpen)
                 break;
             m_sheet.bClosed = m_sheet.bClosed && !m_bOpen && m_bConsistent;
+            if (m_sheet.bOnlyIfClosed && !m_sheet.bClosed)
+                break;
             if (!CrossNextManySidedEdge())
                 break;
         }
