@@ -25,6 +25,12 @@ double ArcTan2(double y, double x)
     return std::atan2(y, x);
 }
 
+double TurnFromTan2(double y, double x, double dLeast)
+{
+    const double dAngle = ArcTan2(y, x);
+    return dAngle < dLeast ? dAngle + 2.0 * std::numbers::pi : dAngle;
+}
+
 double AngleFromCosine(double dCosine, double dTol)
 {
     if (dCosine <= -(1.0 - dTol))

@@ -110,7 +110,8 @@ private:
     void Divide(Shell& shell, std::vector<Face*>& aLoose)
     {
         const std::vector<Face*> aOwn(shell.GetFaces().begin(), shell.GetFaces().end());
-        if (aLoose.empty() || !IsAtBranch(aOwn))
+        if (aLoose.empty() ||
+            std::none_of(aOwn.begin(), aOwn.end(), [](const Face* pFace) { return pFace->IsAtBranch(); }))
             return;
         std::vector<Face*> aAll = aOwn;
         aAll.insert(aAll.end(), aLoose.begin(), aLoose.end());
@@ -173,16 +174,6 @@ private:
                 best = std::move(part);
         }
         return best.aFaces;
-    }
-
-    static bool IsAtBranch(const std::vector<Face*>& aFaces)
-    {
-        bool bBranches = false;
-        for (const Face* pFace : aFaces)
-            for (const Loop* pLoop : pFace->GetLoops())
-                pLoop->ForEachCoedge([&](const Coedge& coedge)
-                                     { bBranches = bBranches || coedge.GetEdge()->GetUse() > 2; });
-        return bBranches;
     }
 
     /// Closed sheets first, or an open one that reaches an edge of theirs would go on into them. In order of id, and

@@ -141,10 +141,7 @@ nConvexity Edge::GetConvexity() const
     if (std::abs(n1 % n2) > kCosHalfDegree)
         return nConvexityFlat;
     const UnitVector3d u(m_pCoedge->GetVector(), true);
-    double dAngle = ArcTan2(u % (n1 * n2), n1 % n2);
-    if (dAngle < 0.0)
-        dAngle += 2.0 * std::numbers::pi;
-    return dAngle > std::numbers::pi ? nConvexityConcave : nConvexityConvex;
+    return TurnFromTan2(u % (n1 * n2), n1 % n2, 0.0) > std::numbers::pi ? nConvexityConcave : nConvexityConvex;
 }
 
 nEdgeFaceClass Edge::GetFaceClass() const

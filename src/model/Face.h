@@ -124,6 +124,10 @@ public:
     /// Appends the oriented sheet around this face to `aFaces` and enters it in `seen`, faces of which are not taken
     /// again. Gives the number appended.
     std::size_t GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet);
+    /// Whether an edge of the face has three or more coedges, where a sheet may go one way or another.
+    bool IsAtBranch() const;
+    /// This face, with a shell or without, and all that hang on it over edges and over one another and have no shell.
+    std::vector<Face*> GetShelllessAround();
     /// Whether `other` covers the same polygon: equal boxes, one plane, the same vertices.
     bool IsCoincident(Face& other);
     /// Appends the faces reached over edges or vertices, this one first; faces of `pExcluded` are not entered.

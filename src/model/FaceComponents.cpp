@@ -296,6 +296,36 @@ bool Face::SeesOpenEdge() const
     return bOpen;
 }
 
+bool Face::IsAtBranch() const
+{
+    bool bBranches = false;
+    for (const Loop* pLoop : m_aLoops)
+        pLoop->ForEachCoedge([&](const Coedge& coedge) { bBranches = bBranches || coedge.GetEdge()->GetUse() > 2; });
+    return bBranches;
+}
+
+std::vector<Face*> Face::GetShelllessAround()
+{
+    std::vector<Face*> aFaces{this};
+    ObjectSet seen{this};
+    std::vector<Edge*> aEdges;
+    ShortList<Face*> aNeighbours;
+    for (std::size_t i = 0; i < aFaces.size(); ++i)
+    {
+        aEdges.clear();
+        aFaces[i]->GetEdges(aEdges);
+        for (const Edge* pEdge : aEdges)
+        {
+            aNeighbours.clear();
+            pEdge->GetFaces(aNeighbours);
+            for (Face* pNeighbour : aNeighbours)
+                if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
+                    aFaces.push_back(pNeighbour);
+        }
+    }
+    return aFaces;
+}
+
 std::size_t Face::GetConnectedComponent(std::vector<Face*>& aFaces, ObjectSet& seen, Sheet& sheet)
 {
     const std::size_t nBefore = aFaces.size();

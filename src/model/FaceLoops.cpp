@@ -145,24 +145,6 @@ void MoveHoles(Face& outer, Face& inner, bool bSameDirection)
     }
 }
 
-/// Brings the face and the faces without a shell that hang on it into a shell.
-void JoinShell(Face& face, Shell& shell)
-{
-    std::vector<Face*> aFaces{&face};
-    ObjectSet seen{&face};
-    for (std::size_t n = 0; n < aFaces.size(); ++n)
-    {
-        std::vector<Edge*> aEdges;
-        aFaces[n]->GetEdges(aEdges);
-        ShortList<Face*> aNeighbours;
-        for (const Edge* pEdge : aEdges)
-            pEdge->GetFaces(aNeighbours);
-        for (Face* pNeighbour : aNeighbours)
-            if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
-                aFaces.push_back(pNeighbour);
-    }
-    shell.AddFaces(aFaces);
-}
 } // namespace
 
 bool Face::AddLoop(Loop* pLoop, bool bFront)
@@ -251,9 +233,9 @@ void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
     Changed(nBoundaryChanged);
     inner.Changed(nBoundaryChanged);
     if (m_pShell && !inner.GetShell())
-        JoinShell(inner, *m_pShell);
+        m_pShell->AddFaces(inner.GetShelllessAround());
     else if (!m_pShell && inner.GetShell())
-        JoinShell(*this, *inner.GetShell());
+        inner.GetShell()->AddFaces(GetShelllessAround());
 }
 
 void Face::HandOverInnerLoops(Face& other, const Loop& parted)

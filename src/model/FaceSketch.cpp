@@ -26,8 +26,7 @@ constexpr double kCrumbLengthSqrd = 1e-12;
 /// Counter-clockwise from `from` to `to` about the normal: from 0 to 2 pi.
 double GetTurn(const Vector3d& from, const Vector3d& to, const UnitVector3d& normal)
 {
-    const double dAngle = ArcTan2(normal % (from * to), from % to);
-    return dAngle < -kAngleTolerance ? dAngle + 2 * std::numbers::pi : dAngle;
+    return TurnFromTan2(normal % (from * to), from % to, -kAngleTolerance);
 }
 
 /// Whether the direction falls into the corner at the end of the coedge. The face lies on the left, so its sector runs

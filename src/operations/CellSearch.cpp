@@ -6,9 +6,6 @@
 #include "model/Shell.h"
 #include "model/Vertex.h"
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <optional>
 #include <unordered_map>
 
@@ -73,9 +70,8 @@ private:
     /// The side that the region reaches next round the edge of the coedge; none at an open edge.
     std::optional<FaceSide> FindNext(const Coedge& coedge, bool bFront) const
     {
-        const Vector3d along = GetWay(coedge);
         const UnitVector3d normal = coedge.GetFace()->GetPlane().normal;
-        const Vector3d inward = normal * along;
+        const Vector3d inward = GetInward(coedge);
         const Vector3d upward = bFront ? Vector3d(normal) : -Vector3d(normal);
         std::optional<FaceSide> next;
         double dNearest = 0.0;
@@ -86,31 +82,23 @@ private:
             Face* pFace = pOther->GetFace();
             if (pOther == &coedge || !pFace || pFace->GetShell() != m_pShell)
                 continue;
-            const UnitVector3d otherNormal = pFace->GetPlane().normal;
-            const Vector3d otherInward = otherNormal * GetWay(*pOther);
-            const double dTurn = GetTurn(otherInward % inward, otherInward % upward);
+            const Vector3d otherInward = GetInward(*pOther);
+            const double dTurn = TurnFromTan2(otherInward % upward, otherInward % inward, -kPerpendicularTolerance);
             if (next && (dTurn > dNearest + kPerpendicularTolerance ||
                          (dTurn > dNearest - kPerpendicularTolerance && pFace->GetID() > next->pFace->GetID())))
                 continue;
             // Seen from the region the face is met head on.
             const Vector3d turning = upward * Cos(dTurn) - inward * Sin(dTurn);
-            next = FaceSide{pFace, otherNormal % turning < 0.0};
+            next = FaceSide{pFace, pFace->GetPlane().normal % turning < 0.0};
             dNearest = dTurn;
         }
         return next;
     }
 
-    static Vector3d GetWay(const Coedge& coedge)
+    /// From the coedge into its face.
+    static Vector3d GetInward(const Coedge& coedge)
     {
-        const Vector3d direction(coedge.GetEdge()->GetDirection());
-        return coedge.IsForward() ? direction : -direction;
-    }
-
-    /// From 0 to a full turn.
-    static double GetTurn(double x, double y)
-    {
-        const double dTurn = ArcTan2(y, x);
-        return dTurn < -kPerpendicularTolerance ? dTurn + 2.0 * std::numbers::pi : dTurn;
+        return coedge.GetFace()->GetPlane().normal * Vector3d(UnitVector3d(coedge.GetVector(), true));
     }
 
     double GetVolume() const

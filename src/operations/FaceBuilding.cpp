@@ -201,7 +201,6 @@ private:
     /// Whether a direction away from the edge of two coedges runs behind the faces of both, clear of either.
     static bool IsBetween(const Coedge& first, const Coedge& second, const Vector3d& direction)
     {
-        constexpr double kFullTurn = 6.283185307179586;
         if (first.IsForward() == second.IsForward())
             return false;
         const UnitVector3d normal = first.GetFace()->GetPlane().normal;
@@ -210,10 +209,7 @@ private:
         const Vector3d intoFirst = normal * along;
         const Vector3d intoSecond = -(second.GetFace()->GetPlane().normal * along);
         const auto getTurn = [&](const Vector3d& v)
-        {
-            const double dTurn = ArcTan2(-(v % normal), v % intoFirst);
-            return dTurn < kPerpendicularTolerance ? dTurn + kFullTurn : dTurn;
-        };
+        { return TurnFromTan2(-(v % normal), v % intoFirst, kPerpendicularTolerance); };
         return getTurn(direction) < getTurn(intoSecond) - kPerpendicularTolerance;
     }
 
@@ -272,7 +268,7 @@ private:
     void JoinShell(Face& face)
     {
         Body* pBody = m_pShell->GetBody();
-        const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : GetShelllessAround(face);
+        const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : face.GetShelllessAround();
         const bool bRebuild = pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge);
         if (bRebuild && m_pShell->IsClosed())
         {
@@ -284,29 +280,6 @@ private:
             pBody->Rebuild(false);
         if (aJoining.size() > 1)
             RebuildBranchedBodies({face.GetShell()->GetFaces().begin(), face.GetShell()->GetFaces().end()});
-    }
-
-    /// The face and all that hang together with it over edges and have no shell yet.
-    static std::vector<Face*> GetShelllessAround(Face& face)
-    {
-        std::vector<Face*> aFaces{&face};
-        ObjectSet seen{&face};
-        std::vector<Edge*> aEdges;
-        ShortList<Face*> aNeighbours;
-        for (std::size_t i = 0; i < aFaces.size(); ++i)
-        {
-            aEdges.clear();
-            aFaces[i]->GetEdges(aEdges);
-            for (const Edge* pEdge : aEdges)
-            {
-                aNeighbours.clear();
-                pEdge->GetFaces(aNeighbours);
-                for (Face* pNeighbour : aNeighbours)
-                    if (!pNeighbour->GetShell() && seen.insert(pNeighbour).second)
-                        aFaces.push_back(pNeighbour);
-            }
-        }
-        return aFaces;
     }
 
     History& m_history;

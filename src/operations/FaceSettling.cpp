@@ -82,13 +82,6 @@ bool IsCovered(History& history, Face& face)
                        });
 }
 
-bool IsAtBranch(const Face& face)
-{
-    std::vector<Edge*> aEdges;
-    face.GetEdges(aEdges);
-    return std::any_of(aEdges.begin(), aEdges.end(), [](const Edge* pEdge) { return pEdge->GetUse() > 2; });
-}
-
 /// Whether the face shares its edges with one other at most, so that nothing hangs together through it.
 bool HangsOnOneFace(const Face& face)
 {
@@ -108,7 +101,7 @@ std::vector<Face*> GetSheetJoined(Face& face, bool bBroughtOthers)
 {
     std::vector<Face*> aSheet{&face};
     const Shell* pShell = face.GetShell();
-    if (pShell && (bBroughtOthers || !(IsAtBranch(face) || HangsOnOneFace(face))))
+    if (pShell && (bBroughtOthers || !(face.IsAtBranch() || HangsOnOneFace(face))))
         aSheet.insert(aSheet.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
     return aSheet;
 }
@@ -252,7 +245,7 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
     const bool bJoinedAround = newFace.GetShell() != pShellBefore;
-    RebuildBranchedBodies(GetSheetJoined(newFace, bTookHoles || (bJoinedAround && IsAtBranch(newFace))));
+    RebuildBranchedBodies(GetSheetJoined(newFace, bTookHoles || (bJoinedAround && newFace.IsAtBranch())));
 
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)

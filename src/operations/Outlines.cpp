@@ -217,8 +217,7 @@ bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool
     if (!bFullCircle)
     {
         const Vector3d toEnd = p2 - arc.center;
-        const double dAngle = ArcTan2(toEnd % arc.yAxis, toEnd % arc.xAxis);
-        arc.dEndAngle = dAngle < 0.0 ? dAngle + kTwoPi : dAngle;
+        arc.dEndAngle = TurnFromTan2(toEnd % arc.yAxis, toEnd % arc.xAxis, 0.0);
     }
     return true;
 }
