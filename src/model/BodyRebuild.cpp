@@ -41,9 +41,10 @@ bool IsLarger(const ShellRecord* pA, const ShellRecord* pB)
     return pA->dVolume != pB->dVolume ? pA->dVolume > pB->dVolume : pA->pShell->GetID() < pB->pShell->GetID();
 }
 
-double GetVolumeOf(const Shell& shell)
+/// 0 for an open shell.
+double GetEnclosedVolume(const Shell& shell)
 {
-    return GetSignedVolume({shell.GetFaces().begin(), shell.GetFaces().end()});
+    return shell.IsClosed() ? GetSignedVolume({shell.GetFaces().begin(), shell.GetFaces().end()}) : 0.0;
 }
 
 bool IsFirstInLump(const Shell& shell)
@@ -78,18 +79,19 @@ private:
     /// unless another has it already.
     void GatherShells()
     {
-        std::vector<Shell*> aClosed;
         std::vector<Face*> aLoose;
+        ObjectSet taken;
         for (const Lump* pLump : m_body.GetLumps())
             for (Shell* pShell : pLump->GetShells())
-                if (pShell->IsClosed() && std::abs(GetVolumeOf(*pShell)) > kVolumeTolerance)
-                    aClosed.push_back(pShell);
+                if (const double dVolume = GetEnclosedVolume(*pShell); std::abs(dVolume) > kVolumeTolerance)
+                {
+                    m_aRecords.push_back({pShell, Interval3d(), dVolume, true});
+                    taken.insert(pShell);
+                }
                 else
                     aLoose.insert(aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
-        for (Shell* pShell : aClosed)
-            Divide(*pShell, aLoose);
-        ObjectSet taken(aClosed.begin(), aClosed.end());
-        std::vector<Shell*> aShells;
+        for (ShellRecord& record : m_aRecords)
+            Divide(record, aLoose);
         for (const std::vector<Face*>& aSheet : FindSheets(std::move(aLoose)))
         {
             Shell* pShell = aSheet.front()->GetShell();
@@ -97,19 +99,22 @@ private:
                 pShell = &m_history.Create<Shell>();
             taken.insert(pShell);
             MoveFaces(aSheet, *pShell);
-            aShells.push_back(pShell);
+            m_aRecords.push_back({pShell, Interval3d(), 0.0, false});
         }
-        for (Shell* pShell : aClosed)
-            Record(*pShell, {.bClosed = true, .bWasClosed = true});
-        for (Shell* pShell : aShells)
-            Record(*pShell, {.bClosed = pShell->IsClosed()});
+        for (ShellRecord& record : m_aRecords)
+        {
+            record.pShell->AddToBox(record.box);
+            if (!record.bWasClosed)
+                record.dVolume = GetEnclosedVolume(*record.pShell);
+        }
     }
 
     /// Where loose faces stand right across the solid within a closed shell, it bounds from now on one of the parts,
     /// and what it leaves is loose. Else it stays as it is.
-    void Divide(Shell& shell, std::vector<Face*>& aLoose)
+    void Divide(ShellRecord& record, std::vector<Face*>& aLoose)
     {
-        const std::vector<Face*> aOwn(shell.GetFaces().begin(), shell.GetFaces().end());
+        const SharedObjectSet<Face>& faces = record.pShell->GetFaces();
+        const std::vector<Face*> aOwn(faces.begin(), faces.end());
         if (aLoose.empty() ||
             std::none_of(aOwn.begin(), aOwn.end(), [](const Face* pFace) { return pFace->IsAtBranch(); }))
             return;
@@ -118,12 +123,13 @@ private:
         const ObjectSet core = GetWithoutOpen(aAll, {aAll.begin(), aAll.end()});
         if (core.size() == aOwn.size())
             return;
-        const std::vector<Face*> aPart = FindPart(aOwn, core);
-        if (aPart.empty())
+        const Part part = FindPart(aOwn, core);
+        if (part.aFaces.empty())
             return;
-        MoveFaces(aPart, shell);
-        const ObjectSet part(aPart.begin(), aPart.end());
-        std::erase_if(aAll, [&](const Face* pFace) { return part.contains(pFace); });
+        MoveFaces(part.aFaces, *record.pShell);
+        record.dVolume = part.dVolume;
+        const ObjectSet taken(part.aFaces.begin(), part.aFaces.end());
+        std::erase_if(aAll, [&](const Face* pFace) { return taken.contains(pFace); });
         aLoose = std::move(aAll);
     }
 
@@ -154,26 +160,20 @@ private:
         }
     };
 
-    /// Of the closed sheets through faces of a shell, as those bound it or turned into the solid. Empty for none.
-    static std::vector<Face*> FindPart(const std::vector<Face*>& aOwn, const ObjectSet& core)
+    /// Of the closed sheets through faces of a shell, as those bound it or turned into the solid. No faces for none.
+    static Part FindPart(const std::vector<Face*>& aOwn, const ObjectSet& core)
     {
         const Part whole(aOwn);
         Part best({});
-        ObjectSet tried;
-        std::vector<Face*> aSheet;
-        for (Face* pSeed : aOwn)
-        {
-            if (tried.contains(pSeed))
-                continue;
-            const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet, true);
-            tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
-            if (!sheet.bClosed || !IsClosedAlone(aSheet))
-                continue;
-            Part part(aSheet);
-            if (part.StandsFor(whole) && (best.aFaces.empty() || part.IsPreferredTo(best)))
-                best = std::move(part);
-        }
-        return best.aFaces;
+        FindClosedSheet(aOwn, core,
+                        [&](const std::vector<Face*>& aSheet)
+                        {
+                            Part part(aSheet);
+                            if (part.StandsFor(whole) && (best.aFaces.empty() || part.IsPreferredTo(best)))
+                                best = std::move(part);
+                            return false;
+                        });
+        return best;
     }
 
     /// Closed sheets first, or an open one that reaches an edge of theirs would go on into them. In order of id, and
@@ -183,19 +183,23 @@ private:
         std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
         std::vector<std::vector<Face*>> aSheets;
         ObjectSet left(aFaces.begin(), aFaces.end());
-        std::vector<Face*> aSheet;
-        while (FindClosedSheet(aFaces, left, aSheet))
+        const auto takeSolid = [&](const std::vector<Face*>& aSheet)
         {
+            if (std::abs(GetSignedVolume(aSheet)) <= kVolumeTolerance)
+                return false;
             for (const Face* pFace : aSheet)
                 left.erase(pFace);
-            aSheets.push_back(std::move(aSheet));
-        }
+            aSheets.push_back(aSheet);
+            return true;
+        };
+        while (FindClosedSheet(aFaces, GetWithoutOpen(aFaces, left), takeSolid))
+            ;
         ObjectSet seen;
         for (Face* pSeed : aFaces)
         {
             if (!left.contains(pSeed) || seen.contains(pSeed))
                 continue;
-            aSheet.clear();
+            std::vector<Face*> aSheet;
             Face::Sheet sheet;
             sheet.pAmong = &left;
             pSeed->GetConnectedComponent(aSheet, seen, sheet);
@@ -204,20 +208,20 @@ private:
         return aSheets;
     }
 
-    /// The first closed sheet among the faces left, `aSheet`, in order of id. Faces that hang out of it into the open
-    /// are no part of it, though they share its edges. Of faces that hang together over edges of two sides one stands
-    /// for all.
-    static bool FindClosedSheet(const std::vector<Face*>& aFaces, const ObjectSet& left, std::vector<Face*>& aSheet)
+    /// Offers the closed sheets among the faces `core` to `take`, from seeds in their order, until it takes one: then
+    /// true. Of faces that hang together over edges of two sides one stands for all.
+    template <class Take>
+    static bool FindClosedSheet(const std::vector<Face*>& aSeeds, const ObjectSet& core, Take take)
     {
-        const ObjectSet core = GetWithoutOpen(aFaces, left);
+        std::vector<Face*> aSheet;
         ObjectSet tried;
-        for (Face* pSeed : aFaces)
+        for (Face* pSeed : aSeeds)
         {
             if (!core.contains(pSeed) || tried.contains(pSeed))
                 continue;
             const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet, true);
             tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
-            if (sheet.bClosed && IsClosedAlone(aSheet) && std::abs(GetSignedVolume(aSheet)) > kVolumeTolerance)
+            if (sheet.bClosed && IsClosedAlone(aSheet) && take(aSheet))
                 return true;
         }
         return false;
@@ -233,6 +237,7 @@ private:
         sheet.pAmong = &among;
         sheet.bOnlyIfClosed = bOnlyIfClosed;
         seed.GetConnectedComponent(aSheet, seen, sheet);
+        sheet.pAmong = nullptr; // it may not outlive the call
         return sheet;
     }
 
@@ -245,7 +250,8 @@ private:
                aReached.size() == aFaces.size();
     }
 
-    /// The faces left without those that have an edge for themselves alone, and so on until none has.
+    /// The faces left without those that hang out into the open: that have an edge for themselves alone, and so on
+    /// until none has.
     static ObjectSet GetWithoutOpen(const std::vector<Face*>& aFaces, const ObjectSet& left)
     {
         ObjectSet core = left;
@@ -305,20 +311,6 @@ private:
             aToDo.push_back(std::move(aFaces));
             aToDo.push_back(std::move(aCoherent));
         }
-    }
-
-    struct Closure
-    {
-        bool bClosed = false;
-        bool bWasClosed = false;
-    };
-    void Record(Shell& shell, const Closure& closure)
-    {
-        ShellRecord record{&shell, Interval3d(), 0.0, closure.bWasClosed};
-        shell.AddToBox(record.box);
-        if (closure.bClosed)
-            record.dVolume = GetVolumeOf(shell);
-        m_aRecords.push_back(record);
     }
 
     void MoveFaces(const std::vector<Face*>& aComponent, Shell& shell)
