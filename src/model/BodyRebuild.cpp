@@ -209,11 +209,12 @@ private:
     }
 
     /// Offers the closed sheets among the faces `core` to `take`, from seeds in their order, until it takes one: then
-    /// true. Of faces that hang together over edges of two sides one stands for all.
+    /// true. Each in order of id. Of faces that hang together over edges of two sides one stands for all.
     template <class Take>
     static bool FindClosedSheet(const std::vector<Face*>& aSeeds, const ObjectSet& core, Take take)
     {
         std::vector<Face*> aSheet;
+        std::vector<Face*> aLast;
         ObjectSet tried;
         for (Face* pSeed : aSeeds)
         {
@@ -221,8 +222,13 @@ private:
                 continue;
             const Face::Sheet sheet = FindSheetAt(*pSeed, core, aSheet, true);
             tried.insert(aSheet.begin(), aSheet.begin() + std::ptrdiff_t(sheet.nAcrossTwoSides));
-            if (sheet.bClosed && IsClosedAlone(aSheet) && take(aSheet))
+            if (!sheet.bClosed)
+                continue;
+            std::sort(aSheet.begin(), aSheet.end(), ByObjectID());
+            const bool bKnown = aSheet == aLast; // reached from another of its faces
+            if (!bKnown && IsClosedAlone(aSheet) && take(aSheet))
                 return true;
+            aLast.swap(aSheet);
         }
         return false;
     }
@@ -241,10 +247,9 @@ private:
         return sheet;
     }
 
-    /// Puts the faces in order of id. Whether they still make one closed sheet from the first when there are no others.
-    static bool IsClosedAlone(std::vector<Face*>& aFaces)
+    /// Whether the faces, in order of id, still make one closed sheet from the first when there are no others.
+    static bool IsClosedAlone(const std::vector<Face*>& aFaces)
     {
-        std::sort(aFaces.begin(), aFaces.end(), ByObjectID());
         std::vector<Face*> aReached;
         return FindSheetAt(*aFaces.front(), {aFaces.begin(), aFaces.end()}, aReached).bClosed &&
                aReached.size() == aFaces.size();
