@@ -254,12 +254,10 @@ TEST(RayFire, PassesBetweenNoTwoTrianglesOfALargeFace)
         {
             const double dSlope = 0.1 + 0.9 * number(random);
             const double dTurn = 6.28 * number(random);
-            const auto at = [&](double u, double v) {
-                return Point3d(std::cos(dTurn) * u - std::sin(dTurn) * v, std::sin(dTurn) * u + std::cos(dTurn) * v,
-                               dSlope * u);
-            };
+            const Frame at = MakeFrame("roof", Point3d(), Vector3d(std::cos(dTurn), std::sin(dTurn), dSlope),
+                                       Vector3d(-std::sin(dTurn), std::cos(dTurn), 0));
             const double d = dSize / 2.0;
-            const Polygon corners{at(-d, -d), at(d, -d), at(d, d), at(-d, d)};
+            const Polygon corners = MakeRectangle(at, -d, -d, d, d);
             PolygonModel model;
             const Face& face = model.AddFace(corners);
             for (int nRay = 0; nRay < 60; ++nRay)

@@ -352,17 +352,18 @@ bool LineReader::TakeNonNumber(json& number)
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     constexpr std::pair<std::string_view, double> aWords[] = {
         {"nan", kNaN}, {"-nan", -kNaN}, {"inf", kInfinity}, {"-inf", -kInfinity}, {"null", kNaN}};
+    const std::size_t nBegin = m_nAt;
+    Take("-");
+    if (IsNameStart(Peek()))
+        ReadName();
+    const std::string_view strFound = m_strLine.substr(nBegin, m_nAt - nBegin);
     for (const auto& [strWord, dNumber] : aWords)
-    {
-        const std::string_view strRest = m_strLine.substr(m_nAt);
-        if (!strRest.starts_with(strWord) ||
-            (strRest.size() > strWord.size() &&
-             (IsNameStart(strRest[strWord.size()]) || IsDigit(strRest[strWord.size()]))))
-            continue;
-        m_nAt += strWord.size();
-        number = dNumber;
-        return true;
-    }
+        if (strFound == strWord)
+        {
+            number = dNumber;
+            return true;
+        }
+    m_nAt = nBegin;
     return false;
 }
 
