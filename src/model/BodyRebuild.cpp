@@ -79,7 +79,6 @@ private:
     /// unless another has it already.
     void GatherShells()
     {
-        std::vector<Face*> aLoose;
         ObjectSet taken;
         for (const Lump* pLump : m_body.GetLumps())
             for (Shell* pShell : pLump->GetShells())
@@ -89,10 +88,11 @@ private:
                     taken.insert(pShell);
                 }
                 else
-                    aLoose.insert(aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
+                    m_aLoose.insert(m_aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
+        m_loose.insert(m_aLoose.begin(), m_aLoose.end());
         for (ShellRecord& record : m_aRecords)
-            Divide(record, aLoose);
-        for (const std::vector<Face*>& aSheet : FindSheets(std::move(aLoose)))
+            Divide(record);
+        for (const std::vector<Face*>& aSheet : FindSheets(m_aLoose))
         {
             Shell* pShell = aSheet.front()->GetShell();
             if (taken.contains(pShell))
@@ -111,15 +111,15 @@ private:
 
     /// Where loose faces stand right across the solid within a closed shell, it bounds from now on one of the parts,
     /// and what it leaves is loose. Else it stays as it is.
-    void Divide(ShellRecord& record, std::vector<Face*>& aLoose)
+    void Divide(ShellRecord& record)
     {
         const SharedObjectSet<Face>& faces = record.pShell->GetFaces();
         const std::vector<Face*> aOwn(faces.begin(), faces.end());
-        if (aLoose.empty() ||
-            std::none_of(aOwn.begin(), aOwn.end(), [](const Face* pFace) { return pFace->IsAtBranch(); }))
+        if (m_aLoose.empty() ||
+            std::none_of(aOwn.begin(), aOwn.end(), [this](const Face* pFace) { return HasLooseBehind(*pFace); }))
             return;
         std::vector<Face*> aAll = aOwn;
-        aAll.insert(aAll.end(), aLoose.begin(), aLoose.end());
+        aAll.insert(aAll.end(), m_aLoose.begin(), m_aLoose.end());
         const ObjectSet core = GetWithoutOpen(aAll, {aAll.begin(), aAll.end()});
         if (core.size() == aOwn.size())
             return;
@@ -130,7 +130,31 @@ private:
         record.dVolume = part.dVolume;
         const ObjectSet taken(part.aFaces.begin(), part.aFaces.end());
         std::erase_if(aAll, [&](const Face* pFace) { return taken.contains(pFace); });
-        aLoose = std::move(aAll);
+        m_aLoose = std::move(aAll);
+        m_loose = {m_aLoose.begin(), m_aLoose.end()};
+    }
+
+    /// Whether a loose face stands at an edge of the face and goes from there into what the face's shell bounds.
+    bool HasLooseBehind(const Face& face) const
+    {
+        bool bBehind = false;
+        ShortList<Coedge*> aOnEdge;
+        const auto goesBehind = [&](const Coedge* pOther)
+        {
+            return m_loose.contains(pOther->GetFace()) &&
+                   pOther->GetEdge()->FindShellAround(pOther->GetInward()) == face.GetShell();
+        };
+        for (const Loop* pLoop : face.GetLoops())
+            pLoop->ForEachCoedge(
+                [&](const Coedge& coedge)
+                {
+                    if (bBehind || coedge.GetEdge()->GetUse() <= 2)
+                        return;
+                    aOnEdge.clear();
+                    coedge.GetEdge()->GetCoedges(aOnEdge);
+                    bBehind = std::any_of(aOnEdge.begin(), aOnEdge.end(), goesBehind);
+                });
+        return bBehind;
     }
 
     struct Part
@@ -458,6 +482,8 @@ private:
     bool m_bSplitToBodies;
     bool m_bMoved = false;
     std::vector<ShellRecord> m_aRecords;
+    std::vector<Face*> m_aLoose; ///< in no closed shell
+    ObjectSet m_loose;           ///< the same
     BoxTree<ShellRecord> m_tree;
 };
 } // namespace

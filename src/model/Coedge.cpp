@@ -26,6 +26,11 @@ Vector3d Coedge::GetVector() const
     return pStart && pEnd ? pEnd->GetPosition() - pStart->GetPosition() : Vector3d();
 }
 
+Vector3d Coedge::GetInward() const
+{
+    return GetFace()->GetPlane().normal * Vector3d(UnitVector3d(GetVector(), true));
+}
+
 Coedge* Coedge::GetNeighbourAt(const Vertex* pVertex) const
 {
     return GetStartVertex() == pVertex ? m_pPrevious : m_pNext;

@@ -50,6 +50,8 @@ public:
     Face* GetFace() const;
     /// From start to end vertex of the coedge, not normalised; null for a missing vertex.
     Vector3d GetVector() const;
+    /// Away from the edge into the face, of length 1.
+    Vector3d GetInward() const;
     /// The next coedge at the far end of `pVertex`'s corner: previous when this starts there, next otherwise.
     Coedge* GetNeighbourAt(const Vertex* pVertex) const;
 

@@ -9,6 +9,7 @@ namespace QRV
 class Coedge;
 class Face;
 class Loop;
+class Shell;
 class Vertex;
 
 /// A straight edge, shared by the coedges of any number of faces; free while it has none.
@@ -44,7 +45,10 @@ public:
 
     Vertex* GetStartVertex() const { return m_pStartVertex; }
     Vertex* GetEndVertex() const { return m_pEndVertex; }
-    Vertex* GetOtherVertex(const Vertex* pVertex) const { return pVertex == m_pStartVertex ? m_pEndVertex : m_pStartVertex; }
+    Vertex* GetOtherVertex(const Vertex* pVertex) const
+    {
+        return pVertex == m_pStartVertex ? m_pEndVertex : m_pStartVertex;
+    }
     bool HasVertex(const Vertex* pVertex) const { return pVertex == m_pStartVertex || pVertex == m_pEndVertex; }
     bool IsComplete() const { return m_pStartVertex && m_pEndVertex; }
     Coedge* GetCoedge() const { return m_pCoedge; }
@@ -100,6 +104,9 @@ public:
     std::size_t GetFaces(ShortList<Face*>& aFaces) const;
     std::size_t GetLoops(std::vector<Loop*>& aLoops) const;
     std::size_t GetCoedges(ShortList<Coedge*>& aCoedges) const;
+    /// The shell of a body that has its inside in a direction away from the edge: behind two of its faces here, and
+    /// clear of either. Null for none.
+    const Shell* FindShellAround(const Vector3d& direction) const;
     /// The chain through vertices of exactly two edges not marked smooth; gives the length of `aEdges`.
     std::size_t GetEdgeChain(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly);
 

@@ -26,7 +26,10 @@ Coedge* GetOnlyPartner(const Coedge* pCoedge)
 class EdgeChainWalk
 {
 public:
-    EdgeChainWalk(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly) : m_aEdges(aEdges), m_bSmoothOnly(bSmoothVerticesOnly) {}
+    EdgeChainWalk(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly)
+        : m_aEdges(aEdges), m_bSmoothOnly(bSmoothVerticesOnly)
+    {
+    }
 
     /// Leaves `start` through `pVertex`; true when the chain comes back to `start`.
     bool Walk(Edge& start, const Vertex* pVertex)
@@ -65,18 +68,37 @@ private:
     std::vector<Edge*>& m_aEdges;
     const bool m_bSmoothOnly;
 };
+
+/// Whether a direction away from the edge of two coedges runs behind the faces of both, clear of either.
+bool IsBehind(const Coedge& first, const Coedge& second, const Vector3d& direction)
+{
+    if (first.IsForward() == second.IsForward())
+        return false;
+    const UnitVector3d normal = first.GetFace()->GetPlane().normal;
+    const Vector3d inward = first.GetInward();
+    const auto getTurn = [&](const Vector3d& v)
+    { return TurnFromTan2(-(v % normal), v % inward, kPerpendicularTolerance); };
+    return getTurn(direction) < getTurn(second.GetInward()) - kPerpendicularTolerance;
+}
 } // namespace
 
 bool Edge::PassesUncut(const Plane& plane) const
 {
-    const auto getSide = [](const Edge& edge)
-    { return OutlineSide{&edge.GetStartVertex()->GetPosition(), &edge.GetEndVertex()->GetPosition()}; };
+    const auto getSide = [](const Edge& edge) {
+        return OutlineSide{&edge.GetStartVertex()->GetPosition(), &edge.GetEndVertex()->GetPosition()};
+    };
     const auto isIn = [&](const Edge& edge)
-    { return IsOnPlane(edge.GetStartVertex()->GetPosition(), plane) && IsOnPlane(edge.GetEndVertex()->GetPosition(), plane); };
+    {
+        return IsOnPlane(edge.GetStartVertex()->GetPosition(), plane) &&
+               IsOnPlane(edge.GetEndVertex()->GetPosition(), plane);
+    };
     std::vector<Edge*> aNear;
     GetHistory()->GetEdgeTree().FindTouching(GetBox(), aNear);
-    return std::any_of(aNear.begin(), aNear.end(), [&](const Edge* pOther)
-                       { return pOther != this && RunThrough(getSide(*this), getSide(*pOther), plane.normal) && isIn(*pOther); });
+    return std::any_of(aNear.begin(), aNear.end(),
+                       [&](const Edge* pOther) {
+                           return pOther != this && RunThrough(getSide(*this), getSide(*pOther), plane.normal) &&
+                                  isIn(*pOther);
+                       });
 }
 
 bool Edge::IsManifold() const
@@ -144,6 +166,22 @@ nConvexity Edge::GetConvexity() const
     return TurnFromTan2(u % (n1 * n2), n1 % n2, 0.0) > std::numbers::pi ? nConvexityConcave : nConvexityConvex;
 }
 
+const Shell* Edge::FindShellAround(const Vector3d& direction) const
+{
+    ShortList<Coedge*> aCoedges;
+    GetCoedges(aCoedges);
+    for (std::size_t i = 0; i < aCoedges.size(); ++i)
+        for (std::size_t j = 0; j < i; ++j)
+        {
+            const Face* pFirst = aCoedges[i]->GetFace();
+            const Face* pSecond = aCoedges[j]->GetFace();
+            if (pFirst && pSecond && pFirst->GetBody() && pFirst->GetShell() == pSecond->GetShell() &&
+                IsBehind(*aCoedges[i], *aCoedges[j], direction))
+                return pFirst->GetShell();
+        }
+    return nullptr;
+}
+
 nEdgeFaceClass Edge::GetFaceClass() const
 {
     switch (GetUse())
@@ -169,7 +207,8 @@ bool Edge::HitByRay(const Line3d& ray, double& t, double dTol, double dMax, cons
     double u = 0.0;
     if (!ray.intersectWithParameters(line, p, t, u, dTol))
         return false;
-    return t >= -kLinearTolerance && t <= dMax + kLinearTolerance && u >= -kLinearTolerance && u <= 1.0 + kLinearTolerance;
+    return t >= -kLinearTolerance && t <= dMax + kLinearTolerance && u >= -kLinearTolerance &&
+           u <= 1.0 + kLinearTolerance;
 }
 
 std::size_t Edge::GetEdgeChain(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly)

@@ -30,7 +30,10 @@ public:
         {
             CrossTwoSidedEdges();
             if (m_bOpen && m_sheet.bStopWhenOpen)
+            {
+                m_sheet.bClosed = m_sheet.bNoOpenEdge = false;
                 break;
+            }
             m_sheet.bClosed = m_sheet.bClosed && !m_bOpen && m_bConsistent;
             if (m_sheet.bOnlyIfClosed && !m_sheet.bClosed)
                 break;

@@ -199,10 +199,11 @@ bool Face::AddInnerFace(Face* pInner)
     const Ring outline = FindOutline(*pOutline, pInner->GetPlane());
     std::vector<Edge*> aEdges;
     pOutline->GetEdges(aEdges);
-    if (outline.empty() ||
-        !std::all_of(aEdges.begin(), aEdges.end(),
-                     [this](const Edge* pEdge)
-                     { return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge) && !pEdge->PassesUncut(GetPlane()); }))
+    if (outline.empty() || !std::all_of(aEdges.begin(), aEdges.end(),
+                                        [this](const Edge* pEdge) {
+                                            return pEdge->GetUse() < Edge::kMaxUse && !HasEdge(*pEdge) &&
+                                                   !pEdge->PassesUncut(GetPlane());
+                                        }))
         return false;
     if (!RunsInside(*pOutline, *this))
         return false;
@@ -215,6 +216,15 @@ bool Face::AddInnerFace(Face* pInner)
 void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
 {
     History& history = *GetHistory();
+    // Before the hole opens the shell.
+    const bool bInnerJoins = m_pShell && !inner.GetShell();
+    const bool bJoins = bInnerJoins || (!m_pShell && inner.GetShell());
+    const std::vector<Face*> aJoining =
+        bJoins ? (bInnerJoins ? inner : *this).GetShelllessAround() : std::vector<Face*>();
+    Shell* pShell = bInnerJoins ? m_pShell : inner.GetShell();
+    if (aJoining.size() > (bInnerJoins ? 1 : 0))
+        pShell = &pShell->ChooseForOutside();
+
     std::vector<Coedge*> aCoedges;
     aCoedges.reserve(aWay.size());
     for (const auto& [pEdge, bForward] : aWay)
@@ -232,10 +242,13 @@ void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
         pCoedge->GetStartVertex()->RebuildGroups(false);
     Changed(nBoundaryChanged);
     inner.Changed(nBoundaryChanged);
-    if (m_pShell && !inner.GetShell())
-        m_pShell->AddFaces(inner.GetShelllessAround());
-    else if (!m_pShell && inner.GetShell())
-        inner.GetShell()->AddFaces(GetShelllessAround());
+    if (!bJoins)
+        return;
+    if (bInnerJoins && pShell != m_pShell && inner.GetPlane().normal % GetPlane().normal < 0.0)
+        inner.Reverse();
+    if (bInnerJoins)
+        m_pShell->AddFaces({&inner});
+    pShell->AddFaces(aJoining);
 }
 
 void Face::HandOverInnerLoops(Face& other, const Loop& parted)
@@ -246,7 +259,8 @@ void Face::HandOverInnerLoops(Face& other, const Loop& parted)
     std::vector<Loop*> aLeaving;
     for (std::size_t n = 1; n < m_aLoops.size(); ++n)
     {
-        const bool bLeaves = m_aLoops[n] != &parted && LiesWithin(*m_aLoops[n], box) && outline.ContainsLoop(*m_aLoops[n]);
+        const bool bLeaves =
+            m_aLoops[n] != &parted && LiesWithin(*m_aLoops[n], box) && outline.ContainsLoop(*m_aLoops[n]);
         (bLeaves ? aLeaving : aStaying).push_back(m_aLoops[n]);
     }
     if (aLeaving.empty())

@@ -1,11 +1,11 @@
 #include "model/Shell.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Face.h"
 #include "model/Finding.h"
 #include "model/Lump.h"
+#include "model/ObjectOf.inl"
 #include "spatial/Measures.h"
 
 #include <algorithm>
@@ -72,6 +72,16 @@ bool Shell::IsClosed() const
     sheet.bStopWhenOpen = true;
     (*m_aFaces.begin())->GetConnectedComponent(aComponent, seen, sheet);
     return sheet.bClosed && aComponent.size() == m_aFaces.size();
+}
+
+Shell& Shell::ChooseForOutside()
+{
+    Body* pBody = GetBody();
+    if (!pBody || !IsClosed())
+        return *this;
+    Shell& shell = GetHistory()->Create<Shell>();
+    pBody->AddLump().AddShell(&shell, false);
+    return shell;
 }
 
 bool Shell::GetSamplePoint(Point3d& p) const

@@ -36,6 +36,9 @@ public:
     void AddFaces(const std::vector<Face*>& aFaces);
     void RemoveFace(Face* pFace);
     bool IsClosed() const;
+    /// Where faces that come to hang on those of this shell are to stand: here, or where it is closed in a body in a
+    /// new shell and lump, for then they bound nothing together.
+    Shell& ChooseForOutside();
     bool GetSamplePoint(Point3d& p) const;
     bool ContainsPoint(const Point3d& p, const Vector3d* pDirection = nullptr) const;
 

@@ -71,7 +71,7 @@ private:
     std::optional<FaceSide> FindNext(const Coedge& coedge, bool bFront) const
     {
         const UnitVector3d normal = coedge.GetFace()->GetPlane().normal;
-        const Vector3d inward = GetInward(coedge);
+        const Vector3d inward = coedge.GetInward();
         const Vector3d upward = bFront ? Vector3d(normal) : -Vector3d(normal);
         std::optional<FaceSide> next;
         double dNearest = 0.0;
@@ -82,7 +82,7 @@ private:
             Face* pFace = pOther->GetFace();
             if (pOther == &coedge || !pFace || pFace->GetShell() != m_pShell)
                 continue;
-            const Vector3d otherInward = GetInward(*pOther);
+            const Vector3d otherInward = pOther->GetInward();
             const double dTurn = TurnFromTan2(otherInward % upward, otherInward % inward, -kPerpendicularTolerance);
             if (next && (dTurn > dNearest + kPerpendicularTolerance ||
                          (dTurn > dNearest - kPerpendicularTolerance && pFace->GetID() > next->pFace->GetID())))
@@ -93,12 +93,6 @@ private:
             dNearest = dTurn;
         }
         return next;
-    }
-
-    /// From the coedge into its face.
-    static Vector3d GetInward(const Coedge& coedge)
-    {
-        return coedge.GetFace()->GetPlane().normal * Vector3d(UnitVector3d(coedge.GetVector(), true));
     }
 
     double GetVolume() const

@@ -161,12 +161,9 @@ private:
     bool DividesSolids() const
     {
         std::vector<const Shell*> aShells;
-        ShortList<Coedge*> aCoedges;
         for (const auto& step : m_path)
         {
-            aCoedges.clear();
-            step.first->GetCoedges(aCoedges);
-            const Shell* pShell = FindShellAround(aCoedges, GetInward(step));
+            const Shell* pShell = step.first->FindShellAround(GetInward(step));
             if (!pShell)
                 return false;
             if (std::find(aShells.begin(), aShells.end(), pShell) == aShells.end())
@@ -180,37 +177,6 @@ private:
     {
         const Vector3d left = m_plane.normal * (GetEnd(step)->GetPosition() - GetStart(step)->GetPosition());
         return m_bClockwise ? -left : left;
-    }
-
-    /// The shell of a body that two of the coedges of one edge belong to and that has its inside in the direction;
-    /// null for none.
-    static const Shell* FindShellAround(const ShortList<Coedge*>& aCoedges, const Vector3d& direction)
-    {
-        for (std::size_t i = 0; i < aCoedges.size(); ++i)
-            for (std::size_t j = 0; j < i; ++j)
-            {
-                Face* pFirst = aCoedges[i]->GetFace();
-                Face* pSecond = aCoedges[j]->GetFace();
-                if (pFirst && pSecond && pFirst->GetBody() && pFirst->GetShell() == pSecond->GetShell() &&
-                    IsBetween(*aCoedges[i], *aCoedges[j], direction))
-                    return pFirst->GetShell();
-            }
-        return nullptr;
-    }
-
-    /// Whether a direction away from the edge of two coedges runs behind the faces of both, clear of either.
-    static bool IsBetween(const Coedge& first, const Coedge& second, const Vector3d& direction)
-    {
-        if (first.IsForward() == second.IsForward())
-            return false;
-        const UnitVector3d normal = first.GetFace()->GetPlane().normal;
-        const UnitVector3d edge = first.GetEdge()->GetDirection();
-        const Vector3d along = first.IsForward() ? Vector3d(edge) : -Vector3d(edge);
-        const Vector3d intoFirst = normal * along;
-        const Vector3d intoSecond = -(second.GetFace()->GetPlane().normal * along);
-        const auto getTurn = [&](const Vector3d& v)
-        { return TurnFromTan2(-(v % normal), v % intoFirst, kPerpendicularTolerance); };
-        return getTurn(direction) < getTurn(intoSecond) - kPerpendicularTolerance;
     }
 
     void NoteShellsAtVertices()
@@ -270,12 +236,8 @@ private:
         Body* pBody = m_pShell->GetBody();
         const std::vector<Face*> aJoining = m_bSeveralShells ? std::vector<Face*>{&face} : face.GetShelllessAround();
         const bool bRebuild = pBody && (m_bSeveralShells || m_bShellByVertices || m_bSeveralFacesOnEdge);
-        if (bRebuild && m_pShell->IsClosed())
-        {
-            m_pShell = &m_history.Create<Shell>();
-            pBody->AddLump().AddShell(m_pShell, false);
-        }
-        m_pShell->AddFaces(aJoining);
+        Shell& shell = bRebuild ? m_pShell->ChooseForOutside() : *m_pShell;
+        shell.AddFaces(aJoining);
         if (bRebuild)
             pBody->Rebuild(false);
         if (aJoining.size() > 1)

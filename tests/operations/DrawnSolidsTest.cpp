@@ -126,6 +126,44 @@ TEST(DrawnBox, LosesNothingToOpenFacesInWhateverOrder)
     }
 }
 
+TEST(DrawnBox, KeepsItsVolumeOnAGroundAndUnderAnAnnex)
+{
+    // A box of 8 on a ground drawn before, and one with another on its wall. What is drawn last is so by its outlines
+    // in both directions and its uprights, in every order.
+    const Frame& at = GetFrames()[1];
+    const Polygon ground = MakeRectangle(at, -2, -2, 4, 4);
+    for (const bool bAnnex : {false, true})
+        for (int nTurn = 0; nTurn < 8; ++nTurn)
+            for (std::array<int, 3> aOrder{0, 1, 2}; true;)
+            {
+                SCOPED_TRACE(std::string(bAnnex ? "annex " : "ground ") + std::to_string(nTurn) + ", first " +
+                             std::to_string(aOrder[0]) + std::to_string(aOrder[1]));
+                TestModel model;
+                if (bAnnex)
+                    model.Box(at, {0, 0, 0}, {2, 2, 2});
+                else
+                    model.Outline(nTurn & 4 ? Reversed(ground) : ground);
+                Polygon first;
+                Polygon second;
+                std::vector<Segment> aUprights;
+                for (const auto& [u, v] : {std::pair(0.0, 0.0), {1.0, 0.0}, {1.0, 1.0}, {0.0, 1.0}})
+                {
+                    first.push_back(bAnnex ? at(2, 0.5 + 0.5 * u, 0.5 + 0.5 * v) : at(2 * u, 2 * v, 0));
+                    second.push_back(bAnnex ? at(3, 0.5 + 0.5 * u, 0.5 + 0.5 * v) : at(2 * u, 2 * v, 2));
+                    aUprights.emplace_back(first.back(), second.back());
+                }
+                first = nTurn & 1 ? Reversed(first) : first;
+                second = nTurn & 2 ? Reversed(second) : second;
+                for (const int nPart : aOrder)
+                    nPart == 2 ? model.Lines(aUprights) : model.Outline(nPart ? second : first);
+                ASSERT_EQ(model.Count(nBodyType), 1u);
+                EXPECT_NEAR(model.GetVolume(), 8.0, 1e-9);
+                ExpectUndoRedoRestores(model);
+                if (!std::next_permutation(aOrder.begin(), aOrder.end()))
+                    break;
+            }
+}
+
 namespace
 {
 struct Cell
