@@ -6,6 +6,7 @@
 #include "model/Loop.h"
 #include "model/Lump.h"
 #include "model/Shell.h"
+#include "model/Vertex.h"
 #include "spatial/BoxTree.h"
 #include "spatial/Measures.h"
 
@@ -157,42 +158,62 @@ private:
         return bBehind;
     }
 
+    /// From the world to the axes of a face. What is compared along them comes out the same however the model stands.
+    static Transf3d GetAxes(const Face& face)
+    {
+        const Coedge& coedge = *face.GetOuterLoop()->GetCoedge();
+        return Transf3d(coedge.GetStartVertex()->GetPosition(), coedge.GetVector(), coedge.GetInward()).invert();
+    }
+
     struct Part
     {
         std::vector<Face*> aFaces;
-        Interval3d box;
+        Interval3d box; ///< along given axes
         double dVolume = 0.0;
 
-        explicit Part(std::vector<Face*> aFacesOfIt) : aFaces(std::move(aFacesOfIt)), dVolume(GetSignedVolume(aFaces))
+        Part() = default;
+        Part(std::vector<Face*> aFacesOfIt, const Transf3d& axes)
+            : aFaces(std::move(aFacesOfIt)), dVolume(GetSignedVolume(aFaces))
         {
+            std::vector<Vertex*> aVertices;
             for (const Face* pFace : aFaces)
-                pFace->AddToBox(box);
+                pFace->GetVertices(aVertices);
+            for (const Vertex* pVertex : aVertices)
+                box += axes * pVertex->GetPosition();
         }
-        bool ReachesBeyond(const Part& other) const { return other.box <= box && !(box <= other.box); }
+        bool ReachesAsFarAs(const Part& other) const
+        {
+            Interval3d reach = box;
+            reach.enlarge(kPlaneDistanceTolerance);
+            return other.box <= reach;
+        }
+        bool ReachesBeyond(const Part& other) const { return ReachesAsFarAs(other) && !other.ReachesAsFarAs(*this); }
         /// Of a solid around a court and what fills the court, the one around; of such side by side the larger.
         bool IsPreferredTo(const Part& other) const
         {
             return ReachesBeyond(other) || (!other.ReachesBeyond(*this) && std::abs(dVolume) > std::abs(other.dVolume));
         }
-        /// Whether it can stand for the whole: as wide, or not less than half. Where only a lesser part is closed, the
-        /// faces across have yet to be joined by others.
+        /// Whether it lies in the whole and can stand for it: as wide, or not less than half. Where only a lesser part
+        /// is closed, the faces across have yet to be joined by others.
         bool StandsFor(const Part& whole) const
         {
             constexpr double kNearlyHalf = 0.5 * (1.0 - 1e-9);
             const double dShare = dVolume / whole.dVolume;
-            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && (whole.box <= box || dShare >= kNearlyHalf);
+            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && whole.ReachesAsFarAs(*this) &&
+                   (ReachesAsFarAs(whole) || dShare >= kNearlyHalf);
         }
     };
 
     /// Of the closed sheets through faces of a shell, as those bound it or turned into the solid. No faces for none.
     static Part FindPart(const std::vector<Face*>& aOwn, const ObjectSet& core)
     {
-        const Part whole(aOwn);
-        Part best({});
+        const Transf3d axes = GetAxes(*aOwn.front());
+        const Part whole(aOwn, axes);
+        Part best;
         FindClosedSheet(aOwn, core,
                         [&](const std::vector<Face*>& aSheet)
                         {
-                            Part part(aSheet);
+                            Part part(aSheet, axes);
                             if (part.StandsFor(whole) && (best.aFaces.empty() || part.IsPreferredTo(best)))
                                 best = std::move(part);
                             return false;

@@ -68,7 +68,7 @@ private:
     }
 
     /// The side that the region reaches next round the edge of the coedge; none at an open edge.
-    std::optional<FaceSide> FindNext(const Coedge& coedge, bool bFront) const
+    std::optional<FaceSide> FindNext(const Coedge& coedge, bool bFront)
     {
         const UnitVector3d normal = coedge.GetFace()->GetPlane().normal;
         const Vector3d inward = coedge.GetInward();
@@ -80,7 +80,7 @@ private:
         for (const Coedge* pOther : aOnEdge)
         {
             Face* pFace = pOther->GetFace();
-            if (pOther == &coedge || !pFace || pFace->GetShell() != m_pShell)
+            if (pOther == &coedge || !pFace || !Counts(*pFace))
                 continue;
             const Vector3d otherInward = pOther->GetInward();
             const double dTurn = TurnFromTan2(otherInward % upward, otherInward % inward, -kPerpendicularTolerance);
@@ -95,6 +95,20 @@ private:
         return next;
     }
 
+    /// What closed shells of the body bound is theirs alone; of the other faces of one body all may be walls.
+    bool Counts(const Face& face)
+    {
+        const Shell* pShell = face.GetShell();
+        if (pShell == m_pShell)
+            return true;
+        if (!pShell || !m_pShell || pShell->GetBody() != m_pShell->GetBody())
+            return false;
+        const auto [it, bNew] = m_isClosed.emplace(pShell, false);
+        if (bNew)
+            it->second = pShell->IsClosed();
+        return !it->second;
+    }
+
     double GetVolume() const
     {
         const Point3d origin = m_aSides.front().pFace->GetOuterLoop()->GetCoedge()->GetStartVertex()->GetPosition();
@@ -107,6 +121,7 @@ private:
     const Shell* m_pShell;
     std::vector<FaceSide> m_aSides;
     std::unordered_map<const Face*, bool> m_taken;
+    std::unordered_map<const Shell*, bool> m_isClosed; ///< of those met
 };
 } // namespace
 

@@ -8,8 +8,8 @@ namespace QRV
 class Face;
 
 /// The faces round the region on one side of a face, whichever way they are turned, `bFront` for the side that its
-/// normal points to; only faces of its shell count, and of a face without a shell only such. In the order reached, this
-/// face first, all turned to have the region behind them. Empty, with nothing turned, when the region is open or
-/// endless or the same face bounds it with both sides.
+/// normal points to. Of other shells the faces of open ones of its body count; of a face without a shell only such do.
+/// In the order reached, this face first, all turned to have the region behind them. Empty, with nothing turned, when
+/// the region is open or endless or the same face bounds it with both sides.
 std::vector<Face*> EncloseCell(Face& face, bool bFront);
 } // namespace QRV

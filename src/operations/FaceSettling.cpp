@@ -199,15 +199,22 @@ std::vector<Face*> FindClosedComponent(Face& face)
     return {};
 }
 
-/// Gives a closed component a body if it has none, and turns its faces so that a solid has them outward.
+/// Gives a closed component a body if it has none and a shell if it has several, and turns its faces so that a solid
+/// has them outward.
 void MakeSolid(Face& face, const std::vector<Face*>& aFaces)
 {
-    if (!face.GetBody())
+    Body* pBody = face.GetBody();
+    if (!pBody || std::any_of(aFaces.begin(), aFaces.end(),
+                              [&](const Face* pFace) { return pFace->GetShell() != face.GetShell(); }))
     {
         History& history = *face.GetHistory();
-        Body& body = history.Create<Body>();
+        if (!pBody)
+            pBody = &history.Create<Body>();
         Shell& shell = history.Create<Shell>();
-        body.AddLump().AddShell(&shell, false);
+        pBody->AddLump().AddShell(&shell, false);
+        for (Face* pFace : aFaces)
+            if (pFace->GetShell())
+                pFace->GetShell()->RemoveFace(pFace);
         shell.AddFaces(aFaces);
     }
     OrientFaceComponent(aFaces);

@@ -342,20 +342,30 @@ TEST(DrawnBoxes, StandAsBlocksOfCellsInEveryOrder)
         }
 }
 
-TEST(DrawnBoxes, CloseAmongOpenFacesWhicheverWayTheirFacesTurn)
+namespace
 {
-    // Lines of 2 x 2 cells, the digits x, y and z of each end. The walls that close a cell were turned by open faces.
-    const std::string strLines = "100-200 210-211 111-121 001-011 110-120 100-110 010-020 020-120 000-010 201-211 "
-                                 "101-201 010-011 200-201 111-211 220-221 200-210 110-111 010-110 120-121 210-220 "
-                                 "110-210 001-101 211-221 020-021 121-221 011-111 000-100 120-220 000-001 021-121 "
-                                 "101-111 ";
+/// Lines between corners of cells, of which the digits x, y and z are given: "100-200 ".
+std::vector<Segment> ReadLines(const Frame& frame, const std::string& strLines)
+{
     std::vector<Segment> aLines;
     for (std::size_t n = 0; n + 7 < strLines.size(); n += 8)
     {
         const auto at = [&](std::size_t nAt)
-        { return Point3d(strLines[nAt] - '0', strLines[nAt + 1] - '0', strLines[nAt + 2] - '0'); };
+        { return frame(strLines[nAt] - '0', strLines[nAt + 1] - '0', strLines[nAt + 2] - '0'); };
         aLines.emplace_back(at(n), at(n + 4));
     }
+    return aLines;
+}
+} // namespace
+
+TEST(DrawnBoxes, CloseAmongOpenFacesWhicheverWayTheirFacesTurn)
+{
+    // Lines of 2 x 2 cells. The walls that close a cell were turned by open faces.
+    const std::vector<Segment> aLines =
+        ReadLines(GetFrames()[0], "100-200 210-211 111-121 001-011 110-120 100-110 010-020 020-120 000-010 201-211 "
+                                  "101-201 010-011 200-201 111-211 220-221 200-210 110-111 010-110 120-121 210-220 "
+                                  "110-210 001-101 211-221 020-021 121-221 011-111 000-100 120-220 000-001 021-121 "
+                                  "101-111 ");
     ASSERT_EQ(aLines.size(), 31u);
     TestModel model;
     DrawCells(model, aLines, 4.0);
@@ -364,6 +374,45 @@ TEST(DrawnBoxes, CloseAmongOpenFacesWhicheverWayTheirFacesTurn)
     EXPECT_GE(model.GetVolume(), 1.0 - 1e-9);
     ExpectRebuildMovesNothing(model);
     ExpectUndoRedoRestores(model);
+}
+
+TEST(DrawnBoxes, LoseNothingToASheetThatReachesOutsideHoweverTheyStand)
+{
+    // Three cells are a solid. The last line makes faces through which a sheet of 12 runs as wide as they and inside
+    // out round a cell beside them.
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.pName);
+        TestModel model;
+        model.Lines(ReadLines(frame, "000-100 030-230 120-121 230-231 231-131 101-001 021-020 111-011 131-130 020-220 "
+                                     "110-210 231-201 121-111 211-210 211-111 130-100 101-100 031-001 131-031 230-200 "
+                                     "030-000 010-011 101-111 021-121 121-131 010-110 "));
+        EXPECT_NEAR(model.GetVolume(), 3.0, 1e-8);
+        model.Lines({{frame(0, 0, 1), frame(0, 0, 0)}});
+        EXPECT_NEAR(model.GetVolume(), 3.0, 1e-8);
+        ExpectUndoRedoRestores(model);
+    }
+}
+
+TEST(DrawnBoxes, AreSolidsInTurnInARowAndAStack)
+{
+    // A wall between two bounds one of them.
+    for (const bool bStack : {false, true})
+    {
+        SCOPED_TRACE(bStack);
+        TestModel model;
+        for (int n = 0; n < 5; ++n)
+            bStack ? model.Box(GetFrames()[1], Point3d(0, 0, n), Point3d(1, 1, n + 1))
+                   : model.Box(GetFrames()[1], Point3d(n, 0, 0), Point3d(n + 1, 1, 1));
+        EXPECT_EQ(model.Count(nBodyType), 1u);
+        std::size_t nSolids = 0;
+        for (const std::uint64_t nShell : model.GetIDs(nShellType))
+            nSolids += std::abs(model.GetVolume(nShell) - 1.0) < 1e-9;
+        EXPECT_EQ(nSolids, 3u);
+        EXPECT_NEAR(model.GetVolume(), 3.0, 1e-9);
+        ExpectRebuildMovesNothing(model);
+        ExpectUndoRedoRestores(model);
+    }
 }
 
 TEST(DrawnBoxes, GetTheSameIDsFromTheSameCalls)
