@@ -1,4 +1,4 @@
-// Drawing line by line: crossing segments, beside CGAL's arrangements, and grids of cells.
+// Drawing line by line: crossing segments, beside CGAL's arrangements, grids of cells, and boxes that share walls.
 
 #include "operations/SketchingYardstick.h"
 #include "support/BenchModel.h"
@@ -24,6 +24,25 @@ std::vector<Segment> MakeCells(std::size_t n)
             if (y < nSide)
                 aLines.emplace_back(corner, Point3d(double(x), double(y + 1), 0.0));
         }
+    return aLines;
+}
+
+/// The edges of n unit boxes one after the other, each `step` beside the last.
+std::vector<Segment> MakeBoxes(std::size_t n, const QRV::Vector3d& step)
+{
+    std::vector<Segment> aLines;
+    for (std::size_t nBox = 0; nBox < n; ++nBox)
+    {
+        const Point3d lower = Point3d() + step * double(nBox);
+        const auto at = [&](int u, int v, int w) { return lower + QRV::Vector3d(u, v, w); };
+        for (const int w : {0, 1})
+            aLines.insert(aLines.end(), {{at(0, 0, w), at(1, 0, w)},
+                                         {at(1, 0, w), at(1, 1, w)},
+                                         {at(1, 1, w), at(0, 1, w)},
+                                         {at(0, 1, w), at(0, 0, w)}});
+        for (const auto& [u, v] : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
+            aLines.emplace_back(at(u, v, 0), at(u, v, 1));
+    }
     return aLines;
 }
 
@@ -57,6 +76,16 @@ void DrawCells(benchmark::State& state)
     Draw(state, MakeCells(std::size_t(state.range(0))));
 }
 
+void DrawRowOfBoxes(benchmark::State& state)
+{
+    Draw(state, MakeBoxes(std::size_t(state.range(0)), {1.0, 0.0, 0.0}));
+}
+
+void DrawStackOfBoxes(benchmark::State& state)
+{
+    Draw(state, MakeBoxes(std::size_t(state.range(0)), {0.0, 0.0, 1.0}));
+}
+
 void DrawRandomSegmentsByYardstick(benchmark::State& state)
 {
     const std::vector<Segment> aSegments = QRV::MakeRandomSegments(std::size_t(state.range(0)));
@@ -66,7 +95,16 @@ void DrawRandomSegmentsByYardstick(benchmark::State& state)
     state.counters["edges"] = double(nEdges);
 }
 
-BENCHMARK(DrawRandomSegments)->Arg(1'000)->Arg(3'000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawRandomSegments)
+    ->Arg(1'000)
+    ->Arg(3'000)
+    ->Arg(10'000)
+    ->Arg(30'000)
+    ->Arg(100'000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawRandomSegmentsByYardstick)->Arg(3'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawCells)->Arg(1'000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawRowOfBoxes)->Arg(25)->Arg(100)->Arg(400)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawStackOfBoxes)->Arg(25)->Arg(100)->Arg(400)->Iterations(1)->Unit(benchmark::kMillisecond);
 } // namespace

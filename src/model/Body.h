@@ -8,6 +8,7 @@ namespace QRV
 class Edge;
 class Face;
 class Lump;
+class RebuildScope;
 
 class Body : public ObjectOf<Body, Object>
 {
@@ -39,6 +40,9 @@ public:
     /// Re-derives shells and lumps from how the faces hang together; solids that came apart become lumps, or with
     /// `bSplitToBodies` bodies. A body left empty deletes itself. True when anything moved.
     bool Rebuild(bool bSplitToBodies);
+    /// The same where faces have come, gone or turned, with the rest left as it was: of the shells of the faces and of
+    /// those that hang together with them.
+    bool RebuildAround(const std::vector<Face*>& aFaces);
     bool ContainsPoint(const Point3d& p, const Vector3d* pDirection = nullptr) const;
 
     bool IsNonOwned() const override { return true; }
@@ -51,6 +55,7 @@ public:
     std::size_t CheckValidity(std::vector<Result>& aResults) const override;
 
 private:
+    bool Rebuild(RebuildScope scope, bool bSplitToBodies);
     void TakeLump(Lump& lump);
     void NoteRestructured();
 

@@ -5,6 +5,7 @@
 #include "model/Face.h"
 #include "model/Loop.h"
 #include "model/Lump.h"
+#include "model/RebuildScope.h"
 #include "model/Shell.h"
 #include "model/Vertex.h"
 #include "spatial/BoxTree.h"
@@ -42,12 +43,6 @@ bool IsLarger(const ShellRecord* pA, const ShellRecord* pB)
     return pA->dVolume != pB->dVolume ? pA->dVolume > pB->dVolume : pA->pShell->GetID() < pB->pShell->GetID();
 }
 
-/// 0 for an open shell.
-double GetEnclosedVolume(const Shell& shell)
-{
-    return shell.IsClosed() ? GetSignedVolume({shell.GetFaces().begin(), shell.GetFaces().end()}) : 0.0;
-}
-
 bool IsFirstInLump(const Shell& shell)
 {
     return shell.GetLump() && shell.GetLump()->GetShells().front() == &shell;
@@ -57,14 +52,17 @@ bool IsFirstInLump(const Shell& shell)
 class BodyRebuild
 {
 public:
-    BodyRebuild(Body& body, bool bSplitToBodies)
-        : m_body(body), m_history(*body.GetHistory()), m_bSplitToBodies(bSplitToBodies)
+    BodyRebuild(Body& body, RebuildScope scope, bool bSplitToBodies)
+        : m_body(body), m_history(*body.GetHistory()), m_scope(std::move(scope)), m_bSplitToBodies(bSplitToBodies)
     {
     }
 
     bool Run()
     {
         GatherShells();
+        if (std::any_of(m_aRecords.begin(), m_aRecords.end(),
+                        [](const ShellRecord& record) { return record.IsVoid(); }))
+            GatherOthers();
         RemoveEmpty();
         FillTree();
         PlaceSolids();
@@ -81,16 +79,14 @@ private:
     void GatherShells()
     {
         ObjectSet taken;
-        for (const Lump* pLump : m_body.GetLumps())
-            for (Shell* pShell : pLump->GetShells())
-                if (const double dVolume = GetEnclosedVolume(*pShell); std::abs(dVolume) > kVolumeTolerance)
-                {
-                    m_aRecords.push_back({pShell, Interval3d(), dVolume, true});
-                    taken.insert(pShell);
-                }
-                else
-                    m_aLoose.insert(m_aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
-        m_loose.insert(m_aLoose.begin(), m_aLoose.end());
+        for (Shell* pShell : m_scope.GetShells())
+            if (const double dVolume = m_scope.GetVolume(*pShell); IsVolume(dVolume))
+            {
+                m_aRecords.push_back({pShell, Interval3d(), dVolume, true});
+                taken.insert(pShell);
+            }
+            else
+                m_aLoose.insert(m_aLoose.end(), pShell->GetFaces().begin(), pShell->GetFaces().end());
         for (ShellRecord& record : m_aRecords)
             Divide(record);
         for (const std::vector<Face*>& aSheet : FindSheets(m_aLoose))
@@ -110,15 +106,29 @@ private:
         }
     }
 
+    /// Solids out of scope may have in them what closed just now.
+    void GatherOthers()
+    {
+        ObjectSet known;
+        for (const ShellRecord& record : m_aRecords)
+            known.insert(record.pShell);
+        for (const Lump* pLump : m_body.GetLumps())
+            for (Shell* pShell : pLump->GetShells())
+                if (!known.contains(pShell) && pShell->GetFaces().size() > 0)
+                {
+                    m_aRecords.push_back({pShell, Interval3d(), m_scope.GetVolume(*pShell), true});
+                    pShell->AddToBox(m_aRecords.back().box);
+                }
+    }
+
     /// Where loose faces stand right across the solid within a closed shell, it bounds from now on one of the parts,
     /// and what it leaves is loose. Else it stays as it is.
     void Divide(ShellRecord& record)
     {
+        if (m_aLoose.empty() || !m_scope.HasOthersInside(*record.pShell))
+            return;
         const SharedObjectSet<Face>& faces = record.pShell->GetFaces();
         const std::vector<Face*> aOwn(faces.begin(), faces.end());
-        if (m_aLoose.empty() ||
-            std::none_of(aOwn.begin(), aOwn.end(), [this](const Face* pFace) { return HasLooseBehind(*pFace); }))
-            return;
         std::vector<Face*> aAll = aOwn;
         aAll.insert(aAll.end(), m_aLoose.begin(), m_aLoose.end());
         const ObjectSet core = GetWithoutOpen(aAll, {aAll.begin(), aAll.end()});
@@ -132,30 +142,6 @@ private:
         const ObjectSet taken(part.aFaces.begin(), part.aFaces.end());
         std::erase_if(aAll, [&](const Face* pFace) { return taken.contains(pFace); });
         m_aLoose = std::move(aAll);
-        m_loose = {m_aLoose.begin(), m_aLoose.end()};
-    }
-
-    /// Whether a loose face stands at an edge of the face and goes from there into what the face's shell bounds.
-    bool HasLooseBehind(const Face& face) const
-    {
-        bool bBehind = false;
-        ShortList<Coedge*> aOnEdge;
-        const auto goesBehind = [&](const Coedge* pOther)
-        {
-            return m_loose.contains(pOther->GetFace()) &&
-                   pOther->GetEdge()->FindShellAround(pOther->GetInward()) == face.GetShell();
-        };
-        for (const Loop* pLoop : face.GetLoops())
-            pLoop->ForEachCoedge(
-                [&](const Coedge& coedge)
-                {
-                    if (bBehind || coedge.GetEdge()->GetUse() <= 2)
-                        return;
-                    aOnEdge.clear();
-                    coedge.GetEdge()->GetCoedges(aOnEdge);
-                    bBehind = std::any_of(aOnEdge.begin(), aOnEdge.end(), goesBehind);
-                });
-        return bBehind;
     }
 
     /// From the world to the axes of a face. What is compared along them comes out the same however the model stands.
@@ -500,20 +486,30 @@ private:
 
     Body& m_body;
     History& m_history;
+    RebuildScope m_scope;
     bool m_bSplitToBodies;
     bool m_bMoved = false;
     std::vector<ShellRecord> m_aRecords;
     std::vector<Face*> m_aLoose; ///< in no closed shell
-    ObjectSet m_loose;           ///< the same
     BoxTree<ShellRecord> m_tree;
 };
 } // namespace
 
 bool Body::Rebuild(bool bSplitToBodies)
 {
+    return Rebuild(RebuildScope(*this), bSplitToBodies);
+}
+
+bool Body::RebuildAround(const std::vector<Face*>& aFaces)
+{
+    return Rebuild(RebuildScope(*this, aFaces), false);
+}
+
+bool Body::Rebuild(RebuildScope scope, bool bSplitToBodies)
+{
     if (m_aLumps.empty())
         return false; // made empty, and to be filled yet
-    const bool bMoved = BodyRebuild(*this, bSplitToBodies).Run();
+    const bool bMoved = BodyRebuild(*this, std::move(scope), bSplitToBodies).Run();
     if (!m_aLumps.empty())
         return bMoved;
     Delete();

@@ -24,22 +24,18 @@ struct FaceSide
 class CellWalk
 {
 public:
-    CellWalk(Face& face, bool bFront) : m_pShell(face.GetShell()) { Take({&face, bFront}); }
+    CellWalk(Face& face, bool bFront) : m_first{&face, bFront}, m_pShell(face.GetShell()) {}
 
-    /// Whether the sides reached enclose a region.
+    /// Whether the sides reached enclose a region. Faces that hang in it bound nothing and are passed by; a few only,
+    /// so that a large open sheet is not taken apart face by face.
     bool Run()
     {
-        std::vector<Coedge*> aCoedges;
-        for (std::size_t i = 0; i < m_aSides.size(); ++i)
+        constexpr std::size_t kMaxHanging = 8;
+        while (const Face* pHanging = Walk())
         {
-            aCoedges.clear();
-            m_aSides[i].pFace->GetCoedges(aCoedges);
-            for (const Coedge* pCoedge : aCoedges)
-            {
-                const std::optional<FaceSide> next = FindNext(*pCoedge, m_aSides[i].bFront);
-                if (!next || !Take(*next))
-                    return false;
-            }
+            if (pHanging == m_first.pFace || m_hanging.size() == kMaxHanging)
+                return false;
+            m_hanging.insert(pHanging);
         }
         return GetVolume() > kVolumeTolerance;
     }
@@ -58,6 +54,30 @@ public:
     }
 
 private:
+    /// Reaches what it can from the first side. Stops at a face with an open edge or with both sides in the region, and
+    /// gives it.
+    const Face* Walk()
+    {
+        m_aSides.clear();
+        m_taken.clear();
+        Take(m_first);
+        std::vector<Coedge*> aCoedges;
+        for (std::size_t i = 0; i < m_aSides.size(); ++i)
+        {
+            aCoedges.clear();
+            m_aSides[i].pFace->GetCoedges(aCoedges);
+            for (const Coedge* pCoedge : aCoedges)
+            {
+                const std::optional<FaceSide> next = FindNext(*pCoedge, m_aSides[i].bFront);
+                if (!next)
+                    return m_aSides[i].pFace;
+                if (!Take(*next))
+                    return next->pFace;
+            }
+        }
+        return nullptr;
+    }
+
     /// False when the other side of the face has been taken.
     bool Take(const FaceSide& side)
     {
@@ -98,6 +118,8 @@ private:
     /// What closed shells of the body bound is theirs alone; of the other faces of one body all may be walls.
     bool Counts(const Face& face)
     {
+        if (m_hanging.contains(&face))
+            return false;
         const Shell* pShell = face.GetShell();
         if (pShell == m_pShell)
             return true;
@@ -118,7 +140,9 @@ private:
         return dVolume;
     }
 
+    const FaceSide m_first;
     const Shell* m_pShell;
+    ObjectSet m_hanging;
     std::vector<FaceSide> m_aSides;
     std::unordered_map<const Face*, bool> m_taken;
     std::unordered_map<const Shell*, bool> m_isClosed; ///< of those met

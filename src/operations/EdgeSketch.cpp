@@ -184,16 +184,18 @@ bool Holds(const ShortList<std::uint64_t>& aIDs, std::uint64_t nID)
     return std::find(aIDs.begin(), aIDs.end(), nID) != aIDs.end();
 }
 
-/// A chord where other faces stand already parts the sheet that it cuts: either half may close with theirs.
+/// A chord where other faces stand already parts the sheet that it cuts: either half may close with theirs. And faces that
+/// come apart may lead a sheet another way at branches.
 void CloseSheetsAt(History& history, std::uint64_t nEdge)
 {
     const auto* pEdge = history.Get<Edge>(nEdge);
-    if (!pEdge || pEdge->GetUse() <= 2)
+    if (!pEdge)
         return;
     ShortList<Face*> aFaces;
     pEdge->GetFaces(aFaces);
-    for (Face* pFace : aFaces)
-        CloseFaceComponent(*pFace);
+    if (pEdge->GetUse() > 2)
+        for (Face* pFace : aFaces)
+            CloseFaceComponent(*pFace);
     RebuildBranchedBodies({aFaces.begin(), aFaces.end()});
 }
 

@@ -239,7 +239,7 @@ private:
         Shell& shell = bRebuild ? m_pShell->ChooseForOutside() : *m_pShell;
         shell.AddFaces(aJoining);
         if (bRebuild)
-            pBody->Rebuild(false);
+            pBody->RebuildAround(aJoining);
         if (aJoining.size() > 1)
             RebuildBranchedBodies({face.GetShell()->GetFaces().begin(), face.GetShell()->GetFaces().end()});
     }

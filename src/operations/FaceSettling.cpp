@@ -274,6 +274,11 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         if (bSplitOff && (CoincidesWithAnother(history, *pFace) || IsCovered(history, *pFace)))
             DeleteTwin(history, *pFace);
     }
+    std::vector<Face*> aParted;
+    for (const std::uint64_t nFace : aToDrawIn)
+        if (auto* pFace = history.Get<Face>(nFace); pFace && aToDrawIn.size() > 1)
+            aParted.push_back(pFace);
+    RebuildBranchedBodies(aParted);
 }
 
 void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
@@ -294,7 +299,7 @@ void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
             aBodies.push_back(pBody);
     std::sort(aBodies.begin(), aBodies.end(), ByObjectID());
     for (Body* pBody : aBodies)
-        pBody->Rebuild(false);
+        pBody->RebuildAround({aAtBranches.begin(), aAtBranches.end()});
 }
 
 void CloseFaceComponent(Face& face)

@@ -16,7 +16,7 @@ namespace
 {
 constexpr double kExtremeSlack = 1e-12;
 constexpr double kOrderSlack = 1e-6;
-constexpr double kBoxMargin = 1e-6;
+constexpr double kWayMargin = 1e-6;
 constexpr double kDoubledCrossingArea = 2.0 * 1e-12; // an end that is nearer to the other's line doesn't cross it
 
 /// The order of the frame, by x and then by y; what is nearer than the slack is equal.
@@ -295,7 +295,7 @@ bool HoleBridging::IsCrossed(std::uint32_t nFrom, std::uint32_t nTo) const
     const FacetVertex& from = m_nodes.GetVertex(nFrom);
     const FacetVertex& to = m_nodes.GetVertex(nTo);
     PlaneBox way = GetBoxOf(from, to);
-    way = {way.xMin - kBoxMargin, way.yMin - kBoxMargin, way.xMax + kBoxMargin, way.yMax + kBoxMargin};
+    way = {way.xMin - kWayMargin, way.yMin - kWayMargin, way.xMax + kWayMargin, way.yMax + kWayMargin};
     const auto hasEndIn = [&](const Segment& segment)
     { return segment.nStart == nFrom || segment.nEnd == nFrom || segment.nStart == nTo || segment.nEnd == nTo; };
     const PlaneSide side(from, to);
