@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace QRV
 {
@@ -291,39 +292,47 @@ private:
     static ObjectSet GetWithoutOpen(const std::vector<Face*>& aFaces, const ObjectSet& left)
     {
         ObjectSet core = left;
-        std::vector<const Face*> aToDo(aFaces.begin(), aFaces.end());
-        ShortList<const Face*> aBeside;
-        while (!aToDo.empty())
+        std::unordered_map<const Edge*, std::size_t> uses; // by the faces of the core
+        std::vector<Coedge*> aCoedges;
+        const auto forEachEdge = [&](const Face& face, auto visit)
         {
-            const Face* pFace = aToDo.back();
-            aToDo.pop_back();
-            aBeside.clear();
-            if (!core.contains(pFace) || !HasOpenEdge(*pFace, core, aBeside))
+            aCoedges.clear();
+            face.GetCoedges(aCoedges);
+            for (const Coedge* pCoedge : aCoedges)
+                visit(*pCoedge->GetEdge(), uses[pCoedge->GetEdge()]);
+        };
+        for (const Face* pFace : aFaces)
+            if (core.contains(pFace))
+                forEachEdge(*pFace, [](const Edge&, std::size_t& nUses) { ++nUses; });
+        std::vector<const Face*> aOpen;
+        for (const Face* pFace : aFaces)
+            if (core.contains(pFace))
+                forEachEdge(*pFace,
+                            [&](const Edge&, std::size_t nUses)
+                            {
+                                if (nUses == 1)
+                                    aOpen.push_back(pFace);
+                            });
+        ShortList<Face*> aOnEdge;
+        while (!aOpen.empty())
+        {
+            const Face* pFace = aOpen.back();
+            aOpen.pop_back();
+            if (core.erase(pFace) == 0)
                 continue;
-            core.erase(pFace);
-            aToDo.insert(aToDo.end(), aBeside.begin(), aBeside.end());
+            forEachEdge(*pFace,
+                        [&](const Edge& edge, std::size_t& nUses)
+                        {
+                            if (--nUses != 1)
+                                return;
+                            aOnEdge.clear();
+                            edge.GetFaces(aOnEdge);
+                            for (const Face* pOther : aOnEdge)
+                                if (core.contains(pOther))
+                                    aOpen.push_back(pOther);
+                        });
         }
         return core;
-    }
-
-    /// Whether no other coedge of the faces `among` runs along some edge of the face. Appends those of them at its
-    /// edges to `aBeside`.
-    static bool HasOpenEdge(const Face& face, const ObjectSet& among, ShortList<const Face*>& aBeside)
-    {
-        bool bOpen = false;
-        ShortList<Coedge*> aOnEdge;
-        for (const Loop* pLoop : face.GetLoops())
-            pLoop->ForEachCoedge(
-                [&](const Coedge& coedge)
-                {
-                    aOnEdge.clear();
-                    coedge.GetEdge()->GetCoedges(aOnEdge);
-                    aOnEdge.EraseIf([&](const Coedge* p) { return p == &coedge || !among.contains(p->GetFace()); });
-                    bOpen = bOpen || aOnEdge.empty();
-                    for (const Coedge* pOther : aOnEdge)
-                        aBeside.push_back(pOther->GetFace());
-                });
-        return bOpen;
     }
 
     /// Where many faces meet at an edge a sheet can depend on faces that went to another; without them it falls apart.

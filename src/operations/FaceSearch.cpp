@@ -156,9 +156,9 @@ private:
             aCandidates.push_back({pEdge, pFar, GetKey(travel, onward)});
         }
         // Sharpest turns first; ids settle ties.
-        std::sort(aCandidates.begin(), aCandidates.end(), [](const Candidate& a, const Candidate& b) {
-            return a.dKey != b.dKey ? a.dKey < b.dKey : a.pEdge->GetID() < b.pEdge->GetID();
-        });
+        std::sort(aCandidates.begin(), aCandidates.end(),
+                  [](const Candidate& a, const Candidate& b)
+                  { return a.dKey != b.dKey ? a.dKey < b.dKey : a.pEdge->GetID() < b.pEdge->GetID(); });
     }
 
     double GetKey(const UnitVector3d& travel, const UnitVector3d& onward) const
@@ -190,7 +190,8 @@ private:
             m_plane = plane;
             m_nPlaneDepth = m_path.size() + 1;
         }
-        m_path.emplace_back(candidate.pEdge, candidate.pEdge->GetOtherVertex(candidate.pFar) == candidate.pEdge->GetStartVertex());
+        m_path.emplace_back(candidate.pEdge,
+                            candidate.pEdge->GetOtherVertex(candidate.pFar) == candidate.pEdge->GetStartVertex());
         m_visited.insert(candidate.pFar);
         if (candidate.pFar == m_pStart)
             Close();
@@ -200,8 +201,8 @@ private:
 
     bool CanReach(const Point3d& p) const { return IsOnPlane(p, *m_plane) || FindBetterPlane(p); }
 
-    /// A plane that holds the path and a place slightly off the present plane, which came from a bend of short or nearly
-    /// straight edges and tells a direction only roughly. None for a plane that was given.
+    /// A plane that holds the path and a place slightly off the present plane, which came from a bend of short or
+    /// nearly straight edges and tells a direction only roughly. None for a plane that was given.
     std::optional<Plane> FindBetterPlane(const Point3d& p) const
     {
         constexpr double kSlightly = 1e-3;
@@ -214,19 +215,21 @@ private:
         const auto farthest = [&](const auto& getDistance)
         {
             return *std::max_element(aPoints.begin(), aPoints.end(),
-                                     [&](const Point3d& a, const Point3d& b) { return getDistance(a) < getDistance(b); });
+                                     [&](const Point3d& a, const Point3d& b)
+                                     { return getDistance(a) < getDistance(b); });
         };
         const Point3d end = farthest([&](const Point3d& q) { return q.distSqrd(start); });
         const Line3d line(start, end);
         const Point3d side = farthest([&](const Point3d& q) { return line.dist(q); });
         const Plane plane(start, UnitVector3d((end - start) * (side - start), true));
-        if (!plane.isValid() || !std::all_of(aPoints.begin(), aPoints.end(), [&](const Point3d& q) { return IsOnPlane(q, plane); }))
+        if (!plane.isValid() ||
+            !std::all_of(aPoints.begin(), aPoints.end(), [&](const Point3d& q) { return IsOnPlane(q, plane); }))
             return std::nullopt;
         return plane.normal % m_plane->normal < 0.0 ? -plane : plane;
     }
 
-    /// The plane in which the bend u, v, w turns left: that of a face at it where one fits, since three near points tell
-    /// a direction only roughly.
+    /// The plane in which the bend u, v, w turns left: that of a face at it where one fits, since three near points
+    /// tell a direction only roughly.
     Plane FindPlane(const Point3d& u, const Point3d& v, const Point3d& w, const Edge& onward) const
     {
         const Plane bend(v, UnitVector3d((v - u) * (w - v), true));
@@ -275,14 +278,14 @@ private:
         if (pHolding && pHolding->GetPlane().normal % pFace->GetPlane().normal < -kLinearTolerance)
             pFace->Reverse();
         const std::uint64_t nFace = pFace->GetID();
-        SettleNewFace(*pFace, false, pHolding, nullptr);
+        const bool bMayClose = SettleNewFace(*pFace, false, pHolding, nullptr);
         m_aFormed.push_back(nFace);
         if (!m_options.bInsideFacesOnly)
-            FinishFormed(nFace);
+            FinishFormed(nFace, bMayClose);
         m_sides.NoteFaceFormed();
     }
 
-    void FinishFormed(std::uint64_t nFace);
+    void FinishFormed(std::uint64_t nFace, bool bMayClose);
 
     History& m_history;
     const FaceSearchOptions m_options;
@@ -320,7 +323,8 @@ void PullEdgesIntoFaces(History& history, std::vector<std::uint64_t> aFaceIDs)
         {
             auto* pEdge = history.Get<Edge>(nEdge);
             pFace = history.Get<Face>(aFaceIDs[i]);
-            if (!pEdge || !pFace || corners.contains(pEdge->GetStartVertex()) || corners.contains(pEdge->GetEndVertex()))
+            if (!pEdge || !pFace || corners.contains(pEdge->GetStartVertex()) ||
+                corners.contains(pEdge->GetEndVertex()))
                 continue;
             if (IsFilledInPlane(*pEdge, pFace->GetPlane()))
                 continue; // of the many edges in the box of a large face, most have their faces
@@ -337,10 +341,10 @@ void PullEdgesIntoFaces(History& history, std::vector<std::uint64_t> aFaceIDs)
     }
 }
 
-void LoopWalk::FinishFormed(std::uint64_t nFace)
+void LoopWalk::FinishFormed(std::uint64_t nFace, bool bMayClose)
 {
     PullEdgesIntoFaces(m_history, {nFace});
-    if (auto* pFace = m_history.Get<Face>(nFace))
+    if (auto* pFace = m_history.Get<Face>(nFace); pFace && bMayClose)
         CloseFaceComponent(*pFace);
 }
 } // namespace

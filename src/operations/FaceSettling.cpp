@@ -237,7 +237,7 @@ void DeleteTwin(History& history, Face& face)
 
 } // namespace
 
-void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
+bool SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::vector<Face*>* pNewFaces)
 {
     History& history = *newFace.GetHistory();
     const std::uint64_t nNewFace = newFace.GetID();
@@ -274,11 +274,8 @@ void SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         if (bSplitOff && (CoincidesWithAnother(history, *pFace) || IsCovered(history, *pFace)))
             DeleteTwin(history, *pFace);
     }
-    std::vector<Face*> aParted;
-    for (const std::uint64_t nFace : aToDrawIn)
-        if (auto* pFace = history.Get<Face>(nFace); pFace && aToDrawIn.size() > 1)
-            aParted.push_back(pFace);
-    RebuildBranchedBodies(aParted);
+    const auto* pSettled = history.Get<Face>(nNewFace);
+    return !pSettled || !pAround || !HangsOnOneFace(*pSettled);
 }
 
 void RebuildBranchedBodies(const std::vector<Face*>& aFaces)
