@@ -376,6 +376,25 @@ TEST(DrawnBoxes, CloseAmongOpenFacesWhicheverWayTheirFacesTurn)
     ExpectUndoRedoRestores(model);
 }
 
+TEST(DrawnBoxes, CloseRoundAStubOfAWall)
+{
+    // A room of 2 x 2 with half a wall in it, and outside three walls and the floor of another; its ceiling comes last.
+    for (const Frame& frame : GetFrames())
+    {
+        SCOPED_TRACE(frame.pName);
+        TestModel model;
+        DrawCells(model,
+                  ReadLines(frame, "300-301 301-321 320-300 000-010 000-100 000-001 001-011 001-101 010-110 011-111 "
+                                   "210-211 320-321 110-310 111-311 110-111 120-320 121-321 120-121 100-120 100-300 "
+                                   "100-101 101-121 101-301 "),
+                  4.0);
+        EXPECT_EQ(model.Count(nBodyType), 1u);
+        EXPECT_NEAR(model.GetVolume(), 4.0, 1e-8);
+        ExpectRebuildMovesNothing(model);
+        ExpectUndoRedoRestores(model);
+    }
+}
+
 TEST(DrawnBoxes, LoseNothingToASheetThatReachesOutsideHoweverTheyStand)
 {
     // Three cells are a solid. The last line makes faces through which a sheet of 12 runs as wide as they and inside
