@@ -252,8 +252,6 @@ bool SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
     if (!bKeepOrientation && !bTookHoles && RunsWithNeighbour(newFace))
         newFace.Reverse();
     const bool bJoinedAround = newFace.GetShell() != pShellBefore;
-    RebuildBranchedBodies(GetSheetJoined(newFace, bTookHoles || (bJoinedAround && newFace.IsAtBranch())));
-
     std::vector<std::uint64_t> aToDrawIn{nNewFace};
     for (std::size_t i = 0; i < aToDrawIn.size(); ++i)
     {
@@ -274,6 +272,9 @@ bool SettleNewFace(Face& newFace, bool bKeepOrientation, Face* pHolding, std::ve
         if (bSplitOff && (CoincidesWithAnother(history, *pFace) || IsCovered(history, *pFace)))
             DeleteTwin(history, *pFace);
     }
+    for (const std::uint64_t nFace : aToDrawIn)
+        if (auto* pFace = history.Get<Face>(nFace))
+            RebuildBranchedBodies(GetSheetJoined(*pFace, bTookHoles || (bJoinedAround && pFace->IsAtBranch())));
     const auto* pSettled = history.Get<Face>(nNewFace);
     return !pSettled || !pAround || !HangsOnOneFace(*pSettled);
 }

@@ -395,6 +395,19 @@ TEST(DrawnBoxes, CloseRoundAStubOfAWall)
     }
 }
 
+TEST(DrawnBoxes, HangTogetherWithAFaceOverTheSpurDrawnIntoIt)
+{
+    // The last line makes a roof into which the top of a wall runs as a spur.
+    TestModel model;
+    model.Lines(ReadLines(GetFrames()[0],
+                          "411-401 101-401 131-431 320-310 321-421 320-321 210-211 420-320 311-310 411-211 "
+                          "301-311 421-411 411-410 421-420 410-210 300-310 321-331 311-321 410-420 300-301 "
+                          "131-101 "));
+    EXPECT_NEAR(model.GetVolume(), 1.0, 1e-9);
+    ExpectRebuildMovesNothing(model);
+    ExpectUndoRedoRestores(model);
+}
+
 TEST(DrawnBoxes, LoseNothingToASheetThatReachesOutsideHoweverTheyStand)
 {
     // Three cells are a solid. The last line makes faces through which a sheet of 12 runs as wide as they and inside
