@@ -126,7 +126,7 @@ private:
     /// and what it leaves is loose. Else it stays as it is.
     void Divide(ShellRecord& record)
     {
-        if (m_aLoose.empty() || !m_scope.HasOthersInside(*record.pShell))
+        if (m_aLoose.empty() || !m_scope.HasOpenInside(*record.pShell))
             return;
         const SharedObjectSet<Face>& faces = record.pShell->GetFaces();
         const std::vector<Face*> aOwn(faces.begin(), faces.end());

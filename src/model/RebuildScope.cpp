@@ -16,9 +16,9 @@ namespace QRV
 {
 namespace
 {
-/// Calls `visit` with each other coedge along the edges of the faces of the shell.
+/// Calls `visit` with each coedge of the faces of the shell and each other coedge on its edge.
 template <class Visit>
-void ForEachOtherCoedge(const Shell& shell, Visit visit)
+void ForEachPair(const Shell& shell, Visit visit)
 {
     ShortList<Coedge*> aOnEdge;
     for (const Face* pFace : shell.GetFaces())
@@ -30,7 +30,7 @@ void ForEachOtherCoedge(const Shell& shell, Visit visit)
                     coedge.GetEdge()->GetCoedges(aOnEdge);
                     for (const Coedge* pOther : aOnEdge)
                         if (pOther != &coedge)
-                            visit(*pOther);
+                            visit(coedge, *pOther);
                 });
 }
 } // namespace
@@ -47,23 +47,18 @@ bool IsVolume(double dVolume)
 
 RebuildScope::RebuildScope(const Body& body) : m_body(body)
 {
-    for (const Lump* pLump : body.GetLumps())
-        m_aShells.insert(m_aShells.end(), pLump->GetShells().begin(), pLump->GetShells().end());
+    ReachAll();
+    Spread();
 }
 
-RebuildScope::RebuildScope(const Body& body, const std::vector<Face*>& aFaces) : RebuildScope(body)
+RebuildScope::RebuildScope(const Body& body, const std::vector<Face*>& aFaces) : m_body(body)
 {
-    if (m_aShells.size() > body.GetLumps().size())
-        return;
-    std::vector<Shell*> aAll;
-    aAll.swap(m_aShells);
+    const std::vector<Lump*>& aLumps = body.GetLumps();
+    if (std::any_of(aLumps.begin(), aLumps.end(), [](const Lump* pLump) { return pLump->GetShells().size() > 1; }))
+        ReachAll();
     for (const Face* pFace : aFaces)
-        Reach(pFace);
-    for (std::size_t n = 0; n < m_aShells.size(); ++n)
-        if (!IsVolume(GetVolume(*m_aShells[n])) || HasOthersInside(*m_aShells[n]))
-            ReachNeighbours(*m_aShells[n]);
-    std::erase_if(aAll, [this](const Shell* pShell) { return !m_reached.contains(pShell); });
-    m_aShells.swap(aAll);
+        Reach(pFace->GetShell());
+    Spread();
 }
 
 double RebuildScope::GetVolume(const Shell& shell)
@@ -74,33 +69,53 @@ double RebuildScope::GetVolume(const Shell& shell)
     return it->second;
 }
 
-bool RebuildScope::HasOthersInside(const Shell& shell) const
+void RebuildScope::ReachAll()
 {
-    bool bInside = false;
-    ForEachOtherCoedge(shell,
-                       [&](const Coedge& other)
-                       {
-                           bInside = bInside || (IsOther(other.GetFace(), shell) &&
-                                                 other.GetEdge()->FindShellAround(other.GetInward()) == &shell);
-                       });
-    return bInside;
+    for (const Lump* pLump : m_body.GetLumps())
+        for (Shell* pShell : pLump->GetShells())
+            Reach(pShell);
 }
 
-void RebuildScope::Reach(const Face* pFace)
+void RebuildScope::Reach(Shell* pShell)
 {
-    Shell* pShell = pFace ? pFace->GetShell() : nullptr;
     if (pShell && pShell->GetBody() == &m_body && m_reached.insert(pShell).second)
         m_aShells.push_back(pShell);
 }
 
-void RebuildScope::ReachNeighbours(const Shell& shell)
+void RebuildScope::Spread()
 {
-    ForEachOtherCoedge(shell, [&](const Coedge& other) { Reach(other.GetFace()); });
+    for (std::size_t n = 0; n < m_aShells.size(); ++n)
+        if (!IsVolume(GetVolume(*m_aShells[n])))
+            ReachFromOpen(*m_aShells[n]);
+    m_aShells.clear();
+    for (const Lump* pLump : m_body.GetLumps())
+        for (Shell* pShell : pLump->GetShells())
+            if (m_reached.contains(pShell))
+                m_aShells.push_back(pShell);
 }
 
-bool RebuildScope::IsOther(const Face* pFace, const Shell& shell) const
+void RebuildScope::ReachFromOpen(const Shell& shell)
 {
-    const Shell* pOther = pFace ? pFace->GetShell() : nullptr;
-    return pOther && pOther != &shell && pOther->GetBody() == &m_body;
+    ForEachPair(shell,
+                [&](const Coedge& own, const Coedge& other)
+                {
+                    Shell* pOther = other.GetFace() ? other.GetFace()->GetShell() : nullptr;
+                    if (!pOther || pOther == &shell || pOther->GetBody() != &m_body)
+                        return;
+                    Reach(pOther);
+                    if (IsVolume(GetVolume(*pOther)) && own.GetEdge()->FindShellAround(own.GetInward()) == pOther &&
+                        m_withOpenInside.insert(pOther).second)
+                        ReachNeighbours(*pOther);
+                });
+}
+
+void RebuildScope::ReachNeighbours(const Shell& shell)
+{
+    ForEachPair(shell,
+                [&](const Coedge&, const Coedge& other)
+                {
+                    if (const Face* pFace = other.GetFace())
+                        Reach(pFace->GetShell());
+                });
 }
 } // namespace QRV

@@ -23,25 +23,28 @@ class RebuildScope
 public:
     /// All shells.
     explicit RebuildScope(const Body& body);
-    /// Those of the faces, and from there on the ones at the edges of each that is open or that others stand in. All
-    /// where solids have voids, which may have to move.
+    /// Those of the faces, and from there on the ones at the edges of each that is open or in which open ones stand.
+    /// All where solids have voids, which may have to move.
     RebuildScope(const Body& body, const std::vector<Face*>& aFaces);
 
     /// In order of the lumps.
     const std::vector<Shell*>& GetShells() const { return m_aShells; }
     /// What the shell enclosed when first asked for.
     double GetVolume(const Shell& shell);
-    /// Whether a face of another shell of the body goes from an edge of this one into what it bounds.
-    bool HasOthersInside(const Shell& shell) const;
+    /// Whether a face of an open shell goes from an edge of this one into what it bounds.
+    bool HasOpenInside(const Shell& shell) const { return m_withOpenInside.contains(&shell); }
 
 private:
-    void Reach(const Face* pFace);
+    void ReachAll();
+    void Reach(Shell* pShell);
+    void Spread();
+    void ReachFromOpen(const Shell& shell);
     void ReachNeighbours(const Shell& shell);
-    bool IsOther(const Face* pFace, const Shell& shell) const;
 
     const Body& m_body;
     std::vector<Shell*> m_aShells;
     ObjectSet m_reached;
+    ObjectSet m_withOpenInside;
     std::unordered_map<const Shell*, double> m_volumes;
 };
 } // namespace QRV
