@@ -135,7 +135,7 @@ private:
         const ObjectSet core = GetWithoutOpen(aAll, {aAll.begin(), aAll.end()});
         if (core.size() == aOwn.size())
             return;
-        const Part part = FindPart(aOwn, core);
+        const Part part = FindPart(*record.pShell, aOwn, core);
         if (part.aFaces.empty())
             return;
         MoveFaces(part.aFaces, *record.pShell);
@@ -145,63 +145,71 @@ private:
         m_aLoose = std::move(aAll);
     }
 
-    /// From the world to the axes of a face. What is compared along them comes out the same however the model stands.
-    static Transf3d GetAxes(const Face& face)
-    {
-        const Coedge& coedge = *face.GetOuterLoop()->GetCoedge();
-        return Transf3d(coedge.GetStartVertex()->GetPosition(), coedge.GetVector(), coedge.GetInward()).invert();
-    }
-
     struct Part
     {
         std::vector<Face*> aFaces;
-        Interval3d box; ///< along given axes
+        std::vector<std::uint64_t> aCorners; ///< ids, each once, ascending
         double dVolume = 0.0;
 
         Part() = default;
-        Part(std::vector<Face*> aFacesOfIt, const Transf3d& axes)
+        /// All corners count, or those of the whole.
+        explicit Part(std::vector<Face*> aFacesOfIt, const Part* pWhole = nullptr)
             : aFaces(std::move(aFacesOfIt)), dVolume(GetSignedVolume(aFaces))
         {
             std::vector<Vertex*> aVertices;
             for (const Face* pFace : aFaces)
                 pFace->GetVertices(aVertices);
             for (const Vertex* pVertex : aVertices)
-                box += axes * pVertex->GetPosition();
+                if (const std::uint64_t nID = pVertex->GetID(); !pWhole || pWhole->HasCorner(nID))
+                    aCorners.push_back(nID);
+            std::sort(aCorners.begin(), aCorners.end());
+            aCorners.erase(std::unique(aCorners.begin(), aCorners.end()), aCorners.end());
         }
-        bool ReachesAsFarAs(const Part& other) const
+        bool HasCorner(std::uint64_t nID) const { return std::binary_search(aCorners.begin(), aCorners.end(), nID); }
+        bool HasCornersOf(const Part& other) const
         {
-            Interval3d reach = box;
-            reach.enlarge(kPlaneDistanceTolerance);
-            return other.box <= reach;
+            return std::includes(aCorners.begin(), aCorners.end(), other.aCorners.begin(), other.aCorners.end());
         }
-        bool ReachesBeyond(const Part& other) const { return ReachesAsFarAs(other) && !other.ReachesAsFarAs(*this); }
         /// Of a solid around a court and what fills the court, the one around; of such side by side the larger.
         bool IsPreferredTo(const Part& other) const
         {
-            return ReachesBeyond(other) || (!other.ReachesBeyond(*this) && std::abs(dVolume) > std::abs(other.dVolume));
+            const bool bAround = HasCornersOf(other);
+            const bool bWithin = other.HasCornersOf(*this);
+            return bAround != bWithin ? bAround : std::abs(dVolume) > std::abs(other.dVolume);
         }
-        /// Whether it lies in the whole and can stand for it: as wide, or not less than half. Where only a lesser part
-        /// is closed, the faces across have yet to be joined by others.
+        /// Whether it can stand for the whole: around a court it has all corners, else it is not less than half. Where
+        /// only a lesser part is closed, the faces across have yet to be joined by others.
         bool StandsFor(const Part& whole) const
         {
-            constexpr double kNearlyHalf = 0.5 * (1.0 - 1e-9);
+            constexpr double kRounding = 1e-9;
             const double dShare = dVolume / whole.dVolume;
-            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && whole.ReachesAsFarAs(*this) &&
-                   (ReachesAsFarAs(whole) || dShare >= kNearlyHalf);
+            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && dShare < 1.0 + kRounding &&
+                   (HasCornersOf(whole) || dShare > 0.5 * (1.0 - kRounding));
+        }
+        /// Whether what the shell does not bound itself stands inside it.
+        bool LiesIn(const Shell& shell) const
+        {
+            return std::all_of(aFaces.begin(), aFaces.end(),
+                               [&](Face* pFace)
+                               {
+                                   Point3d p;
+                                   return pFace->GetShell() == &shell ||
+                                          (pFace->GetInteriorPoint(p) && shell.ContainsPoint(p));
+                               });
         }
     };
 
     /// Of the closed sheets through faces of a shell, as those bound it or turned into the solid. No faces for none.
-    static Part FindPart(const std::vector<Face*>& aOwn, const ObjectSet& core)
+    static Part FindPart(const Shell& shell, const std::vector<Face*>& aOwn, const ObjectSet& core)
     {
-        const Transf3d axes = GetAxes(*aOwn.front());
-        const Part whole(aOwn, axes);
+        const Part whole(aOwn);
         Part best;
         FindClosedSheet(aOwn, core,
                         [&](const std::vector<Face*>& aSheet)
                         {
-                            Part part(aSheet, axes);
-                            if (part.StandsFor(whole) && (best.aFaces.empty() || part.IsPreferredTo(best)))
+                            Part part(aSheet, &whole);
+                            if (part.StandsFor(whole) && part.LiesIn(shell) &&
+                                (best.aFaces.empty() || part.IsPreferredTo(best)))
                                 best = std::move(part);
                             return false;
                         });

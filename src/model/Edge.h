@@ -105,8 +105,8 @@ public:
     std::size_t GetLoops(std::vector<Loop*>& aLoops) const;
     std::size_t GetCoedges(ShortList<Coedge*>& aCoedges) const;
     /// The shell of a body that has its inside in a direction away from the edge: behind two of its faces here, and
-    /// clear of either. Null for none.
-    const Shell* FindShellAround(const Vector3d& direction) const;
+    /// clear of either. Null for none; with `pOnly` for any other than that.
+    const Shell* FindShellAround(const Vector3d& direction, const Shell* pOnly = nullptr) const;
     /// The chain through vertices of exactly two edges not marked smooth; gives the length of `aEdges`.
     std::size_t GetEdgeChain(std::vector<Edge*>& aEdges, bool bSmoothVerticesOnly);
 

@@ -166,10 +166,12 @@ nConvexity Edge::GetConvexity() const
     return TurnFromTan2(u % (n1 * n2), n1 % n2, 0.0) > std::numbers::pi ? nConvexityConcave : nConvexityConvex;
 }
 
-const Shell* Edge::FindShellAround(const Vector3d& direction) const
+const Shell* Edge::FindShellAround(const Vector3d& direction, const Shell* pOnly) const
 {
     ShortList<Coedge*> aCoedges;
     GetCoedges(aCoedges);
+    if (pOnly)
+        aCoedges.EraseIf([pOnly](const Coedge* p) { return !p->GetFace() || p->GetFace()->GetShell() != pOnly; });
     for (std::size_t i = 0; i < aCoedges.size(); ++i)
         for (std::size_t j = 0; j < i; ++j)
         {

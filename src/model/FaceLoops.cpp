@@ -1,4 +1,5 @@
 #include "history/History.h"
+#include "model/Body.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Shell.h"
@@ -145,6 +146,63 @@ void MoveHoles(Face& outer, Face& inner, bool bSameDirection)
     }
 }
 
+/// Brings a face and what is to stand in its hole into one shell, and what hangs on either. A closed shell stays
+/// closed: the inner face joins it alone. So this is begun before the hole is cut.
+class HoleJoining
+{
+public:
+    HoleJoining(Face& outer, Face& inner) : m_outer(outer), m_inner(inner)
+    {
+        TakeFromOpenShell();
+        m_bInnerJoins = outer.GetShell() && !inner.GetShell();
+        if (!m_bInnerJoins && (outer.GetShell() || !inner.GetShell()))
+            return;
+        m_aHanging = (m_bInnerJoins ? inner : outer).GetShelllessAround();
+        m_pForHanging = m_bInnerJoins ? outer.GetShell() : inner.GetShell();
+        if (m_aHanging.size() > (m_bInnerJoins ? 1 : 0))
+            m_pForHanging = &m_pForHanging->ChooseForOutside();
+    }
+
+    void Join()
+    {
+        if (m_bInnerJoins)
+        {
+            const bool bStaysClosed = m_bTaken || m_pForHanging != m_outer.GetShell();
+            if (bStaysClosed && m_inner.GetPlane().normal % m_outer.GetPlane().normal < 0.0)
+                m_inner.Reverse();
+            m_outer.GetShell()->AddFaces({&m_inner});
+        }
+        if (m_pForHanging)
+            m_pForHanging->AddFaces(m_aHanging);
+        if (m_pLeftBody)
+            m_pLeftBody->Rebuild(false);
+        if (Body* pBody = m_outer.GetBody();
+            pBody && m_outer.GetShell() != m_inner.GetShell() && pBody == m_inner.GetBody())
+            pBody->RebuildAround({&m_outer, &m_inner});
+    }
+
+private:
+    /// The last face of a sheet that ends at a wall is the newer one. Where the face around is, that has only just
+    /// closed its shell, if any, and the other solid was there before.
+    void TakeFromOpenShell()
+    {
+        Shell* pShell = m_inner.GetShell();
+        m_bTaken = pShell && pShell != m_outer.GetShell() && m_inner.GetID() > m_outer.GetID() && m_outer.GetBody() &&
+                   m_outer.GetShell()->IsClosed();
+        if (!m_bTaken)
+            return;
+        m_pLeftBody = m_inner.GetBody();
+        pShell->RemoveFace(&m_inner);
+    }
+
+    Face& m_outer;
+    Face& m_inner;
+    bool m_bTaken = false;
+    bool m_bInnerJoins = false;
+    Body* m_pLeftBody = nullptr;
+    Shell* m_pForHanging = nullptr;
+    std::vector<Face*> m_aHanging;
+};
 } // namespace
 
 bool Face::AddLoop(Loop* pLoop, bool bFront)
@@ -216,15 +274,7 @@ bool Face::AddInnerFace(Face* pInner)
 void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
 {
     History& history = *GetHistory();
-    // Before the hole opens the shell.
-    const bool bInnerJoins = m_pShell && !inner.GetShell();
-    const bool bJoins = bInnerJoins || (!m_pShell && inner.GetShell());
-    const std::vector<Face*> aJoining =
-        bJoins ? (bInnerJoins ? inner : *this).GetShelllessAround() : std::vector<Face*>();
-    Shell* pShell = bInnerJoins ? m_pShell : inner.GetShell();
-    if (aJoining.size() > (bInnerJoins ? 1 : 0))
-        pShell = &pShell->ChooseForOutside();
-
+    HoleJoining joining(*this, inner);
     std::vector<Coedge*> aCoedges;
     aCoedges.reserve(aWay.size());
     for (const auto& [pEdge, bForward] : aWay)
@@ -242,13 +292,7 @@ void Face::AddHole(const std::vector<std::pair<Edge*, bool>>& aWay, Face& inner)
         pCoedge->GetStartVertex()->RebuildGroups(false);
     Changed(nBoundaryChanged);
     inner.Changed(nBoundaryChanged);
-    if (!bJoins)
-        return;
-    if (bInnerJoins && pShell != m_pShell && inner.GetPlane().normal % GetPlane().normal < 0.0)
-        inner.Reverse();
-    if (bInnerJoins)
-        m_pShell->AddFaces({&inner});
-    pShell->AddFaces(aJoining);
+    joining.Join();
 }
 
 void Face::HandOverInnerLoops(Face& other, const Loop& parted)

@@ -103,7 +103,7 @@ void RebuildScope::ReachFromOpen(const Shell& shell)
                     if (!pOther || pOther == &shell || pOther->GetBody() != &m_body)
                         return;
                     Reach(pOther);
-                    if (IsVolume(GetVolume(*pOther)) && own.GetEdge()->FindShellAround(own.GetInward()) == pOther &&
+                    if (IsVolume(GetVolume(*pOther)) && own.GetEdge()->FindShellAround(own.GetInward(), pOther) &&
                         m_withOpenInside.insert(pOther).second)
                         ReachNeighbours(*pOther);
                 });

@@ -123,7 +123,7 @@ private:
         const Shell* pShell = face.GetShell();
         if (pShell == m_pShell)
             return true;
-        if (!pShell || !m_pShell || pShell->GetBody() != m_pShell->GetBody())
+        if (!pShell || !m_pShell || !pShell->GetBody() || pShell->GetBody() != m_pShell->GetBody())
             return false;
         const auto [it, bNew] = m_isClosed.emplace(pShell, false);
         if (bNew)
