@@ -20,6 +20,16 @@ void Scramble(std::vector<Segment>& aSegments, std::mt19937_64& random)
         if (random() % 2)
             std::swap(segment.first, segment.second);
 }
+
+/// Shells and lumps are those that follow from the faces as they stand.
+void ExpectRebuildMovesNothing(TestModel& model)
+{
+    History& history = model.GetHistory();
+    ASSERT_TRUE(history.StartDelta());
+    for (const std::uint64_t nBody : model.GetIDs(nBodyType))
+        EXPECT_FALSE(history.Get<Body>(nBody)->Rebuild(false));
+    history.Rollback();
+}
 } // namespace
 
 TEST(DrawnBox, IsOneSolidInEveryOrderOfItsEdges)
@@ -126,42 +136,80 @@ TEST(DrawnBox, LosesNothingToOpenFacesInWhateverOrder)
     }
 }
 
-TEST(DrawnBox, KeepsItsVolumeOnAGroundAndUnderAnAnnex)
+TEST(DrawnBox, KeepsItsVolumeOnAGroundUnderAnAnnexAndAtATube)
 {
-    // A box of 8 on a ground drawn before, and one with another on its wall. What is drawn last is so by its outlines
-    // in both directions and its uprights, in every order.
+    // A box of 8 on a ground drawn before, one with another on its wall, and two with a tube between them. What is
+    // drawn last is so by its outlines in both directions and its uprights, in every order.
+    enum nCase
+    {
+        nGround,
+        nAnnex,
+        nTube
+    };
     const Frame& at = GetFrames()[1];
     const Polygon ground = MakeRectangle(at, -2, -2, 4, 4);
-    for (const bool bAnnex : {false, true})
-        for (int nTurn = 0; nTurn < 8; ++nTurn)
+    for (const nCase n : {nGround, nAnnex, nTube})
+        for (int nTurn = 0; nTurn < (n == nGround ? 8 : 4); ++nTurn)
             for (std::array<int, 3> aOrder{0, 1, 2}; true;)
             {
-                SCOPED_TRACE(std::string(bAnnex ? "annex " : "ground ") + std::to_string(nTurn) + ", first " +
+                SCOPED_TRACE("case " + std::to_string(n) + ", turn " + std::to_string(nTurn) + ", first " +
                              std::to_string(aOrder[0]) + std::to_string(aOrder[1]));
                 TestModel model;
-                if (bAnnex)
-                    model.Box(at, {0, 0, 0}, {2, 2, 2});
-                else
+                if (n == nGround)
                     model.Outline(nTurn & 4 ? Reversed(ground) : ground);
+                else
+                    model.Box(at, {0, 0, 0}, {2, 2, 2});
+                if (n == nTube)
+                    model.Box(at, {4, 0, 0}, {6, 2, 2});
                 Polygon first;
                 Polygon second;
                 std::vector<Segment> aUprights;
                 for (const auto& [u, v] : {std::pair(0.0, 0.0), {1.0, 0.0}, {1.0, 1.0}, {0.0, 1.0}})
                 {
-                    first.push_back(bAnnex ? at(2, 0.5 + 0.5 * u, 0.5 + 0.5 * v) : at(2 * u, 2 * v, 0));
-                    second.push_back(bAnnex ? at(3, 0.5 + 0.5 * u, 0.5 + 0.5 * v) : at(2 * u, 2 * v, 2));
+                    const auto alongX = [&](double x) { return at(x, 0.5 + 0.5 * u, 0.5 + 0.5 * v); };
+                    first.push_back(n == nGround ? at(2 * u, 2 * v, 0) : alongX(2));
+                    second.push_back(n == nGround ? at(2 * u, 2 * v, 2) : alongX(n == nTube ? 4 : 3));
                     aUprights.emplace_back(first.back(), second.back());
                 }
                 first = nTurn & 1 ? Reversed(first) : first;
                 second = nTurn & 2 ? Reversed(second) : second;
                 for (const int nPart : aOrder)
                     nPart == 2 ? model.Lines(aUprights) : model.Outline(nPart ? second : first);
-                ASSERT_EQ(model.Count(nBodyType), 1u);
-                EXPECT_NEAR(model.GetVolume(), 8.0, 1e-9);
+                EXPECT_NEAR(model.GetVolume(), n == nTube ? 16.0 : 8.0, 1e-9);
+                std::size_t nSolids = 0;
+                for (const std::uint64_t nShell : model.GetIDs(nShellType))
+                    nSolids += std::abs(model.GetVolume(nShell) - 8.0) < 1e-9;
+                EXPECT_EQ(nSolids, n == nTube ? 2u : 1u);
+                ExpectRebuildMovesNothing(model);
                 ExpectUndoRedoRestores(model);
                 if (!std::next_permutation(aOrder.begin(), aOrder.end()))
                     break;
             }
+}
+
+TEST(DrawnBox, HangsTogetherUnderARingThatCutsThroughWhatHangsOnIt)
+{
+    // The ring's plane is that of a wall with a fin behind it, and a line runs out of the wall through the ring.
+    for (const Frame& at : GetFrames())
+    {
+        SCOPED_TRACE(at.pName);
+        TestModel model;
+        model.Outline({at(1, 8, 0), at(5, 8, 0), at(5, 11, 0), at(1, 11, 0)});
+        model.Lines({{at(1, 8, 0), at(1, 8, 3)},
+                     {at(5, 8, 3), at(5, 8, 0)},
+                     {at(5, 11, 3), at(5, 11, 0)},
+                     {at(1, 11, 0), at(1, 11, 3)}});
+        model.Outline({at(1, 11, 3), at(5, 11, 3), at(5, 8, 3), at(1, 8, 3)});
+        model.Lines({{at(4.5, 10.5, 3), at(4.5, 10.5, 2)},
+                     {at(4.5, 10.5, 2), at(5, 10.5, 2)},
+                     {at(4.5, 10.5, 3), at(5, 10.5, 3)},
+                     {at(5, 10.5, 2), at(5, 10.5, 3)},
+                     {at(5, 11, 2.5), at(5, 4, 2.5)}});
+        model.Outline({at(5, 6, -2), at(5, 13, -2), at(5, 13, 5), at(5, 6, 5)});
+        EXPECT_NEAR(model.GetVolume(), 36.0, 1e-7);
+        ExpectRebuildMovesNothing(model);
+        ExpectUndoRedoRestores(model);
+    }
 }
 
 namespace
@@ -261,15 +309,6 @@ void DrawCells(TestModel& model, const std::vector<Segment>& aLines, double dSpa
     }
 }
 
-/// Shells and lumps are those that follow from the faces as they stand.
-void ExpectRebuildMovesNothing(TestModel& model)
-{
-    History& history = model.GetHistory();
-    ASSERT_TRUE(history.StartDelta());
-    for (const std::uint64_t nBody : model.GetIDs(nBodyType))
-        EXPECT_FALSE(history.Get<Body>(nBody)->Rebuild(false));
-    history.Rollback();
-}
 } // namespace
 
 TEST(DrawnBoxes, StaySoundAsStacksInEveryOrder)
@@ -408,22 +447,33 @@ TEST(DrawnBoxes, HangTogetherWithAFaceOverTheSpurDrawnIntoIt)
     ExpectUndoRedoRestores(model);
 }
 
-TEST(DrawnBoxes, LoseNothingToASheetThatReachesOutsideHoweverTheyStand)
+TEST(DrawnBoxes, LoseNothingToOtherSheetsThroughTheirWallsHoweverTheyStand)
 {
-    // Three cells are a solid. The last line makes faces through which a sheet of 12 runs as wide as they and inside
-    // out round a cell beside them.
+    const std::pair<std::string, double> aCases[] = {
+        // Three cells. The last line makes faces through which a sheet of 12 runs as wide as they and inside out round
+        // a cell beside them.
+        {"000-100 030-230 120-121 230-231 231-131 101-001 021-020 111-011 131-130 020-220 110-210 231-201 121-111 "
+         "211-210 211-111 130-100 101-100 031-001 131-031 230-200 030-000 010-011 101-111 021-121 121-131 010-110 "
+         "001-000 ",
+         3.0},
+        // Half a cell, along its diagonal. The last line makes a corner of it, as wide as the half.
+        {"101-211 011-001 010-110 011-000 111-000 011-010 111-100 101-111 011-111 211-201 201-101 000-001 100-110 "
+         "010-000 111-110 201-100 101-100 000-100 111-001 101-000 010-111 ",
+         0.5}};
     for (const Frame& frame : GetFrames())
-    {
-        SCOPED_TRACE(frame.pName);
-        TestModel model;
-        model.Lines(ReadLines(frame, "000-100 030-230 120-121 230-231 231-131 101-001 021-020 111-011 131-130 020-220 "
-                                     "110-210 231-201 121-111 211-210 211-111 130-100 101-100 031-001 131-031 230-200 "
-                                     "030-000 010-011 101-111 021-121 121-131 010-110 "));
-        EXPECT_NEAR(model.GetVolume(), 3.0, 1e-8);
-        model.Lines({{frame(0, 0, 1), frame(0, 0, 0)}});
-        EXPECT_NEAR(model.GetVolume(), 3.0, 1e-8);
-        ExpectUndoRedoRestores(model);
-    }
+        for (const auto& [strLines, dVolume] : aCases)
+        {
+            SCOPED_TRACE(std::string(frame.pName) + ", " + std::to_string(dVolume));
+            std::vector<Segment> aLines = ReadLines(frame, strLines);
+            const Segment last = aLines.back();
+            aLines.pop_back();
+            TestModel model;
+            model.Lines(aLines);
+            EXPECT_NEAR(model.GetVolume(), dVolume, 1e-8);
+            model.Line(last.first, last.second);
+            EXPECT_NEAR(model.GetVolume(), dVolume, 1e-8);
+            ExpectUndoRedoRestores(model);
+        }
 }
 
 TEST(DrawnBoxes, AreSolidsInTurnInARowAndAStack)
