@@ -6,7 +6,6 @@
 #include "model/Face.h"
 #include "model/Loop.h"
 #include "model/Lump.h"
-#include "model/Shell.h"
 #include "spatial/Measures.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 /// Which shells of a body are derived anew.
 #pragma once
 
-#include "model/Object.h"
+#include "model/Shell.h"
 
 #include <unordered_map>
 #include <vector>
@@ -10,7 +10,6 @@ namespace QRV
 {
 class Body;
 class Face;
-class Shell;
 
 /// 0 for an open shell.
 double GetEnclosedVolume(const Shell& shell);
