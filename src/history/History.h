@@ -186,8 +186,10 @@ private:
         nKeep,
         nDrop
     };
+    /// Takes back what can be taken back. False when the delta lists an object that has nothing of it applied: in an
+    /// open delta one that it made and deleted, in any other a fault of the model.
     bool UndoDelta(Delta& delta, nRecords nRecordsAfter) noexcept;
-    bool RedoDelta(Delta& delta) noexcept;
+    void RedoDelta(Delta& delta) noexcept;
     void LeaveSearch(const Delta& delta) noexcept;
     void ReturnToSearch(const Delta& delta) noexcept;
     void ForgetDerived() noexcept;
