@@ -73,7 +73,6 @@ public:
 
     // --- deltas
     const std::vector<std::unique_ptr<Delta>>& GetDeltas() const { return m_aDeltas; }
-    std::uint64_t GetActiveDeltaIndex() const { return m_nActiveDeltaIdx; }
     /// Null with code 5 for 0, INVALID_ID or an unknown id.
     Delta* GetDelta(std::uint64_t nID, Result& result) const;
     /// Id of the delta so many places from the active one; INVALID_ID outside the list.
