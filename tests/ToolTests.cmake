@@ -15,15 +15,3 @@ add_executable(qrv_write_session determinism/WriteSession.cpp)
 target_link_libraries(qrv_write_session PRIVATE qrv_calls qrv_tools)
 qrv_compile_options(qrv_write_session)
 qrv_link_options(qrv_write_session)
-
-# Three houses, two of them with courtyards, become solids and two files of solids, which the example reads again.
-add_test(NAME Examples.TownRaisesCourtyards
-         COMMAND town ${CMAKE_CURRENT_SOURCE_DIR}/examples/Courtyards.json --out ${CMAKE_CURRENT_BINARY_DIR}/courtyards)
-set_tests_properties(Examples.TownRaisesCourtyards PROPERTIES PASS_REGULAR_EXPRESSION
-                     "1 bodies are solids, 2 more .*town.stl: 20 triangles, volume 36\\.0.*courtyards.stl: 84 triangles, volume 716\\.0")
-
-# Houses where a register has them, far from the origin of its coordinates; two share a wall.
-add_test(NAME Examples.TownStandsInPlace
-         COMMAND town ${CMAKE_CURRENT_SOURCE_DIR}/examples/SharedWall.json --in-place --out ${CMAKE_CURRENT_BINARY_DIR}/in_place)
-set_tests_properties(Examples.TownStandsInPlace PROPERTIES PASS_REGULAR_EXPRESSION
-                     "origin of the model: 506007, 5802002.*2 bodies, 17 faces.*everything came back.*1 bodies are solids.*volume 18\\.0")

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace
 {
@@ -58,11 +59,34 @@ QRV::Segment GetDiagonal(int m, int nX, int nY)
     return {{double(nX) / m, double(nY) / m, 1.0}, {double(nX + 1) / m, double(nY + 1) / m, 1.0}};
 }
 
-/// Splits a cell in the middle of a side by its diagonal, takes that back and does it again; gives the time of each.
-class SplitCell
+/// Splits a cell in the middle of the top side.
+void DrawDiagonal(const BenchModel& model, int m)
+{
+    model.Draw(GetDiagonal(m, m / 2, m / 2));
+}
+
+/// A rectangle within a cell in the middle of the top side: it leaves a hole there, and a face in the hole.
+void DrawWindow(const BenchModel& model, int m)
+{
+    const auto at = [m](double x, double y) { return Point3d((m / 2 + x) / m, (m / 2 + y) / m, 1.0); };
+    std::vector<Point3d> aCorners;
+    QRV::Expect(QRV::APICreateRectangle(model.GetID(), at(0.25, 0.25), at(0.75, 0.25), at(0.75, 0.75), aCorners, false)
+                    .IsGood(),
+                "a window");
+}
+
+/// Draws something in a cell by one call, takes that back and does it again; gives the time of each.
+class StepInCell
 {
 public:
-    explicit SplitCell(int m) : m_model(GetRuledCube(m)), m_diagonal(GetDiagonal(m, m / 2, m / 2)) {}
+    using Drawing = void (*)(const BenchModel& model, int m);
+
+    StepInCell(int m, Drawing draw) : m_model(GetRuledCube(m)), m_nCells(m), m_draw(draw)
+    {
+        m_draw(m_model, m_nCells);
+        QRV::Expect(m_model.Get(QRV::nFaceType).size() == std::size_t(6 * m * m) + 1, "one face more");
+        QRV::APIUndoHistory(m_model.GetID(), true);
+    }
 
     enum nPhase
     {
@@ -73,7 +97,7 @@ public:
 
     std::array<double, 3> Run()
     {
-        const double dCall = Time([&] { m_model.Draw(m_diagonal); });
+        const double dCall = Time([&] { m_draw(m_model, m_nCells); });
         const double dUndo = Time([&] { QRV::APIUndoHistory(m_model.GetID()); });
         const double dRedo = Time([&] { QRV::APIRedoHistory(m_model.GetID()); });
         QRV::APIUndoHistory(m_model.GetID(), true);
@@ -90,30 +114,45 @@ private:
     }
 
     const BenchModel& m_model;
-    QRV::Segment m_diagonal;
+    int m_nCells;
+    Drawing m_draw;
 };
 
-void RunPhase(benchmark::State& state, SplitCell::nPhase nPhase)
+void RunPhase(benchmark::State& state, StepInCell::Drawing draw, StepInCell::nPhase nPhase)
 {
-    SplitCell split(int(state.range(0)));
-    split.Run();
+    StepInCell step(int(state.range(0)), draw);
     for (auto _ : state)
-        state.SetIterationTime(split.Run()[nPhase]);
+        state.SetIterationTime(step.Run()[nPhase]);
 }
 
 void SplitFaceOfSolid(benchmark::State& state)
 {
-    RunPhase(state, SplitCell::nCall);
+    RunPhase(state, DrawDiagonal, StepInCell::nCall);
 }
 
 void UndoSplitFaceOfSolid(benchmark::State& state)
 {
-    RunPhase(state, SplitCell::nUndo);
+    RunPhase(state, DrawDiagonal, StepInCell::nUndo);
 }
 
 void RedoSplitFaceOfSolid(benchmark::State& state)
 {
-    RunPhase(state, SplitCell::nRedo);
+    RunPhase(state, DrawDiagonal, StepInCell::nRedo);
+}
+
+void WindowInSolid(benchmark::State& state)
+{
+    RunPhase(state, DrawWindow, StepInCell::nCall);
+}
+
+void UndoWindowInSolid(benchmark::State& state)
+{
+    RunPhase(state, DrawWindow, StepInCell::nUndo);
+}
+
+void RedoWindowInSolid(benchmark::State& state)
+{
+    RunPhase(state, DrawWindow, StepInCell::nRedo);
 }
 
 /// What a step adds to the heap, as the mean over many.
@@ -139,5 +178,8 @@ void ForCubes(benchmark::internal::Benchmark* pBenchmark)
 BENCHMARK(SplitFaceOfSolid)->Apply(ForCubes);
 BENCHMARK(UndoSplitFaceOfSolid)->Apply(ForCubes);
 BENCHMARK(RedoSplitFaceOfSolid)->Apply(ForCubes);
+BENCHMARK(WindowInSolid)->Apply(ForCubes);
+BENCHMARK(UndoWindowInSolid)->Apply(ForCubes);
+BENCHMARK(RedoWindowInSolid)->Apply(ForCubes);
 BENCHMARK(SplitFaceOfSolidMemory)->ArgName("m")->Arg(13)->Arg(130)->Iterations(1)->Unit(benchmark::kMicrosecond);
 } // namespace

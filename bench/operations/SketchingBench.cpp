@@ -1,4 +1,5 @@
-// Drawing line by line: crossing segments, beside CGAL's arrangements, grids of cells, and boxes that share walls.
+// Drawing line by line: crossing segments, beside CGAL's arrangements, grids of cells, boxes that share walls, and
+// houses round a courtyard.
 
 #include "operations/SketchingYardstick.h"
 #include "support/BenchModel.h"
@@ -46,6 +47,37 @@ std::vector<Segment> MakeBoxes(std::size_t n, const QRV::Vector3d& step)
     return aLines;
 }
 
+/// A polygon of n corners on a circle about the origin.
+std::vector<Point3d> MakeRound(std::size_t n, double dRadius, double dHeight, bool bClockwise)
+{
+    std::vector<Point3d> aPoints;
+    for (std::size_t i = 0; i < n; ++i)
+    {
+        const double dTurn = (bClockwise ? -2.0 : 2.0) * std::acos(-1.0) * double(i) / double(n);
+        aPoints.emplace_back(dRadius * std::cos(dTurn), dRadius * std::sin(dTurn), dHeight);
+    }
+    return aPoints;
+}
+
+/// A round house of n corners about a round court of as many, raised: of each the outline on the ground, the same
+/// above, and the uprights between.
+std::vector<Segment> MakeCourtyard(std::size_t n)
+{
+    std::vector<Segment> aLines;
+    for (const bool bCourt : {false, true})
+    {
+        const double dRadius = bCourt ? 5.0 : 10.0;
+        const std::vector<Point3d> aBottom = MakeRound(n, dRadius, 0.0, bCourt);
+        const std::vector<Point3d> aTop = MakeRound(n, dRadius, 3.0, bCourt);
+        for (const auto& aOutline : {aBottom, aTop})
+            for (std::size_t i = 0; i < n; ++i)
+                aLines.emplace_back(aOutline[i], aOutline[(i + 1) % n]);
+        for (std::size_t i = 0; i < n; ++i)
+            aLines.emplace_back(aBottom[i], aTop[i]);
+    }
+    return aLines;
+}
+
 void Draw(benchmark::State& state, const std::vector<Segment>& aSegments)
 {
     std::size_t nEdges = 0;
@@ -86,6 +118,11 @@ void DrawStackOfBoxes(benchmark::State& state)
     Draw(state, MakeBoxes(std::size_t(state.range(0)), {0.0, 0.0, 1.0}));
 }
 
+void DrawCourtyard(benchmark::State& state)
+{
+    Draw(state, MakeCourtyard(std::size_t(state.range(0))));
+}
+
 void DrawRandomSegmentsByYardstick(benchmark::State& state)
 {
     const std::vector<Segment> aSegments = QRV::MakeRandomSegments(std::size_t(state.range(0)));
@@ -107,4 +144,5 @@ BENCHMARK(DrawRandomSegmentsByYardstick)->Arg(3'000)->Iterations(1)->Unit(benchm
 BENCHMARK(DrawCells)->Arg(1'000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawRowOfBoxes)->Arg(25)->Arg(100)->Arg(400)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawStackOfBoxes)->Arg(25)->Arg(100)->Arg(400)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawCourtyard)->Arg(50)->Arg(100)->Arg(200)->Iterations(1)->Unit(benchmark::kMillisecond);
 } // namespace

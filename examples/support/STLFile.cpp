@@ -45,7 +45,8 @@ void SaveSTL(const Session& session, const std::vector<std::uint64_t>& aObjects,
            "APISaveToFileReadOnly");
     std::size_t nTriangles = 0;
     const double dFile = ReadVolume(path, nTriangles);
-    std::printf("%s: %zu triangles, volume %.9f\n", path.filename().string().c_str(), nTriangles, dFile);
+    std::printf("%s: %zu triangles, volume %.9f, the model's %.9f\n", path.filename().string().c_str(), nTriangles,
+                dFile, dVolume);
     Expect(std::abs(dFile - dVolume) <= kRelativeError * dVolume, "the STL file holds another volume than the model");
 }
 } // namespace examples

@@ -112,12 +112,14 @@ QRV_API Result APIGetMemorySizeReadOnly(std::uint64_t nHistoryID, std::uint64_t&
 
 // --- Deltas, undo and redo
 
-/// Undoes the last step that is applied. Good, with nothing done, when there is none.
+/// Undoes the last step that is applied. Good, with nothing done, when none is, or when there are no steps at all,
+/// whatever delta is asked for.
 /// @param bDeleteRedo  also deletes what was undone, for good; its object ids are used again
 /// @param nDelta       `INVALID_ID` or the active delta for one step. An earlier delta: it and all steps behind it are
 ///                     undone, all but it deleted for good, and it too with `bDeleteRedo`
 /// @return `nBaseDeltaNotFound` for an unknown delta, `nBadInput` for one that is not applied, `nUndoDeltaFailed` with
-///         the delta when a state resists
+///         the step that lists an object which has no state of it, a fault that the audit finds too: all else of that
+///         step is undone, but an earlier `nDelta` then stays applied
 QRV_API Result APIUndoHistory(std::uint64_t nHistoryID, bool bDeleteRedo = false, std::uint64_t nDelta = INVALID_ID);
 
 /// Redoes the next step.
@@ -126,7 +128,8 @@ QRV_API Result APIUndoHistory(std::uint64_t nHistoryID, bool bDeleteRedo = false
 QRV_API Result APIRedoHistory(std::uint64_t nHistoryID, std::uint64_t nDelta = INVALID_ID);
 
 /// Undoes all steps behind a delta, with one notification. `INVALID_ID` undoes all.
-/// @return `nFailure` unless the delta lies before the active one
+/// @return `nFailure` unless the delta lies before the active one, `nUndoDeltaFailed` as `APIUndoHistory` gives it: the
+///         way ends with that step, unannounced
 QRV_API Result APIUndoHistoryToDelta(std::uint64_t nHistoryID, std::uint64_t nDelta);
 
 /// Redoes all steps up to and including a delta, with one notification.
@@ -175,7 +178,7 @@ QRV_API Result APIGetLastDeltaIDReadOnly(std::uint64_t nHistoryID, std::uint64_t
 QRV_API Result APIGetAllHistoryDeltasReadOnly(std::uint64_t nHistoryID, std::vector<std::uint64_t>& aDeltas);
 
 /// Appends the deltas between two, both included, in order from `nFrom` to `nTo`, so descending when `nTo` is older.
-/// `INVALID_ID` and 0 are the state before the first and listed as `INVALID_ID`. Nothing for an unknown delta.
+/// `INVALID_ID` is the state before the first and is listed as itself. Nothing for an unknown delta, such as 0.
 QRV_API Result APIGetHistoryDeltasReadOnly(std::uint64_t nHistoryID, std::uint64_t nFrom, std::uint64_t nTo,
                                            std::vector<std::uint64_t>& aDeltas);
 

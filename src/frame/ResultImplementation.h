@@ -14,7 +14,6 @@ class ResultImplementation
 {
 public:
     bool HoldsError() const { return m_nResultType != Result::nOK && !m_bWarning; }
-    bool HoldsWarning() const { return m_nResultType != Result::nOK && m_bWarning; }
 
     /// An error that names up to two objects, as the audit reports it. An error already held stays; code 0 and a
     /// second object without a first do nothing.

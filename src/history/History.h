@@ -73,7 +73,6 @@ public:
 
     // --- deltas
     const std::vector<std::unique_ptr<Delta>>& GetDeltas() const { return m_aDeltas; }
-    std::uint64_t GetActiveDeltaIndex() const { return m_nActiveDeltaIdx; }
     /// Null with code 5 for 0, INVALID_ID or an unknown id.
     Delta* GetDelta(std::uint64_t nID, Result& result) const;
     /// Id of the delta so many places from the active one; INVALID_ID outside the list.
@@ -186,8 +185,10 @@ private:
         nKeep,
         nDrop
     };
+    /// Takes back what can be taken back. False when the delta lists an object that has nothing of it applied: in an
+    /// open delta one that it made and deleted, in any other a fault of the model.
     bool UndoDelta(Delta& delta, nRecords nRecordsAfter) noexcept;
-    bool RedoDelta(Delta& delta) noexcept;
+    void RedoDelta(Delta& delta) noexcept;
     void LeaveSearch(const Delta& delta) noexcept;
     void ReturnToSearch(const Delta& delta) noexcept;
     void ForgetDerived() noexcept;

@@ -151,14 +151,16 @@ bool History::UndoDelta(Delta& delta, nRecords nRecordsAfter) noexcept
 {
     m_outerSides.Clear();
     LeaveSearch(delta);
+    bool bAll = true;
     for (auto it = delta.m_aObjectIDs.rbegin(); it != delta.m_aObjectIDs.rend(); ++it)
     {
-        m_objects.At(*it).Undo(delta);
+        if (!m_objects.At(*it).Undo(delta))
+            bAll = false;
         if (nRecordsAfter == nRecords::nDrop)
             DropRecord(*it, delta);
     }
     ReturnToSearch(delta);
-    return true;
+    return bAll;
 }
 
 void History::DropRecord(std::uint64_t nID, const Delta& delta) noexcept
@@ -173,13 +175,12 @@ void History::DropRecord(std::uint64_t nID, const Delta& delta) noexcept
         m_reusableIDs.PutBack(nID);
 }
 
-bool History::RedoDelta(Delta& delta) noexcept
+void History::RedoDelta(Delta& delta) noexcept
 {
     m_outerSides.Clear();
     LeaveSearch(delta);
     for (const std::uint64_t nID : delta.m_aObjectIDs)
         m_objects.At(nID).Redo(delta);
     ReturnToSearch(delta);
-    return true;
 }
 } // namespace QRV

@@ -122,9 +122,8 @@ void History::UndoAwayFrom(Result& result, std::uint64_t nDelta, bool bDeleteRed
         StepBack(result, false);
         DropRedo(aFreeable);
     }
-    if (!result.IsGood())
-        return;
-    StepBack(result, bNotify);
+    if (result.IsGood())
+        StepBack(result, bNotify);
     m_trees.TrimReturns();
     if (bDeleteRedo)
         DropRedo(aFreeable);
@@ -178,12 +177,11 @@ void History::UndoToDelta(Result& result, std::uint64_t nDelta, bool bDeleteRedo
     const std::uint64_t nPrevious = GetActiveDeltaID();
     do
     {
-        Delta& delta = *m_aDeltas[m_nActiveDeltaIdx];
-        if (!UndoDelta(delta, nRecords::nKeep))
-            return result.SetErrorCode(Result::nUndoDeltaFailed, delta.GetID());
-        --m_nActiveDeltaIdx;
-    } while (m_nActiveDeltaIdx != INVALID_ID && GetActiveDeltaID() != nDelta);
+        StepBack(result, false);
+    } while (result.IsGood() && m_nActiveDeltaIdx != INVALID_ID && GetActiveDeltaID() != nDelta);
     m_trees.TrimReturns();
+    if (!result.IsGood())
+        return;
     NotifyModelChanged(nModelUndone, "", nPrevious, GetActiveDeltaID());
     if (bDeleteRedo)
         DropRedo(aFreeable);

@@ -52,11 +52,6 @@ Delta* ObjectHistory::GetActiveDelta() const
     return m_nActiveCount ? Records()[m_nActiveCount - 1].pDelta : nullptr;
 }
 
-Delta* ObjectHistory::GetNextDelta() const
-{
-    return m_nActiveCount < m_nRecordCount ? Records()[m_nActiveCount].pDelta : nullptr;
-}
-
 Delta* ObjectHistory::GetLastDelta() const
 {
     return m_nRecordCount ? Records()[m_nRecordCount - 1].pDelta : nullptr;

@@ -34,7 +34,6 @@ public:
     ObjectHistory& operator=(const ObjectHistory&) = delete;
 
     std::size_t GetRecordCount() const { return m_nRecordCount; }
-    std::size_t GetActiveCount() const { return m_nActiveCount; }
     const Record& GetRecord(std::size_t nIndex) const { return Records()[nIndex]; }
 
     /// The live object, or the state recorded for a Delta; null when there is none.
@@ -44,7 +43,6 @@ public:
     /// Type of the first record's object; 0 without one.
     nObjectType GetType() const;
     Delta* GetActiveDelta() const;
-    Delta* GetNextDelta() const;
     Delta* GetLastDelta() const;
     bool IsCreatedIn(const Delta* pDelta) const;
     bool IsDeletedIn(const Delta* pDelta) const;

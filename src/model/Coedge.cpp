@@ -8,7 +8,6 @@
 #include "model/ObjectOf.inl"
 
 #include <algorithm>
-#include <array>
 
 namespace QRV
 {
@@ -207,12 +206,6 @@ void SetPartnerChain(std::span<Coedge* const> aCoedges)
 {
     for (std::size_t i = 0; i < aCoedges.size(); ++i)
         aCoedges[i]->SetPartner(aCoedges.size() == 1 ? nullptr : aCoedges[(i + 1) % aCoedges.size()]);
-}
-
-void MakePartners(Coedge& a, Coedge& b)
-{
-    if (a.GetEdge() == b.GetEdge())
-        SetPartnerChain(std::array{&a, &b});
 }
 
 void LinkLoop(const std::vector<Coedge*>& aCoedges)

@@ -92,8 +92,6 @@ extern template class ObjectOf<Coedge, Object>;
 
 /// Links the coedges of one edge cyclically; one alone gets null.
 void SetPartnerChain(std::span<Coedge* const> aCoedges);
-/// Links two coedges of one edge to each other; nothing when their edges differ.
-void MakePartners(Coedge& a, Coedge& b);
 /// Links each coedge to the next and the last to the first, where end and start vertices agree.
 void LinkLoop(const std::vector<Coedge*>& aCoedges);
 } // namespace QRV

@@ -98,8 +98,6 @@ public:
     /// Appends the parameters at which the ray meets the face. Gives whether there are any.
     bool HitByRay(const Line3d& ray, std::vector<double>& aParameters, double dTol, double dMax);
     bool IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, double dTol, bool bWhole);
-    /// Every vertex within max(1, |p|) * dTol of the plane.
-    bool IsFlat(double dTol);
     /// Whether the face lies in a plane: +1 with the plane's normal, -1 with the opposite one, 0 when it does not. A
     /// plane through few and near corners has a direction known only roughly, so the places of the corners count too.
     int GetSideIn(const Plane& plane);

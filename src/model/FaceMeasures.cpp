@@ -94,15 +94,6 @@ bool Face::IntersectsNegativeSideOfPlanes(const std::vector<Plane>& aPlanes, dou
     return pFacets && pFacets->IntersectsNegativeSideOfPlanes(aPlanes, GetPlane(), dTol, bWhole);
 }
 
-bool Face::IsFlat(double dTol)
-{
-    std::vector<Vertex*> aVertices;
-    GetVertices(aVertices);
-    return std::all_of(aVertices.begin(), aVertices.end(), [&](const Vertex* pVertex) {
-        return std::abs(GetPlane().dist(pVertex->GetPosition())) <= ScaledTolerance(pVertex->GetPosition(), dTol);
-    });
-}
-
 bool Face::IsCoincident(Face& other)
 {
     // The planes of equal corners far from the origin differ by more than planes that are compared as such may.

@@ -56,7 +56,6 @@ public:
     bool IsLeaf() const { return m_nLevel == 0; }
     bool IsShared() const { return m_nReferences > 1; }
     bool IsFull() const { return m_nCount == m_nCapacity; }
-    unsigned GetLevel() const { return m_nLevel; }
     unsigned GetCount() const { return m_nCount; }
     unsigned GetCapacity() const { return m_nCapacity; }
     std::uint32_t GetReferences() const { return m_nReferences; }

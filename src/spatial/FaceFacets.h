@@ -41,8 +41,6 @@ public:
     static std::shared_ptr<const FaceFacets> Compute(Face& face, bool& bFailed);
 
     const std::vector<Facet>& GetFacets() const { return m_aFacets; }
-    /// The largest distance of a vertex from the face's plane, at least 1e-12.
-    double GetTolerance() const { return m_dTolerance; }
     /// Signed against the plane; with a transform the plain areas of the transformed triangles.
     double GetArea(const Plane& plane, const Transf3d* pTransform) const;
     /// False for a total area of at most 1e-12.
@@ -64,6 +62,6 @@ private:
 
     std::vector<Facet> m_aFacets;
     mutable std::unique_ptr<BoxTree<const Facet>> m_pTree; ///< built on the first search of a large set
-    double m_dTolerance = kLinearTolerance;
+    double m_dTolerance = kLinearTolerance; ///< the largest distance of a vertex from the face's plane, if larger
 };
 } // namespace QRV

@@ -19,8 +19,7 @@ Wide GetWideArea(const GridPlace& a, const GridPlace& b, const GridPlace& c)
 }
 } // namespace
 
-PlaneMesh::PlaneMesh(std::span<const GridPlace> aPlaces)
-    : m_nPlaces(aPlaces.size()), m_aPlaces(aPlaces.begin(), aPlaces.end())
+PlaneMesh::PlaneMesh(std::span<const GridPlace> aPlaces) : m_aPlaces(aPlaces.begin(), aPlaces.end())
 {
     constexpr std::int64_t d = 2 * kLargest;
     m_aPlaces.insert(m_aPlaces.end(), {{-d, -d}, {-d, d}, {d, -d}, {d, d}});

@@ -43,8 +43,6 @@ public:
     std::uint32_t GetEnd(std::uint32_t h) const { return m_aEdges[m_aEdges[h].nNext].nStart; }
     /// The corner opposite to the half-edge.
     std::uint32_t GetApex(std::uint32_t h) const { return m_aEdges[GetPrevious(h)].nStart; }
-    /// False for the corners of the square.
-    bool IsPlace(std::uint32_t nPlace) const { return nPlace < m_nPlaces; }
     /// Twice the signed area of a triangle of three places, in squares of the grid.
     double GetDoubledArea(std::uint32_t a, std::uint32_t b, std::uint32_t c) const;
     double GetLength(std::uint32_t a, std::uint32_t b) const;
@@ -80,7 +78,6 @@ private:
     void ImproveShapes();
     std::uint32_t FindEdge(std::uint32_t nFrom, std::uint32_t nTo) const;
 
-    std::size_t m_nPlaces;
     std::vector<GridPlace> m_aPlaces; // behind the given ones the corners of the square
     std::vector<HalfEdge> m_aEdges;
     std::vector<std::uint32_t> m_aLeaving; // for each place a half-edge that starts there

@@ -122,6 +122,36 @@ TEST_F(HistoryAuditOf, StepsFindsWhatTheyListAndTheObjectsDoNot)
     EXPECT_EQ(Audit(), Findings{});
 }
 
+TEST_F(HistoryAuditOf, StepsFindsWhatUndoStumblesOver)
+{
+    const std::uint64_t nID = m_model.GetID();
+    const IDs aSteps = m_model.GetDeltas();
+    const std::size_t nBroken = aSteps.size() - 2;
+    auto& aIDs = GetPart<IDs>(GetDelta(nBroken));
+    ASSERT_EQ(GetHistory().GetObjectTable().At(0).GetObject(&GetDelta(nBroken)), nullptr);
+    const auto expectStumble = [&](const Result& result, std::uint64_t nActive)
+    {
+        EXPECT_EQ(result.GetErrorString(), "Undo of Delta-" + std::to_string(aSteps[nBroken]) + " failed.");
+        EXPECT_EQ(m_model.GetActiveDelta(), nActive);
+        EXPECT_NE(GetHistory().GetObject(0), nullptr) << "no step of this vertex was undone";
+    };
+
+    aIDs.push_back(0);
+    ExpectGood(APIUndoHistory(nID));
+    expectStumble(APIUndoHistory(nID), aSteps[nBroken - 1]);
+    ExpectGood(APIUndoHistoryToDelta(nID, aSteps[1]));
+    ExpectGood(APIRedoHistoryToDelta(nID, aSteps.back()));
+    expectStumble(APIUndoHistoryToDelta(nID, aSteps[1]), aSteps[nBroken - 1]);
+    aIDs.pop_back();
+    ExpectSound(m_model);
+
+    ExpectGood(APIRedoHistoryToDelta(nID, aSteps.back()));
+    aIDs.push_back(0);
+    expectStumble(APIUndoHistory(nID, false, aSteps[2]), aSteps[2]); // and the broken step is gone for good
+    EXPECT_EQ(m_model.GetDeltas(), IDs(aSteps.begin(), aSteps.begin() + 3));
+    ExpectSound(m_model);
+}
+
 TEST_F(HistoryAuditOf, StepsFindsADisorderOnce)
 {
     const auto swapTwoPairs = [&]
