@@ -21,7 +21,8 @@ using QRV::Point3d;
 std::unique_ptr<BenchModel> DrawRuledCube(int m)
 {
     auto pModel = std::make_unique<BenchModel>();
-    const auto place = [](int nAxis, double dAlong, double u, double v) {
+    const auto place = [](int nAxis, double dAlong, double u, double v)
+    {
         Point3d p;
         p[nAxis] = dAlong;
         p[(nAxis + 1) % 3] = u;

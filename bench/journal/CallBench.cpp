@@ -1,7 +1,7 @@
 // What the frame of an exported call costs beside its work, and what a line of the journal adds.
 
-#include "model/Vertex.h"
 #include "history/History.h"
+#include "model/Vertex.h"
 #include "support/BenchModel.h"
 
 #include <benchmark/benchmark.h>
@@ -47,7 +47,8 @@ void DrawLineAgain(benchmark::State& state)
 {
     const bool bJournal = state.range(0) != 0;
     const QRV::BenchModel model;
-    const QRV::Segment line{{0.1234567890123, 2.3456789012345, 3.0}, {1.1111111111111, 2.2222222222222, 3.3333333333333}};
+    const QRV::Segment line{{0.1234567890123, 2.3456789012345, 3.0},
+                            {1.1111111111111, 2.2222222222222, 3.3333333333333}};
     model.Draw(line);
     const std::string strPath = (std::filesystem::temp_directory_path() / "qrv_bench_journal.js").string();
     if (bJournal)

@@ -97,7 +97,8 @@ void RayFire(benchmark::State& state)
         {
             aIDs.clear();
             aSorted.clear();
-            QRV::APIRayFireReadOnly(model.GetID(), ray, aIDs, 1e-9, false, false, true, 1e30, nullptr, nullptr, &aSorted);
+            QRV::APIRayFireReadOnly(model.GetID(), ray, aIDs, 1e-9, false, false, true, 1e30, nullptr, nullptr,
+                                    &aSorted);
             nHits += aSorted.size();
         }
     state.SetItemsProcessed(std::int64_t(kRays) * state.iterations());

@@ -43,6 +43,7 @@ std::size_t RayFireYardstick::Fire(const QRV::Line3d& ray)
 {
     m_pTree->aHits.clear();
     const Kernel::Vector_3 direction(ray.vector[0], ray.vector[1], ray.vector[2]);
-    m_pTree->tree.all_intersections(Kernel::Ray_3(ToYardstick(ray.point), direction), std::back_inserter(m_pTree->aHits));
+    m_pTree->tree.all_intersections(Kernel::Ray_3(ToYardstick(ray.point), direction),
+                                    std::back_inserter(m_pTree->aHits));
     return m_pTree->aHits.size();
 }

@@ -6,8 +6,7 @@ namespace QRV
 {
 Result APIRegisterModelChangedCallbackReadOnly(const std::function<void(const ModelChangeData&)>& callback)
 {
-    return UnjournaledCall(NoHistory{})
-        .Run([&](Result&) { HistoryRegistry::Get().SetModelChangedCallback(callback); });
+    return UnjournaledCall(NoHistory{}).Run([&](Result&) { HistoryRegistry::Get().SetModelChangedCallback(callback); });
 }
 
 Result APIRegisterProgressCallbacksReadOnly(const std::function<void(const std::string&)>& start,

@@ -13,8 +13,10 @@ Result APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(std::uint64_t nHistor
                                                            bool bNext)
 {
     return ReadOnlyCall("APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly", nHistoryID, nType, bNext)
-        .Run([&](History& history, Result&)
-             { return history.ReportActiveDelta({pCreated, pChanged, pDeleted}, nType, bNext); });
+        .Run(
+            [&](History& history, Result&) {
+                return history.ReportActiveDelta({pCreated, pChanged, pDeleted}, nType, bNext);
+            });
 }
 
 Result APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(std::uint64_t nHistoryID, std::uint64_t nFrom,
@@ -24,8 +26,10 @@ Result APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly(std::uint64_t nHistory
                                                           const std::vector<nObjectType>& aTypes)
 {
     return ReadOnlyCall("APIGetCreatedChangedAndDeletedInDeltaRangeReadOnly", nHistoryID, nFrom, nTo, aTypes)
-        .Run([&](History& history, Result&)
-             { return history.ReportDeltaRange(nFrom, nTo, {pCreated, pChanged, pDeleted}, aTypes); });
+        .Run(
+            [&](History& history, Result&) {
+                return history.ReportDeltaRange(nFrom, nTo, {pCreated, pChanged, pDeleted}, aTypes);
+            });
 }
 
 Result APICompareHistoryReadOnly(std::uint64_t nHistoryID, std::uint64_t nActiveIndex,

@@ -13,18 +13,15 @@ namespace QRV
 {
 /// Reports what the active delta did to the objects, in the order in which it touched them.
 ///
-/// A model that is mirrored from reports hears of each step in `APIRegisterModelChangedCallbackReadOnly`, and asks there
-/// for the range from the delta active before to the one active after.
+/// A model that is mirrored from reports hears of each step in `APIRegisterModelChangedCallbackReadOnly`, and asks
+/// there for the range from the delta active before to the one active after.
 /// @param pCreated, pChanged, pDeleted  each may be null; ids are appended
 /// @param nType  only objects of this class; 0 for all
 /// @param bNext  reports the next redo step as just undone: what it made is deleted, what it deleted is created
 /// @return `nFailure` when the History has no deltas, or a change is under way in it
-QRV_API Result APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(std::uint64_t nHistoryID,
-                                                                   std::vector<std::uint64_t>* pCreated,
-                                                                   std::vector<std::uint64_t>* pChanged,
-                                                                   std::vector<std::uint64_t>* pDeleted,
-                                                                   nObjectType nType = nUnspecifiedType,
-                                                                   bool bNext = false);
+QRV_API Result APIGetCreatedChangedAndDeletedInActiveDeltaReadOnly(
+    std::uint64_t nHistoryID, std::vector<std::uint64_t>* pCreated, std::vector<std::uint64_t>* pChanged,
+    std::vector<std::uint64_t>* pDeleted, nObjectType nType = nUnspecifiedType, bool bNext = false);
 
 /// Reports what leads from the state after one delta to the state after another, applied or not, forward or back.
 ///

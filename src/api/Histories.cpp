@@ -53,7 +53,8 @@ Result APIGetAllHistoriesReadOnly(std::vector<std::uint64_t>& aHistoryIDs, bool 
             });
 }
 
-Result APIGetAllReachableHistoriesReadOnly(std::uint64_t nHistoryID, bool bUpward, std::vector<std::uint64_t>& aHistoryIDs)
+Result APIGetAllReachableHistoriesReadOnly(std::uint64_t nHistoryID, bool bUpward,
+                                           std::vector<std::uint64_t>& aHistoryIDs)
 {
     return ReadOnlyCall("APIGetAllReachableHistoriesReadOnly", NoHistory{}, nHistoryID, bUpward, Append{aHistoryIDs})
         .Run(

@@ -1,8 +1,8 @@
 #include "api/ObjectArguments.h"
 #include "frame/APICall.h"
+#include "geometry/Finite.h"
 #include "model/Attribute.h"
 #include "model/ConnectedObjects.h"
-#include "geometry/Finite.h"
 #include "spatial/Measures.h"
 
 #include <QRV/API.h>
@@ -96,7 +96,8 @@ Result APIIsNonOwnedReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, 
             });
 }
 
-Result APIGetAllConnectedNonOwnedReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, std::vector<std::uint64_t>& aIDs)
+Result APIGetAllConnectedNonOwnedReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID,
+                                          std::vector<std::uint64_t>& aIDs)
 {
     return ReadOnlyCall("APIGetAllConnectedNonOwnedReadOnly", nHistoryID, nObjectID, Append{aIDs})
         .Run(
@@ -109,7 +110,8 @@ Result APIGetAllConnectedNonOwnedReadOnly(std::uint64_t nHistoryID, std::uint64_
             });
 }
 
-Result APIGetTopLevelOwnersReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, std::vector<std::uint64_t>& aOwners)
+Result APIGetTopLevelOwnersReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID,
+                                    std::vector<std::uint64_t>& aOwners)
 {
     return ReadOnlyCall("APIGetTopLevelOwnersReadOnly", nHistoryID, nObjectID, Append{aOwners})
         .Run(
@@ -172,8 +174,8 @@ namespace
 /// A measure of one object, as transformed.
 using Measure = double (Object::*)(const Transf3d*) const;
 
-void TakeMeasure(const History& history, std::uint64_t nObjectID, const Transf3d* pTransform, Measure measure, double& dValue,
-                 Result& result)
+void TakeMeasure(const History& history, std::uint64_t nObjectID, const Transf3d* pTransform, Measure measure,
+                 double& dValue, Result& result)
 {
     if (pTransform && !IsUsable(*pTransform))
         return result.SetErrorCode(Result::nBadInput);
@@ -182,14 +184,16 @@ void TakeMeasure(const History& history, std::uint64_t nObjectID, const Transf3d
 }
 } // namespace
 
-Result APIComputeAreaReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, double& dArea, const Transf3d* pTransform)
+Result APIComputeAreaReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, double& dArea,
+                              const Transf3d* pTransform)
 {
     return ReadOnlyCall("APIComputeAreaReadOnly", nHistoryID, nObjectID, Out{dArea}, pTransform)
         .Run([&](History& history, Result& result)
              { TakeMeasure(history, nObjectID, pTransform, &Object::GetArea, dArea, result); });
 }
 
-Result APIComputeVolumeReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, double& dVolume, const Transf3d* pTransform)
+Result APIComputeVolumeReadOnly(std::uint64_t nHistoryID, std::uint64_t nObjectID, double& dVolume,
+                                const Transf3d* pTransform)
 {
     return ReadOnlyCall("APIComputeVolumeReadOnly", nHistoryID, nObjectID, Out{dVolume}, pTransform)
         .Run([&](History& history, Result& result)

@@ -37,9 +37,9 @@ Result APICreateVertex(std::uint64_t nHistoryID, const Point3d& pt, std::uint64_
 {
     return ModifyingCall("APICreateVertex", nHistoryID, pt, Out{nVertexID})
         .Run(
-            [&](History& history, Result& result)
-            {
-                return AreUsable({pt}, result) && GiveID(FindOrCreateVertex(history, pt, {.bSplitEdges = true}), nVertexID);
+            [&](History& history, Result& result) {
+                return AreUsable({pt}, result) &&
+                       GiveID(FindOrCreateVertex(history, pt, {.bSplitEdges = true}), nVertexID);
             });
 }
 
@@ -81,7 +81,8 @@ Result APIConnectVertices(std::uint64_t nHistoryID, std::uint64_t nVertex0, std:
             });
 }
 
-Result APICreatePolyline(std::uint64_t nHistoryID, const std::vector<Point3d>& aPoints, std::uint64_t& nFaceID, bool bClosed)
+Result APICreatePolyline(std::uint64_t nHistoryID, const std::vector<Point3d>& aPoints, std::uint64_t& nFaceID,
+                         bool bClosed)
 {
     return ModifyingCall("APICreatePolyline", nHistoryID, aPoints, Out{nFaceID}, bClosed)
         .Run(
@@ -100,14 +101,15 @@ Result APICreateRectangle(std::uint64_t nHistoryID, const Point3d& p0, const Poi
              [&](History& history, Result&) { return CreateRectangle(history, aCorners); });
 }
 
-Result APICreateCircleOrArc(std::uint64_t nHistoryID, double dRadius, const Point3d& center, std::vector<Point3d>& aPoints,
-                            const UnitVector3d& xAxis, const UnitVector3d& yAxis, double dStartAngle, double dEndAngle,
-                            double dAccuracy, bool bPointsOnly, const Transf3d& transform, std::uint64_t nMinSegments)
+Result APICreateCircleOrArc(std::uint64_t nHistoryID, double dRadius, const Point3d& center,
+                            std::vector<Point3d>& aPoints, const UnitVector3d& xAxis, const UnitVector3d& yAxis,
+                            double dStartAngle, double dEndAngle, double dAccuracy, bool bPointsOnly,
+                            const Transf3d& transform, std::uint64_t nMinSegments)
 {
     const ArcData arc{dRadius, center, xAxis, yAxis, dStartAngle, dEndAngle, dAccuracy, transform, nMinSegments};
     std::vector<Point3d> aArc;
-    return ModifyOrComputeCall(bPointsOnly, "APICreateCircleOrArc", nHistoryID, dRadius, center, Append{aPoints}, xAxis, yAxis,
-                               dStartAngle, dEndAngle, dAccuracy, bPointsOnly, transform, nMinSegments)
+    return ModifyOrComputeCall(bPointsOnly, "APICreateCircleOrArc", nHistoryID, dRadius, center, Append{aPoints}, xAxis,
+                               yAxis, dStartAngle, dEndAngle, dAccuracy, bPointsOnly, transform, nMinSegments)
         .Run(
             [&](Result& result)
             {
@@ -128,8 +130,8 @@ Result APICreateCircleOrArcFromPoints(std::uint64_t nHistoryID, const Point3d& p
     arc.transform = transform;
     arc.nMinSegments = nMinSegments;
     std::vector<Point3d> aArc;
-    return ModifyOrComputeCall(bPointsOnly, "APICreateCircleOrArcFromPoints", nHistoryID, p1, p2, p3, Append{aPoints}, dAccuracy,
-                               bPointsOnly, transform, nMinSegments, bFullCircle)
+    return ModifyOrComputeCall(bPointsOnly, "APICreateCircleOrArcFromPoints", nHistoryID, p1, p2, p3, Append{aPoints},
+                               dAccuracy, bPointsOnly, transform, nMinSegments, bFullCircle)
         .Run(
             [&](Result& result)
             {

@@ -24,8 +24,8 @@ Result APIRayFireReadOnly(std::uint64_t nHistoryID, const Line3d& ray, std::vect
                           std::vector<Transf3d>* pTransforms, SortedHits* pSorted)
 {
     const char* pJournalName = pSorted ? "APIRayFireSortedReadOnly" : "APIRayFireReadOnly";
-    return ReadOnlyCall(CallName("APIRayFireReadOnly").JournaledAs(pJournalName).JournaledUnder(kJournalPick), nHistoryID, ray,
-                        Append{aIDs}, dTol, bVertices, bEdges, bFaces, dMax)
+    return ReadOnlyCall(CallName("APIRayFireReadOnly").JournaledAs(pJournalName).JournaledUnder(kJournalPick),
+                        nHistoryID, ray, Append{aIDs}, dTol, bVertices, bEdges, bFaces, dMax)
         .Run(
             [&](History& history, Result& result)
             {
@@ -37,13 +37,14 @@ Result APIRayFireReadOnly(std::uint64_t nHistoryID, const Line3d& ray, std::vect
 }
 
 Result APIIntersectsNegativeSideOfPlanesReadOnly(std::uint64_t nHistoryID, const std::vector<Plane>& aPlanes,
-                                                 std::vector<std::uint64_t>& aIDs, bool bVertices, bool bEdges, bool bFaces,
-                                                 bool bWhole, double dTol, const Line3d* pLine,
-                                                 std::vector<GroupInstancePath>* pPaths, std::vector<Transf3d>* pTransforms,
-                                                 SortedHits* pSorted, bool bInstances)
+                                                 std::vector<std::uint64_t>& aIDs, bool bVertices, bool bEdges,
+                                                 bool bFaces, bool bWhole, double dTol, const Line3d* pLine,
+                                                 std::vector<GroupInstancePath>* pPaths,
+                                                 std::vector<Transf3d>* pTransforms, SortedHits* pSorted,
+                                                 bool bInstances)
 {
-    return ReadOnlyCall(CallName("APIIntersectsNegativeSideOfPlanesReadOnly").JournaledUnder(kJournalPick), nHistoryID, aPlanes,
-                        Append{aIDs}, bVertices, bEdges, bFaces, bWhole, dTol, pLine, bInstances)
+    return ReadOnlyCall(CallName("APIIntersectsNegativeSideOfPlanesReadOnly").JournaledUnder(kJournalPick), nHistoryID,
+                        aPlanes, Append{aIDs}, bVertices, bEdges, bFaces, bWhole, dTol, pLine, bInstances)
         .Run(
             [&](History& history, Result& result)
             {
@@ -58,7 +59,8 @@ Result APIIntersectsNegativeSideOfPlanesReadOnly(std::uint64_t nHistoryID, const
             });
 }
 
-Result APIFaceContainsPointReadOnly(std::uint64_t nHistoryID, std::uint64_t nFaceID, const Point3d& point, bool& bContains)
+Result APIFaceContainsPointReadOnly(std::uint64_t nHistoryID, std::uint64_t nFaceID, const Point3d& point,
+                                    bool& bContains)
 {
     return ReadOnlyCall("APIFaceContainsPointReadOnly", nHistoryID, nFaceID, point, Out{bContains})
         .Run(

@@ -16,7 +16,8 @@ namespace
 {
 /// The edges below an object, or of the whole History for INVALID_ID, that pass a test, in order of id.
 template <class Test>
-void CollectEdges(History& history, std::uint64_t nObjectID, std::vector<std::uint64_t>& aEdges, Result& result, Test test)
+void CollectEdges(History& history, std::uint64_t nObjectID, std::vector<std::uint64_t>& aEdges, Result& result,
+                  Test test)
 {
     std::vector<Object*> aFound;
     if (nObjectID == INVALID_ID)
@@ -135,10 +136,11 @@ Result APIIsEdgeMergeableReadOnly(std::uint64_t nHistoryID, std::uint64_t nEdgeI
 }
 
 Result APIIsEdgeOnCircleReadOnly(std::uint64_t nHistoryID, std::uint64_t nEdgeID, double& dRadius, Point3d& center,
-                                 UnitVector3d& normal, UnitVector3d& xAxis, std::vector<std::uint64_t>& aEdges, bool& bOn)
+                                 UnitVector3d& normal, UnitVector3d& xAxis, std::vector<std::uint64_t>& aEdges,
+                                 bool& bOn)
 {
-    return ReadOnlyCall("APIIsEdgeOnCircleReadOnly", nHistoryID, nEdgeID, Out{dRadius}, Out{center}, Out{normal}, Out{xAxis},
-                        Append{aEdges}, Out{bOn})
+    return ReadOnlyCall("APIIsEdgeOnCircleReadOnly", nHistoryID, nEdgeID, Out{dRadius}, Out{center}, Out{normal},
+                        Out{xAxis}, Append{aEdges}, Out{bOn})
         .Run(
             [&](History& history, Result& result)
             {
@@ -164,7 +166,8 @@ Result APIIsEdgeOnCircleReadOnly(std::uint64_t nHistoryID, std::uint64_t nEdgeID
 Result APIIsEdgeSilhouetteReadOnly(std::uint64_t nHistoryID, std::uint64_t nEdgeID, const Point3d& eye,
                                    const Vector3d& direction, bool bPerspective, bool& bSilhouette)
 {
-    return ReadOnlyCall("APIIsEdgeSilhouetteReadOnly", nHistoryID, nEdgeID, eye, direction, bPerspective, Out{bSilhouette})
+    return ReadOnlyCall("APIIsEdgeSilhouetteReadOnly", nHistoryID, nEdgeID, eye, direction, bPerspective,
+                        Out{bSilhouette})
         .Run(
             [&](History& history, Result& result)
             {

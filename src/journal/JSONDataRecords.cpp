@@ -12,8 +12,7 @@ struct RecordForm<TextureData>
     static constexpr const char* kName = "TextureData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Required("name", &TextureData::name),
-                               Required("texture", &TextureData::texture));
+        return std::make_tuple(Required("name", &TextureData::name), Required("texture", &TextureData::texture));
     }
 };
 
@@ -23,10 +22,8 @@ struct RecordForm<MaterialData>
     static constexpr const char* kName = "MaterialData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Required("name", &MaterialData::name),
-                               Optional("color", &MaterialData::color),
-                               Optional("h_scale", &MaterialData::h_scale),
-                               Optional("v_scale", &MaterialData::v_scale),
+        return std::make_tuple(Required("name", &MaterialData::name), Optional("color", &MaterialData::color),
+                               Optional("h_scale", &MaterialData::h_scale), Optional("v_scale", &MaterialData::v_scale),
                                Optional("texture", &MaterialData::texture));
     }
 };
@@ -37,8 +34,7 @@ struct RecordForm<LayerData>
     static constexpr const char* kName = "LayerData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Required("name", &LayerData::name),
-                               Required("displayed", &LayerData::displayed),
+        return std::make_tuple(Required("name", &LayerData::name), Required("displayed", &LayerData::displayed),
                                Optional("material", &LayerData::material));
     }
 };
@@ -49,12 +45,10 @@ struct RecordForm<InstanceData>
     static constexpr const char* kName = "InstanceData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Required("name", &InstanceData::name),
-                               Optional("layer", &InstanceData::layer),
-                               Required("history", &InstanceData::history),
-                               Optional("material", &InstanceData::material),
-                               Optional("transform", &InstanceData::transform),
-                               Optional("hidden", &InstanceData::hidden));
+        return std::make_tuple(
+            Required("name", &InstanceData::name), Optional("layer", &InstanceData::layer),
+            Required("history", &InstanceData::history), Optional("material", &InstanceData::material),
+            Optional("transform", &InstanceData::transform), Optional("hidden", &InstanceData::hidden));
     }
 };
 
@@ -66,10 +60,8 @@ struct RecordForm<LoopData>
     {
         return std::make_tuple(Required("vertices", &LoopData::vertices),
                                Optional("vertices_smooth", &LoopData::vertices_smooth),
-                               Optional("edges_smooth", &LoopData::edges_smooth),
-                               Optional("is_arc", &LoopData::is_arc),
-                               Optional("front_uv", &LoopData::front_uv),
-                               Optional("back_uv", &LoopData::back_uv));
+                               Optional("edges_smooth", &LoopData::edges_smooth), Optional("is_arc", &LoopData::is_arc),
+                               Optional("front_uv", &LoopData::front_uv), Optional("back_uv", &LoopData::back_uv));
     }
 };
 
@@ -79,14 +71,11 @@ struct RecordForm<FaceData>
     static constexpr const char* kName = "FaceData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Optional("layer", &FaceData::layer),
-                               Required("normal", &FaceData::normal),
-                               Required("outer_loop", &FaceData::outer_loop),
-                               Optional("inner_loops", &FaceData::inner_loops),
-                               Optional("openings", &FaceData::openings),
-                               Optional("front_material", &FaceData::front_material),
-                               Optional("back_material", &FaceData::back_material),
-                               Optional("hidden", &FaceData::hidden));
+        return std::make_tuple(
+            Optional("layer", &FaceData::layer), Required("normal", &FaceData::normal),
+            Required("outer_loop", &FaceData::outer_loop), Optional("inner_loops", &FaceData::inner_loops),
+            Optional("openings", &FaceData::openings), Optional("front_material", &FaceData::front_material),
+            Optional("back_material", &FaceData::back_material), Optional("hidden", &FaceData::hidden));
     }
 };
 
@@ -96,12 +85,9 @@ struct RecordForm<EdgeData>
     static constexpr const char* kName = "EdgeData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Optional("layer", &EdgeData::layer),
-                               Optional("color", &EdgeData::color),
-                               Required("start_pt", &EdgeData::start_pt),
-                               Required("end_pt", &EdgeData::end_pt),
-                               Optional("smooth", &EdgeData::smooth),
-                               Optional("hidden", &EdgeData::hidden));
+        return std::make_tuple(Optional("layer", &EdgeData::layer), Optional("color", &EdgeData::color),
+                               Required("start_pt", &EdgeData::start_pt), Required("end_pt", &EdgeData::end_pt),
+                               Optional("smooth", &EdgeData::smooth), Optional("hidden", &EdgeData::hidden));
     }
 };
 
@@ -111,10 +97,8 @@ struct RecordForm<CurveData>
     static constexpr const char* kName = "CurveData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Optional("layer", &CurveData::layer),
-                               Optional("color", &CurveData::color),
-                               Optional("is_arc", &CurveData::is_arc),
-                               Required("points", &CurveData::points),
+        return std::make_tuple(Optional("layer", &CurveData::layer), Optional("color", &CurveData::color),
+                               Optional("is_arc", &CurveData::is_arc), Required("points", &CurveData::points),
                                Optional("hidden", &CurveData::hidden));
     }
 };
@@ -125,12 +109,9 @@ struct RecordForm<ImageData>
     static constexpr const char* kName = "ImageData";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Optional("name", &ImageData::name),
-                               Optional("layer", &ImageData::layer),
-                               Required("texture", &ImageData::texture),
-                               Required("width", &ImageData::width),
-                               Required("height", &ImageData::height),
-                               Optional("transform", &ImageData::transform),
+        return std::make_tuple(Optional("name", &ImageData::name), Optional("layer", &ImageData::layer),
+                               Required("texture", &ImageData::texture), Required("width", &ImageData::width),
+                               Required("height", &ImageData::height), Optional("transform", &ImageData::transform),
                                Optional("hidden", &ImageData::hidden));
     }
 };
@@ -157,8 +138,7 @@ struct RecordForm<ModelChangeData>
     static constexpr auto Fields()
     {
         return std::make_tuple(Required("historyID", &ModelChangeData::historyID),
-                               Required("type", &ModelChangeData::type),
-                               Required("name", &ModelChangeData::name),
+                               Required("type", &ModelChangeData::type), Required("name", &ModelChangeData::name),
                                Required("previousDelta", &ModelChangeData::previousDelta),
                                Required("currentDelta", &ModelChangeData::currentDelta));
     }

@@ -22,7 +22,8 @@ bool Object::HasAttribute(const Attribute* pAttribute) const
     if (!m_pAttributes)
         return false;
     const auto it = m_pAttributes->m_aByType.find(pAttribute->GetType());
-    return it != m_pAttributes->m_aByType.end() && std::find(it->second.begin(), it->second.end(), pAttribute) != it->second.end();
+    return it != m_pAttributes->m_aByType.end() &&
+           std::find(it->second.begin(), it->second.end(), pAttribute) != it->second.end();
 }
 
 bool Object::AddAttribute(Attribute* pAttribute, bool bLink)

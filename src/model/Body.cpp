@@ -1,11 +1,11 @@
 #include "model/Body.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
 #include "model/Lump.h"
+#include "model/ObjectOf.inl"
 #include "model/Shell.h"
 #include "spatial/Measures.h"
 

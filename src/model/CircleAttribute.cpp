@@ -1,9 +1,9 @@
 #include "model/CircleAttribute.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Finding.h"
+#include "model/ObjectOf.inl"
 #include "model/Vertex.h"
 
 #include <algorithm>
@@ -52,8 +52,10 @@ std::size_t CircleAttribute::CheckValidity(std::vector<Result>& aResults) const
     const double dTol = std::max(m_dRadius, 1.0) * kOffCircle;
     const Plane plane(m_center, m_normal);
     // Nearer to the centre than the circle is where a chord was cut.
-    const auto isOff = [&](const Vertex* pVertex) {
-        return !pVertex || std::abs(plane.dist(pVertex->GetPosition())) > dTol || m_center.dist(pVertex->GetPosition()) > m_dRadius + dTol;
+    const auto isOff = [&](const Vertex* pVertex)
+    {
+        return !pVertex || std::abs(plane.dist(pVertex->GetPosition())) > dTol ||
+               m_center.dist(pVertex->GetPosition()) > m_dRadius + dTol;
     };
     for (const std::uint64_t nOwner : m_aOwnerIDs)
     {

@@ -16,8 +16,9 @@ public:
     static constexpr const char* kName = "CircleAttribute";
     static constexpr auto Fields()
     {
-        return std::make_tuple(Saved("radius", &CircleAttribute::m_dRadius), Saved("center", &CircleAttribute::m_center),
-                               Saved("normal", &CircleAttribute::m_normal), Saved("xaxis", &CircleAttribute::m_xAxis));
+        return std::make_tuple(Saved("radius", &CircleAttribute::m_dRadius),
+                               Saved("center", &CircleAttribute::m_center), Saved("normal", &CircleAttribute::m_normal),
+                               Saved("xaxis", &CircleAttribute::m_xAxis));
     }
 
     CircleAttribute(double dRadius, const Point3d& center, const UnitVector3d& normal, const UnitVector3d& xAxis)

@@ -1,10 +1,10 @@
 #include "model/Edge.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Attribute.h"
 #include "model/Face.h"
 #include "model/Finding.h"
+#include "model/ObjectOf.inl"
 #include "model/Vertex.h"
 #include "spatial/ShortList.h"
 

@@ -22,9 +22,10 @@ class EdgeRemoval
 {
 public:
     EdgeRemoval(Edge& edge, Edge::MergeOutcome& outcome)
-        : m_history(*edge.GetHistory()), m_edge(edge), m_first(*edge.GetCoedge()), m_second(*edge.GetCoedge()->GetPartner()),
-          m_outcome(outcome), m_nStart(edge.GetStartVertex()->GetID()), m_nEnd(edge.GetEndVertex()->GetID()),
-          m_aAtStart(edge.GetStartVertex()->GetConnectedEdgeIDs()), m_aAtEnd(edge.GetEndVertex()->GetConnectedEdgeIDs())
+        : m_history(*edge.GetHistory()), m_edge(edge), m_first(*edge.GetCoedge()),
+          m_second(*edge.GetCoedge()->GetPartner()), m_outcome(outcome), m_nStart(edge.GetStartVertex()->GetID()),
+          m_nEnd(edge.GetEndVertex()->GetID()), m_aAtStart(edge.GetStartVertex()->GetConnectedEdgeIDs()),
+          m_aAtEnd(edge.GetEndVertex()->GetConnectedEdgeIDs())
     {
     }
 
@@ -152,7 +153,8 @@ private:
 
 bool HasOneSurface(const Face& a, const Face& b)
 {
-    const auto getSurfaces = [](const Face& face) {
+    const auto getSurfaces = [](const Face& face)
+    {
         std::vector<Attribute*> aAttributes;
         face.GetAttributes(aAttributes);
         std::erase_if(aAttributes, [](const Attribute* pAttribute) { return !pAttribute->IsAnalytic(); });
@@ -182,7 +184,8 @@ bool Edge::TryMerge(MergeOutcome& outcome, bool /*bCheckUV*/, bool bMarkSmooth, 
         {
             const double dDot = plane.normal % other.normal;
             const bool bSmoothEnd = m_pStartVertex->IsSmooth() || m_pEndVertex->IsSmooth();
-            if (bMarkSmooth && (dDot > dCosAngle || (bSmoothEnd && dDot > kCosThirtyDegrees)) && HasOneSurface(*pFace, *pOther))
+            if (bMarkSmooth && (dDot > dCosAngle || (bSmoothEnd && dDot > kCosThirtyDegrees)) &&
+                HasOneSurface(*pFace, *pOther))
                 SetSmooth(true);
             return false;
         }

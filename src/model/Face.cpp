@@ -1,9 +1,9 @@
 #include "model/Face.h"
 
-#include "model/ObjectOf.inl"
 #include "geometry/Finite.h"
 #include "history/History.h"
 #include "model/Edge.h"
+#include "model/ObjectOf.inl"
 #include "model/Shell.h"
 #include "model/SideWalk.h"
 #include "model/Vertex.h"
@@ -48,8 +48,8 @@ Plane FitPlane(const std::vector<Point3d>& aPoints)
     return best;
 }
 
-/// A face with more sides than this gets its facets when somebody asks for them. While lines are drawn in a large ragged
-/// face, each would have to pay for all of it.
+/// A face with more sides than this gets its facets when somebody asks for them. While lines are drawn in a large
+/// ragged face, each would have to pay for all of it.
 constexpr std::size_t kMaxSidesForFacetsAtOnce = 64;
 
 /// Appends what `get` gives for each coedge of the face, each object once.

@@ -56,8 +56,9 @@ WayOut FindWayOut(const Point3d& p, const UnitVector3d& normal, const Interval3d
     way.line = Line3d(p, onward);
     return way;
 }
-/// Looks for the side of a face that a ray from a point to the end of the face's box crosses first: the face lies on the
-/// left of its sides, so that one tells whether the point is inside. Of a face with many sides few have to be looked at.
+/// Looks for the side of a face that a ray from a point to the end of the face's box crosses first: the face lies on
+/// the left of its sides, so that one tells whether the point is inside. Of a face with many sides few have to be
+/// looked at.
 class NearestCrossing
 {
 public:

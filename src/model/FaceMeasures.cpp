@@ -65,11 +65,13 @@ double Face::GetVariant()
     double dSum = 0.0;
     double dCount = 0.0;
     for (const Loop* pLoop : m_aLoops)
-        pLoop->ForEachCoedge([&](const Coedge& coedge) {
-            const Point3d& start = coedge.GetStartVertex()->GetPosition();
-            dSum += centroid.dist(start) + centroid.dist(start + coedge.GetVector() * 0.5);
-            dCount += 2.0;
-        });
+        pLoop->ForEachCoedge(
+            [&](const Coedge& coedge)
+            {
+                const Point3d& start = coedge.GetStartVertex()->GetPosition();
+                dSum += centroid.dist(start) + centroid.dist(start + coedge.GetVector() * 0.5);
+                dCount += 2.0;
+            });
     const double dMean = dCount > 0.0 ? dSum / dCount : 0.0;
     return dMean > 0.0 ? dMean : -1.0;
 }

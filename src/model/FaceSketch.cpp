@@ -249,7 +249,8 @@ bool IsShorter(const Loop& first, const Loop& second)
 CornersAtVertex::CornersAtVertex(Face& face, const Vertex& vertex) : m_normal(face.GetPlane().normal)
 {
     vertex.GetCoedges(m_aCorners, &face);
-    m_aCorners.EraseIf([&](const Coedge* pCoedge) { return pCoedge->GetEndVertex() != &vertex || !pCoedge->GetNext(); });
+    m_aCorners.EraseIf([&](const Coedge* pCoedge)
+                       { return pCoedge->GetEndVertex() != &vertex || !pCoedge->GetNext(); });
 }
 
 Coedge* CornersAtVertex::Find(const Vector3d& direction) const

@@ -1,9 +1,9 @@
 #include "model/Loop.h"
 
-#include "model/ObjectOf.inl"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
+#include "model/ObjectOf.inl"
 #include "model/PointSide.h"
 #include "model/Vertex.h"
 

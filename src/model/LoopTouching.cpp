@@ -13,7 +13,9 @@ namespace
 class TouchingLoops
 {
 public:
-    explicit TouchingLoops(Loop& first) : m_aReached{{0, {&first, nullptr}}}, m_seen{&first}, m_pAt(first.GetCoedge()) {}
+    explicit TouchingLoops(Loop& first) : m_aReached{{0, {&first, nullptr}}}, m_seen{&first}, m_pAt(first.GetCoedge())
+    {
+    }
 
     bool HasReached(const Loop& loop) const { return m_seen.contains(&loop); }
 

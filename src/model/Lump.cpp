@@ -1,9 +1,9 @@
 #include "model/Lump.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Body.h"
 #include "model/Finding.h"
+#include "model/ObjectOf.inl"
 #include "model/Shell.h"
 #include "spatial/Measures.h"
 

@@ -197,7 +197,8 @@ std::size_t Object::GetObjectsOfType(std::vector<Object*>& aObjects, nObjectType
         else
             aQueue[i]->GetChildren(aQueue, seen, false);
         // An object of the type is found; what lies behind it is not looked at.
-        const auto isFound = [&](Object* pObject) {
+        const auto isFound = [&](Object* pObject)
+        {
             const bool bFound = bAll || pObject->GetType() == nType;
             if (bFound)
                 aObjects.push_back(pObject);

@@ -7,7 +7,10 @@
 namespace QRV
 {
 template <class Base>
-concept HasFields = requires { Base::Fields(); };
+concept HasFields = requires
+{
+    Base::Fields();
+};
 
 template <class F>
 inline constexpr nFieldKind kKindOf = std::decay_t<F>::kKind;
@@ -33,10 +36,12 @@ void ObjectOf<T, Base>::Swap(Object& other) noexcept
     auto* pOther = dynamic_cast<T*>(&other);
     if (!pOther)
         return;
-    ForEachField([&](const auto& field) {
-        using std::swap;
-        swap(Self().*field.pMember, pOther->*field.pMember);
-    });
+    ForEachField(
+        [&](const auto& field)
+        {
+            using std::swap;
+            swap(Self().*field.pMember, pOther->*field.pMember);
+        });
     Object::SwapBase(other);
 }
 
@@ -45,10 +50,12 @@ template <nFieldKind kKind>
 bool ObjectOf<T, Base>::SaveFields(IArchive& archive) const
 {
     bool bGood = true;
-    ForEachField([&](const auto& field) {
-        if constexpr (kKindOf<decltype(field)> == kKind)
-            bGood = bGood && FieldValue::Write(archive, Self().*field.pMember, field.pName);
-    });
+    ForEachField(
+        [&](const auto& field)
+        {
+            if constexpr (kKindOf<decltype(field)> == kKind)
+                bGood = bGood && FieldValue::Write(archive, Self().*field.pMember, field.pName);
+        });
     return bGood;
 }
 
@@ -64,11 +71,13 @@ template <nFieldKind kKind>
 bool ObjectOf<T, Base>::LoadFields(IArchive& archive)
 {
     bool bGood = true;
-    ForEachField([&](const auto& field) {
-        if constexpr (kKindOf<decltype(field)> == kKind)
-            if (archive.GetVersion() >= field.nSince)
-                bGood = bGood && FieldValue::Read(archive, Self().*field.pMember);
-    });
+    ForEachField(
+        [&](const auto& field)
+        {
+            if constexpr (kKindOf<decltype(field)> == kKind)
+                if (archive.GetVersion() >= field.nSince)
+                    bGood = bGood && FieldValue::Read(archive, Self().*field.pMember);
+        });
     return bGood;
 }
 
@@ -85,14 +94,16 @@ std::size_t ObjectOf<T, Base>::GetSizeInBytes(bool bInMemory, bool bDerivable) c
     std::size_t nSize = Object::GetBaseSizeInBytes(bInMemory);
     if (bInMemory)
         nSize += sizeof(T) - sizeof(Object);
-    ForEachField([&](const auto& field) {
-        constexpr nFieldKind kKind = kKindOf<decltype(field)>;
-        if (bInMemory)
-            nSize += FieldValue::GetHeapSize(Self().*field.pMember);
-        else if constexpr (kKind != nFieldKind::nCached)
-            if (kKind == nFieldKind::nSaved || bDerivable)
-                nSize += FieldValue::GetSavedSize(Self().*field.pMember);
-    });
+    ForEachField(
+        [&](const auto& field)
+        {
+            constexpr nFieldKind kKind = kKindOf<decltype(field)>;
+            if (bInMemory)
+                nSize += FieldValue::GetHeapSize(Self().*field.pMember);
+            else if constexpr (kKind != nFieldKind::nCached)
+                if (kKind == nFieldKind::nSaved || bDerivable)
+                    nSize += FieldValue::GetSavedSize(Self().*field.pMember);
+        });
     return nSize;
 }
 
@@ -114,10 +125,12 @@ bool ObjectOf<T, Base>::IsEquivalent(const Object& other, ObjectPairing& pairing
 {
     const auto* pOther = dynamic_cast<const T*>(&other);
     bool bEqual = pOther != nullptr;
-    ForEachField([&](const auto& field) {
-        if constexpr (kKindOf<decltype(field)> == nFieldKind::nSaved)
-            bEqual = bEqual && FieldValue::AreEquivalent(Self().*field.pMember, pOther->*field.pMember, pairing);
-    });
+    ForEachField(
+        [&](const auto& field)
+        {
+            if constexpr (kKindOf<decltype(field)> == nFieldKind::nSaved)
+                bEqual = bEqual && FieldValue::AreEquivalent(Self().*field.pMember, pOther->*field.pMember, pairing);
+        });
     return bEqual;
 }
 } // namespace QRV

@@ -1,10 +1,10 @@
 #include "model/Vertex.h"
 
-#include "model/ObjectOf.inl"
 #include "history/History.h"
 #include "model/Edge.h"
 #include "model/Face.h"
 #include "model/Finding.h"
+#include "model/ObjectOf.inl"
 
 #include <algorithm>
 #include <optional>
@@ -104,15 +104,18 @@ std::size_t Vertex::GetConnectedEdges(ShortList<Edge*>& aEdges, Edge* pStart) co
     DistinctAppender edges(aEdges);
     std::size_t nNext = aEdges.size();
     // The list is its own worklist: each edge leads to its neighbours round the corners at this vertex.
-    const auto addAround = [&] {
+    const auto addAround = [&]
+    {
         for (; nNext < aEdges.size(); ++nNext)
             if (Coedge* pFirst = aEdges[nNext]->GetCoedge())
-                ForEachPartner(*pFirst, [&](const Coedge& coedge) {
-                    const Coedge* pNeighbour = coedge.GetNeighbourAt(this);
-                    Edge* pEdge = pNeighbour ? pNeighbour->GetEdge() : nullptr;
-                    if (pEdge && pEdge->HasVertex(this))
-                        edges.Add(pEdge);
-                });
+                ForEachPartner(*pFirst,
+                               [&](const Coedge& coedge)
+                               {
+                                   const Coedge* pNeighbour = coedge.GetNeighbourAt(this);
+                                   Edge* pEdge = pNeighbour ? pNeighbour->GetEdge() : nullptr;
+                                   if (pEdge && pEdge->HasVertex(this))
+                                       edges.Add(pEdge);
+                               });
     };
     if (pStart && pStart->HasVertex(this))
     {
@@ -136,10 +139,12 @@ std::size_t Vertex::GetCoedges(ShortList<Coedge*>& aCoedges, const Face* pOnly) 
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
-            ForEachPartner(*pFirst, [&](Coedge& coedge) {
-                if (!pOnly || coedge.GetFace() == pOnly)
-                    aCoedges.push_back(&coedge);
-            });
+            ForEachPartner(*pFirst,
+                           [&](Coedge& coedge)
+                           {
+                               if (!pOnly || coedge.GetFace() == pOnly)
+                                   aCoedges.push_back(&coedge);
+                           });
     return aCoedges.size() - nBefore;
 }
 
@@ -150,10 +155,12 @@ std::size_t Vertex::GetFaces(ShortList<Face*>& aFaces) const
     GetConnectedEdges(aEdges);
     for (const Edge* pEdge : aEdges)
         if (Coedge* pFirst = pEdge->GetCoedge())
-            ForEachPartner(*pFirst, [&](const Coedge& coedge) {
-                if (Face* pFace = coedge.GetFace())
-                    faces.Add(pFace);
-            });
+            ForEachPartner(*pFirst,
+                           [&](const Coedge& coedge)
+                           {
+                               if (Face* pFace = coedge.GetFace())
+                                   faces.Add(pFace);
+                           });
     return faces.GetCount();
 }
 
@@ -162,9 +169,8 @@ Edge* Vertex::FindEdgeTo(const Vertex& other) const
     ShortList<Edge*> aEdges;
     GetConnectedEdges(aEdges);
     Edge* pFound = nullptr;
-    const auto isBetter = [](const Edge& a, const Edge& b) {
-        return a.IsFree() != b.IsFree() ? b.IsFree() : a.GetID() < b.GetID();
-    };
+    const auto isBetter = [](const Edge& a, const Edge& b)
+    { return a.IsFree() != b.IsFree() ? b.IsFree() : a.GetID() < b.GetID(); };
     for (Edge* pEdge : aEdges)
         if (pEdge->GetOtherVertex(this) == &other && (!pFound || isBetter(*pEdge, *pFound)))
             pFound = pEdge;
@@ -258,9 +264,9 @@ std::size_t Vertex::CheckValidity(std::vector<Result>& aResults) const
         ShortList<Edge*> aGroup;
         GetConnectedEdges(aGroup, pEntry);
         // Counted over the entries, since one edge may stand there twice.
-        const auto nEntries = std::count_if(m_aEdgesPerGroup.begin(), m_aEdgesPerGroup.end(), [&](const Edge* pEdge) {
-            return std::find(aGroup.begin(), aGroup.end(), pEdge) != aGroup.end();
-        });
+        const auto nEntries = std::count_if(m_aEdgesPerGroup.begin(), m_aEdgesPerGroup.end(),
+                                            [&](const Edge* pEdge)
+                                            { return std::find(aGroup.begin(), aGroup.end(), pEdge) != aGroup.end(); });
         if (nEntries > 1)
         {
             nFindings += AddFinding(aResults, Result::nVertexOverlappingGroups, this);

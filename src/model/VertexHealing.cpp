@@ -16,10 +16,12 @@ bool HasNoSpike(const Edge& edge, const Vertex& vertex)
 {
     ShortList<Coedge*> aCoedges;
     edge.GetCoedges(aCoedges);
-    return std::none_of(aCoedges.begin(), aCoedges.end(), [&](const Coedge* pCoedge) {
-        const Coedge* pNeighbour = pCoedge->GetNeighbourAt(&vertex);
-        return !pNeighbour || pNeighbour->GetEdge() == &edge;
-    });
+    return std::none_of(aCoedges.begin(), aCoedges.end(),
+                        [&](const Coedge* pCoedge)
+                        {
+                            const Coedge* pNeighbour = pCoedge->GetNeighbourAt(&vertex);
+                            return !pNeighbour || pNeighbour->GetEdge() == &edge;
+                        });
 }
 
 /// The two edges are where the same two planes meet, so that they lie on one line.

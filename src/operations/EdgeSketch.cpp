@@ -184,8 +184,8 @@ bool Holds(const ShortList<std::uint64_t>& aIDs, std::uint64_t nID)
     return std::find(aIDs.begin(), aIDs.end(), nID) != aIDs.end();
 }
 
-/// A chord where other faces stand already parts the sheet that it cuts: either half may close with theirs. And faces that
-/// come apart may lead a sheet another way at branches.
+/// A chord where other faces stand already parts the sheet that it cuts: either half may close with theirs. And faces
+/// that come apart may lead a sheet another way at branches.
 void CloseSheetsAt(History& history, std::uint64_t nEdge)
 {
     const auto* pEdge = history.Get<Edge>(nEdge);
@@ -281,7 +281,8 @@ class WayBetweenVertices
 {
 public:
     WayBetweenVertices(History& history, const Vertex& first, const Vertex& last)
-        : m_history(history), m_nFirst(first.GetID()), m_nLast(last.GetID()), m_ray(first.GetPosition(), last.GetPosition())
+        : m_history(history), m_nFirst(first.GetID()), m_nLast(last.GetID()),
+          m_ray(first.GetPosition(), last.GetPosition())
     {
         const double dScale = std::max({m_ray.vector.length(), first.GetPosition().toVector3d().length(),
                                         last.GetPosition().toVector3d().length(), 1.0});
@@ -365,10 +366,11 @@ void ConnectVerticesAlongLine(History& history, Vertex*& pFirst, Vertex*& pLast,
     pLast = aWay.back().Find();
 }
 
-void ConnectPoints(History& history, const Point3d& p0, const Point3d& p1, const EdgeSketchOptions& options, Vertex** ppV0,
-                   Vertex** ppV1)
+void ConnectPoints(History& history, const Point3d& p0, const Point3d& p1, const EdgeSketchOptions& options,
+                   Vertex** ppV0, Vertex** ppV1)
 {
-    VertexSketchOptions place{.bSplitEdges = true, .bMergeBodies = options.bMergeBodies, .bSmooth = options.bSmoothStart};
+    VertexSketchOptions place{
+        .bSplitEdges = true, .bMergeBodies = options.bMergeBodies, .bSmooth = options.bSmoothStart};
     Vertex* pFirst = FindOrCreateVertex(history, p0, place);
     const TrackedVertex trackedFirst(history, *pFirst);
     place.bSmooth = options.bSmoothEnd;

@@ -21,9 +21,9 @@ struct EdgeSketchOptions
     bool bClearSmooth = false;     ///< an owned edge that is met loses its smooth mark
     bool bSmoothStart = false;     ///< a vertex newly made at that end gets the smooth mark
     bool bSmoothEnd = false;
-    std::vector<Attribute*> aEdgeAttributes; ///< given to every edge made or met
-    std::vector<Attribute*> aFaceAttributes; ///< given to every face formed
-    const Plane* pPlane = nullptr;           ///< fixes the plane of the face search
+    std::vector<Attribute*> aEdgeAttributes;             ///< given to every edge made or met
+    std::vector<Attribute*> aFaceAttributes;             ///< given to every face formed
+    const Plane* pPlane = nullptr;                       ///< fixes the plane of the face search
     const std::vector<Plane>* pBoundingPlanes = nullptr; ///< the face search stays on their negative side
 };
 

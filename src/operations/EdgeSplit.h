@@ -11,9 +11,9 @@ class Vertex;
 /// How far from an edge and its ends the split point may be.
 struct EdgeSplitOptions
 {
-    bool bCheck = true;               ///< test the point against the edge first
-    Vertex* pAtVertex = nullptr;      ///< split at this vertex instead of a new one
-    double dTol = kLinearTolerance;   ///< a length, scaled by the size of the point
+    bool bCheck = true;             ///< test the point against the edge first
+    Vertex* pAtVertex = nullptr;    ///< split at this vertex instead of a new one
+    double dTol = kLinearTolerance; ///< a length, scaled by the size of the point
 };
 
 /// Splits `edge` at `p` and gives the vertex there.

@@ -20,7 +20,8 @@ class EdgesIntoFace
 {
 public:
     EdgesIntoFace(Face& face, std::vector<std::uint64_t> aCorners)
-        : m_history(*face.GetHistory()), m_face(face), m_aCorners(std::move(aCorners)), m_seen(m_aCorners.begin(), m_aCorners.end())
+        : m_history(*face.GetHistory()), m_face(face), m_aCorners(std::move(aCorners)),
+          m_seen(m_aCorners.begin(), m_aCorners.end())
     {
     }
 
@@ -93,7 +94,8 @@ class HoleTaking
 {
 public:
     explicit HoleTaking(Face& face)
-        : m_history(*face.GetHistory()), m_face(face), m_plane(face.GetPlane()), m_nAxis((m_plane.normal.dominantDirection() + 1) % 3)
+        : m_history(*face.GetHistory()), m_face(face), m_plane(face.GetPlane()),
+          m_nAxis((m_plane.normal.dominantDirection() + 1) % 3)
     {
     }
 

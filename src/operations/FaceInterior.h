@@ -12,14 +12,15 @@ class Face;
 /// them.
 void DrawInSpurs(Face& face, std::vector<std::uint64_t> aCorners);
 
-/// The same, and then the edges between two corners, as chords. Gives the ids of the faces that these split off, each of
-/// which has its own edges to draw in.
+/// The same, and then the edges between two corners, as chords. Gives the ids of the faces that these split off, each
+/// of which has its own edges to draw in.
 std::vector<std::uint64_t> DrawInEdges(Face& face, std::vector<std::uint64_t> aCorners);
 
 struct InnerFaces
 {
     bool bTookAny = false;
-    bool bLeftEdgesOut = false; ///< some hole runs round one face alone; the outside of what it belongs to was not clear
+    bool bLeftEdgesOut =
+        false; ///< some hole runs round one face alone; the outside of what it belongs to was not clear
 };
 
 /// Makes holes for the faces that stand in another: one for all that hang together, round the outside of them, with the

@@ -186,7 +186,8 @@ private:
         m_vertex.GetCoedges(aCoedges, &m_face);
         const Loop* pLoop = aCoedges.empty() ? nullptr : aCoedges[0]->GetLoop();
         if (aCoedges.size() != 6 || CountEdges(aCoedges) != 5 ||
-            std::any_of(aCoedges.begin(), aCoedges.end(), [&](const Coedge* pCoedge) { return pCoedge->GetLoop() != pLoop; }))
+            std::any_of(aCoedges.begin(), aCoedges.end(),
+                        [&](const Coedge* pCoedge) { return pCoedge->GetLoop() != pLoop; }))
             return false;
         for (Coedge* pCoedge : aCoedges)
             if (pCoedge->GetStartVertex() == &m_vertex && IsSpike(*pCoedge))
@@ -363,8 +364,8 @@ bool HealOnePinch(History& history, const std::vector<std::uint64_t>& aVertexIDs
 }
 } // namespace
 
-bool MergeCoincidentVertices(History& history, Object* pObject, const std::vector<std::uint64_t>& aVertexIDs, bool bSplitEdges,
-                             double dTol, std::vector<std::uint64_t>* pChanged)
+bool MergeCoincidentVertices(History& history, Object* pObject, const std::vector<std::uint64_t>& aVertexIDs,
+                             bool bSplitEdges, double dTol, std::vector<std::uint64_t>* pChanged)
 {
     dTol = std::max(dTol, kLinearTolerance);
     std::vector<std::uint64_t> aIDs = aVertexIDs;
@@ -393,7 +394,8 @@ bool MergeCoincidentVertices(History& history, Object* pObject, const std::vecto
     }
     if (bSplitEdges)
         for (const std::uint64_t nVertex : aIDs)
-            if (SplitEdgesThrough(history, nVertex, dTol) && std::find(aChanged.begin(), aChanged.end(), nVertex) == aChanged.end())
+            if (SplitEdgesThrough(history, nVertex, dTol) &&
+                std::find(aChanged.begin(), aChanged.end(), nVertex) == aChanged.end())
                 aChanged.push_back(nVertex);
     if (pChanged)
         pChanged->insert(pChanged->end(), aChanged.begin(), aChanged.end());
@@ -409,7 +411,8 @@ bool MergeDoubleEdges(History& history, const std::vector<std::uint64_t>& aVerte
     for (const std::uint64_t nVertex : aVertexIDs)
     {
         const auto* pVertex = history.Get<Vertex>(nVertex);
-        const std::vector<std::uint64_t> aEdgeIDs = pVertex ? pVertex->GetConnectedEdgeIDs() : std::vector<std::uint64_t>();
+        const std::vector<std::uint64_t> aEdgeIDs =
+            pVertex ? pVertex->GetConnectedEdgeIDs() : std::vector<std::uint64_t>();
         for (std::size_t i = 0; i < aEdgeIDs.size(); ++i)
         {
             auto* pKept = history.Get<Edge>(aEdgeIDs[i]);

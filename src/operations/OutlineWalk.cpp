@@ -80,7 +80,8 @@ bool OutlineWalk::Step()
 {
     Vertex& vertex = *m_at.GetEnd();
     SideOfEdge next;
-    if (!FindSharpestLeft(m_plane, vertex, vertex.GetPosition() - m_at.GetStart()->GetPosition(), m_at.pEdge, m_aEdgesAt, next))
+    if (!FindSharpestLeft(m_plane, vertex, vertex.GetPosition() - m_at.GetStart()->GetPosition(), m_at.pEdge,
+                          m_aEdgesAt, next))
         return false;
     m_at = next.pEdge ? next : SideOfEdge{m_at.pEdge, !m_at.bForward}; // back from the tip of a dangling edge
     Note();

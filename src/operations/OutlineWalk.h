@@ -33,8 +33,8 @@ public:
     /// neither clearly in the plane nor off it.
     static SideOfEdge FindSideFacing(const Plane& plane, Vertex& vertex, const Vector3d& direction);
 
-    /// One edge onward. False when the next edge cannot be told, because one is neither clearly in the plane nor off it,
-    /// and when the way has gone astray where edges lie on one another.
+    /// One edge onward. False when the next edge cannot be told, because one is neither clearly in the plane nor off
+    /// it, and when the way has gone astray where edges lie on one another.
     bool Step();
 
     const SideOfEdge& GetAt() const { return m_at; }

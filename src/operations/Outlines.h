@@ -18,7 +18,8 @@ Face* CreatePolyline(History& history, const std::vector<Point3d>& aPoints, bool
 
 /// The four corners of the rectangle on the side p0 p1 that reaches as far as p2. False, with nBadInput and nothing
 /// set, for unusable points and when p0 and p1 coincide.
-bool ComputeRectangle(const Point3d& p0, const Point3d& p1, const Point3d& p2, std::vector<Point3d>& aCorners, Result& result);
+bool ComputeRectangle(const Point3d& p0, const Point3d& p1, const Point3d& p2, std::vector<Point3d>& aCorners,
+                      Result& result);
 bool CreateRectangle(History& history, const std::vector<Point3d>& aCorners);
 
 /// A circle or arc as the exported calls describe it.
@@ -36,7 +37,8 @@ struct ArcData
 };
 
 /// The arc from p1 through p3 to p2, or the whole circle. False with a code when the points give none.
-bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool bFullCircle, ArcData& arc, Result& result);
+bool ArcFromPoints(const Point3d& p1, const Point3d& p2, const Point3d& p3, bool bFullCircle, ArcData& arc,
+                   Result& result);
 /// The points of the arc. False, with nBadInput, for unusable data.
 bool ComputeArc(const ArcData& arc, std::vector<Point3d>& aPoints, Result& result);
 /// Draws the arc through the points that ComputeArc gave.

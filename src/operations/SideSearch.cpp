@@ -149,7 +149,9 @@ SideSearch::nFinding SideSearch::FollowOne(const Plane& plane, const SideOfEdge&
 {
     OuterSideMemo& memo = m_history.GetOuterSides();
     OutlineWalk walk(plane, side, &memo);
-    while (!walk.HasSeenOuter() && walk.Step() && !walk.IsBack()) {}
+    while (!walk.HasSeenOuter() && walk.Step() && !walk.IsBack())
+    {
+    }
     if (walk.HasSeenOuter())
     {
         MarkSide(memo, plane, side);
@@ -178,7 +180,8 @@ void SideSearch::NoteFaceFormed()
 
 void SideSearch::Finish()
 {
-    if (std::any_of(m_aSides.begin(), m_aSides.end(), [](const Sides& sides)
+    if (std::any_of(m_aSides.begin(), m_aSides.end(),
+                    [](const Sides& sides)
                     { return sides.nLeft == nFinding::nEncloses || sides.nRight == nFinding::nEncloses; }))
         m_history.GetOuterSides().Clear();
 }

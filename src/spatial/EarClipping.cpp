@@ -273,7 +273,7 @@ bool EarClipping::HoldsVertex(const FacetNode& corner0, const FacetNode& corner1
         return GetSearchBox(*a.pPoint, *b.pPoint, *c.pPoint, m_nodes) & Interval3d(point);
     };
     return m_reflex.GetTree().Any([&](const PlaneBoxes& boxes) { return filter.GetReached(boxes); },
-                                       [&](const FacetTreeVertex& w) { return isOtherInside(w) && isNear(w.nVertex); });
+                                  [&](const FacetTreeVertex& w) { return isOtherInside(w) && isNear(w.nVertex); });
 }
 
 /// True if an edge of another node on the corner's vertex runs from there into the triangle.

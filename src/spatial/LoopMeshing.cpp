@@ -50,7 +50,7 @@ private:
     std::vector<std::uint32_t> m_aPlaceOf;  // for each vertex
     std::vector<std::uint32_t> m_aVertexAt; // for each place
     std::optional<PlaneMesh> m_mesh;
-    std::vector<Way> m_aWays; // a stack of those not laid yet
+    std::vector<Way> m_aWays;           // a stack of those not laid yet
     std::vector<std::int32_t> m_aTurns; // for each half-edge how often the loops run around its triangle
 };
 
@@ -90,7 +90,8 @@ void LoopMeshing::PutOnGrid()
     std::vector<Placed> aPlaced;
     for (std::uint32_t n = 0; n < aVertices.size(); ++n)
         if (aVertices[n].pPoint)
-            aPlaced.push_back({{std::llround(aVertices[n].x / m_dGridStep), std::llround(aVertices[n].y / m_dGridStep)}, n});
+            aPlaced.push_back(
+                {{std::llround(aVertices[n].x / m_dGridStep), std::llround(aVertices[n].y / m_dGridStep)}, n});
     std::sort(aPlaced.begin(), aPlaced.end());
 
     m_aPlaceOf.resize(aVertices.size());
@@ -187,7 +188,8 @@ void LoopMeshing::CountTurns()
     std::vector<bool> aReached(aEdges.size());
     m_aTurns.assign(aEdges.size(), 0);
     std::vector<std::uint32_t> aOpen;
-    const auto reach = [&](std::uint32_t nFirst, std::int32_t nTurns) {
+    const auto reach = [&](std::uint32_t nFirst, std::int32_t nTurns)
+    {
         for (std::uint32_t h = nFirst; !aReached[h]; h = aEdges[h].nNext)
         {
             aReached[h] = true;

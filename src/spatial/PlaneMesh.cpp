@@ -149,7 +149,8 @@ void PlaneMesh::Turn(std::uint32_t h)
     m_aLeaving[m_aEdges[t].nStart] = hNext;
     m_aEdges[h].nStart = m_aEdges[hPrevious].nStart;
     m_aEdges[t].nStart = m_aEdges[tPrevious].nStart;
-    const auto makeCycle = [&](std::uint32_t a, std::uint32_t b, std::uint32_t c) {
+    const auto makeCycle = [&](std::uint32_t a, std::uint32_t b, std::uint32_t c)
+    {
         m_aEdges[a].nNext = b;
         m_aEdges[b].nNext = c;
         m_aEdges[c].nNext = a;
@@ -162,7 +163,8 @@ void PlaneMesh::Turn(std::uint32_t h)
 bool PlaneMesh::IsBadlyShaped(std::uint32_t h) const
 {
     const GridPlace& d = m_aPlaces[GetApex(m_aEdges[h].nTwin)];
-    const auto get = [&](std::uint32_t n) {
+    const auto get = [&](std::uint32_t n)
+    {
         const GridPlace& p = m_aPlaces[n];
         return std::pair(static_cast<double>(p.x - d.x), static_cast<double>(p.y - d.y));
     };
@@ -188,8 +190,7 @@ void PlaneMesh::ImproveShapes()
         if (m_aEdges[h].nTwin == kNone || !IsBadlyShaped(h) || !CanTurn(h))
             continue;
         const std::uint32_t t = m_aEdges[h].nTwin;
-        m_aToImprove.insert(m_aToImprove.end(),
-                            {m_aEdges[h].nNext, GetPrevious(h), m_aEdges[t].nNext, GetPrevious(t)});
+        m_aToImprove.insert(m_aToImprove.end(), {m_aEdges[h].nNext, GetPrevious(h), m_aEdges[t].nNext, GetPrevious(t)});
         Turn(h);
     }
 }

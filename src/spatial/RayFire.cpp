@@ -156,7 +156,8 @@ private:
         std::sort(m_aFaces.begin(), m_aFaces.end(), ByObjectID());
     }
 
-    /// The vertices and edges that the ray may hit. For faces alone those of the faces near the ray suffice, mostly none.
+    /// The vertices and edges that the ray may hit. For faces alone those of the faces near the ray suffice, mostly
+    /// none.
     void FindCandidates()
     {
         if (m_kinds.bVertices || m_kinds.bEdges || !TakeCandidatesOfFaces())
@@ -271,7 +272,7 @@ private:
     std::vector<Face*> m_aNearFaces; ///< those that may be met in an edge or vertex
     std::vector<Object*> m_aObjects;
     SortedHits m_aHits;
-    ObjectSet m_seen; ///< edges and faces
+    ObjectSet m_seen;                                         ///< edges and faces
     std::unordered_map<const Object*, std::size_t> m_mapHits; ///< of the first `m_nMapped` hits
     std::size_t m_nMapped = 0;
 };
@@ -280,7 +281,8 @@ private:
 bool PickResults::AreListsUsable() const
 {
     if (pSorted)
-        return aIDs.empty() && pSorted->empty() && (!pPaths || pPaths->empty()) && (!pTransforms || pTransforms->empty());
+        return aIDs.empty() && pSorted->empty() && (!pPaths || pPaths->empty()) &&
+               (!pTransforms || pTransforms->empty());
     return !pPaths || !pTransforms || pPaths->size() == pTransforms->size();
 }
 
@@ -313,8 +315,8 @@ void SortHits(SortedHits& aHits)
     for (auto itFirst = aHits.begin(); itFirst != aHits.end();)
     {
         const double dSpot = std::max(std::abs(itFirst->first), 1.0) * kLinearTolerance;
-        const auto itEnd = std::find_if(itFirst, aHits.end(),
-                                        [&](const auto& hit) { return hit.first - itFirst->first >= dSpot; });
+        const auto itEnd =
+            std::find_if(itFirst, aHits.end(), [&](const auto& hit) { return hit.first - itFirst->first >= dSpot; });
         std::sort(itFirst, itEnd, [](const auto& a, const auto& b) { return a.second < b.second; });
         itFirst = itEnd;
     }

@@ -123,9 +123,9 @@ private:
         for (const RayHit& hit : aHits)
         {
             auto* pFace = dynamic_cast<Face*>(hit.pObject);
-            const bool bCounts = m_query.bWhole
-                                     ? pFace && pFace->IntersectsNegativeSideOfPlanes(m_query.aPlanes, m_query.dTol, true)
-                                     : Holds(ray.GetPointFromParameter(hit.t));
+            const bool bCounts =
+                m_query.bWhole ? pFace && pFace->IntersectsNegativeSideOfPlanes(m_query.aPlanes, m_query.dTol, true)
+                               : Holds(ray.GetPointFromParameter(hit.t));
             if (!bCounts)
                 continue;
             m_results.pSorted->emplace_back(hit.t + dLow, std::ptrdiff_t(m_results.aIDs.size()));

@@ -109,7 +109,8 @@ std::string RunIsolated(const std::function<void(std::uint64_t)>& work)
         return Keep(journal, session.Describe());
     const Ending replay = RunChild([&](int nFile) { return RunReplay(journal.GetPath(), nFile); });
     if (!replay.IsClean() || !replay.strOutput.ends_with(session.strOutput))
-        return Keep(journal, "the replay gives another model: " + replay.Describe() + " instead of " + session.strOutput);
+        return Keep(journal,
+                    "the replay gives another model: " + replay.Describe() + " instead of " + session.strOutput);
     return {};
 }
 } // namespace QRV
