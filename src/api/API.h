@@ -400,8 +400,7 @@ QRV_API Result APIDetectSilhouettesReadOnly(std::uint64_t nHistoryID, std::uint6
 /// @param pSorted      if given: ascending parameters, each with the index of its hit in `aIDs`, or with ~index for one
 ///                     in `pPaths`. A face that is met more than once has an entry for each
 /// @return `nBadInput` for a ray without direction, when `pSorted` comes with lists that are not empty, or when
-/// `pPaths`
-///         and `pTransforms` differ in length
+///         `pPaths` and `pTransforms` differ in length
 QRV_API Result APIRayFireReadOnly(std::uint64_t nHistoryID, const Line3d& ray, std::vector<std::uint64_t>& aIDs,
                                   double dTol, bool bVertices, bool bEdges, bool bFaces, double dMax,
                                   std::vector<GroupInstancePath>* pPaths = nullptr,
@@ -485,8 +484,7 @@ QRV_API Result APICreateRectangle(std::uint64_t nHistoryID, const Point3d& p0, c
 /// @param transform      applied to the points
 /// @param nMinSegments   the arc gets at least so many edges
 /// @return `nBadInput`, with nothing drawn, for numbers outside these bounds, an empty sweep, a circle of fewer than
-/// three
-///         sides or an arc of more than 1,000,000 edges
+///         three sides or an arc of more than 1,000,000 edges
 QRV_API Result APICreateCircleOrArc(std::uint64_t nHistoryID, double dRadius, const Point3d& center,
                                     std::vector<Point3d>& aPoints, const UnitVector3d& xAxis, const UnitVector3d& yAxis,
                                     double dStartAngle, double dEndAngle, double dAccuracy, bool bPointsOnly,
