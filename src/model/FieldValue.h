@@ -19,49 +19,24 @@ template <class T>
 concept ObjectPointer = std::is_pointer_v<T> && std::is_base_of_v<Object, std::remove_pointer_t<T>>;
 
 // --- saved form: every overload gives the archive's word
+// A line for each type, so that they read as a table.
+// clang-format off
 
-inline bool Write(IArchive& archive, bool b, const char* pName)
-{
-    return archive.WriteBool(b, pName);
-}
-inline bool Write(IArchive& archive, std::uint64_t n, const char* pName)
-{
-    return archive.WriteID(n, pName);
-}
-inline bool Write(IArchive& archive, double d, const char* pName)
-{
-    return archive.WriteDouble(d, pName);
-}
-inline bool Write(IArchive& archive, float f, const char* pName)
-{
-    return archive.WriteFloat(f, pName);
-}
+inline bool Write(IArchive& archive, bool b, const char* pName) { return archive.WriteBool(b, pName); }
+inline bool Write(IArchive& archive, std::uint64_t n, const char* pName) { return archive.WriteID(n, pName); }
+inline bool Write(IArchive& archive, double d, const char* pName) { return archive.WriteDouble(d, pName); }
+inline bool Write(IArchive& archive, float f, const char* pName) { return archive.WriteFloat(f, pName); }
 template <class T>
 requires std::is_enum_v<T>
 bool Write(IArchive& archive, T n, const char* pName)
 {
     return archive.WriteID(static_cast<std::uint64_t>(n), pName);
 }
-inline bool Write(IArchive& archive, const Color& color, const char* pName)
-{
-    return archive.WriteColor(color, pName);
-}
-inline bool Write(IArchive& archive, const Transf3d& transform, const char* pName)
-{
-    return archive.WriteTransf3d(transform, pName);
-}
-inline bool Write(IArchive& archive, const std::string& str, const char* pName)
-{
-    return archive.WriteString(str, pName);
-}
-inline bool Write(IArchive& archive, const Point3d& p, const char* pName)
-{
-    return archive.WritePoint3d(p, pName);
-}
-inline bool Write(IArchive& archive, const Vector3d& v, const char* pName)
-{
-    return archive.WriteVector3d(v, pName);
-}
+inline bool Write(IArchive& archive, const Color& color, const char* pName) { return archive.WriteColor(color, pName); }
+inline bool Write(IArchive& archive, const Transf3d& t, const char* pName) { return archive.WriteTransf3d(t, pName); }
+inline bool Write(IArchive& archive, const std::string& s, const char* pName) { return archive.WriteString(s, pName); }
+inline bool Write(IArchive& archive, const Point3d& p, const char* pName) { return archive.WritePoint3d(p, pName); }
+inline bool Write(IArchive& archive, const Vector3d& v, const char* pName) { return archive.WriteVector3d(v, pName); }
 inline bool Write(IArchive& archive, const UnitVector3d& v, const char* pName)
 {
     return archive.WriteUnitVector3d(v, pName);
@@ -101,22 +76,10 @@ bool Write(IArchive& archive, const std::vector<std::pair<First, Second>>& aPair
     return bGood;
 }
 
-inline bool Read(IArchive& archive, bool& b)
-{
-    return archive.ReadBool(b);
-}
-inline bool Read(IArchive& archive, std::uint64_t& n)
-{
-    return archive.ReadID(n);
-}
-inline bool Read(IArchive& archive, double& d)
-{
-    return archive.ReadDouble(d);
-}
-inline bool Read(IArchive& archive, float& f)
-{
-    return archive.ReadFloat(f);
-}
+inline bool Read(IArchive& archive, bool& b) { return archive.ReadBool(b); }
+inline bool Read(IArchive& archive, std::uint64_t& n) { return archive.ReadID(n); }
+inline bool Read(IArchive& archive, double& d) { return archive.ReadDouble(d); }
+inline bool Read(IArchive& archive, float& f) { return archive.ReadFloat(f); }
 template <class T>
 requires std::is_enum_v<T>
 bool Read(IArchive& archive, T& n)
@@ -127,34 +90,13 @@ bool Read(IArchive& archive, T& n)
         n = static_cast<T>(nRead);
     return bGood;
 }
-inline bool Read(IArchive& archive, Color& color)
-{
-    return archive.ReadColor(color);
-}
-inline bool Read(IArchive& archive, Transf3d& transform)
-{
-    return archive.ReadTransf3d(transform);
-}
-inline bool Read(IArchive& archive, std::string& str)
-{
-    return archive.ReadString(str);
-}
-inline bool Read(IArchive& archive, Point3d& p)
-{
-    return archive.ReadPoint3d(p);
-}
-inline bool Read(IArchive& archive, Vector3d& v)
-{
-    return archive.ReadVector3d(v);
-}
-inline bool Read(IArchive& archive, UnitVector3d& v)
-{
-    return archive.ReadUnitVector3d(v);
-}
-inline bool Read(IArchive& archive, Interval3d& box)
-{
-    return archive.ReadInterval3d(box);
-}
+inline bool Read(IArchive& archive, Color& color) { return archive.ReadColor(color); }
+inline bool Read(IArchive& archive, Transf3d& transform) { return archive.ReadTransf3d(transform); }
+inline bool Read(IArchive& archive, std::string& str) { return archive.ReadString(str); }
+inline bool Read(IArchive& archive, Point3d& p) { return archive.ReadPoint3d(p); }
+inline bool Read(IArchive& archive, Vector3d& v) { return archive.ReadVector3d(v); }
+inline bool Read(IArchive& archive, UnitVector3d& v) { return archive.ReadUnitVector3d(v); }
+inline bool Read(IArchive& archive, Interval3d& box) { return archive.ReadInterval3d(box); }
 bool Read(IArchive& archive, Plane& plane);
 template <ObjectPointer T>
 bool Read(IArchive& archive, T& pObject)
@@ -207,63 +149,25 @@ bool Read(IArchive& archive, std::vector<std::pair<First, Second>>& aPairs)
 
 // --- sizes
 
-inline std::size_t GetSavedSize(bool)
-{
-    return 1;
-}
-inline std::size_t GetSavedSize(std::uint64_t)
-{
-    return 4;
-}
-inline std::size_t GetSavedSize(double)
-{
-    return 8;
-}
-inline std::size_t GetSavedSize(float)
-{
-    return 4;
-}
+inline std::size_t GetSavedSize(bool) { return 1; }
+inline std::size_t GetSavedSize(std::uint64_t) { return 4; }
+inline std::size_t GetSavedSize(double) { return 8; }
+inline std::size_t GetSavedSize(float) { return 4; }
 template <class T>
-requires std::is_enum_v<T> std::size_t GetSavedSize(T)
+requires std::is_enum_v<T>
+std::size_t GetSavedSize(T)
 {
     return 4;
 }
-inline std::size_t GetSavedSize(const Color&)
-{
-    return 4;
-}
-inline std::size_t GetSavedSize(const Transf3d&)
-{
-    return 128;
-}
-inline std::size_t GetSavedSize(const std::array<Point3d, 4>&)
-{
-    return 96;
-}
-inline std::size_t GetSavedSize(const std::string& str)
-{
-    return 4 + str.size();
-}
-inline std::size_t GetSavedSize(const Point3d&)
-{
-    return 24;
-}
-inline std::size_t GetSavedSize(const Vector3d&)
-{
-    return 24;
-}
-inline std::size_t GetSavedSize(const UnitVector3d&)
-{
-    return 24;
-}
-inline std::size_t GetSavedSize(const Interval3d&)
-{
-    return 48;
-}
-inline std::size_t GetSavedSize(const Plane&)
-{
-    return 32;
-}
+inline std::size_t GetSavedSize(const Color&) { return 4; }
+inline std::size_t GetSavedSize(const Transf3d&) { return 128; }
+inline std::size_t GetSavedSize(const std::array<Point3d, 4>&) { return 96; }
+inline std::size_t GetSavedSize(const std::string& str) { return 4 + str.size(); }
+inline std::size_t GetSavedSize(const Point3d&) { return 24; }
+inline std::size_t GetSavedSize(const Vector3d&) { return 24; }
+inline std::size_t GetSavedSize(const UnitVector3d&) { return 24; }
+inline std::size_t GetSavedSize(const Interval3d&) { return 48; }
+inline std::size_t GetSavedSize(const Plane&) { return 32; }
 template <ObjectPointer T>
 std::size_t GetSavedSize(T)
 {
@@ -302,6 +206,7 @@ std::size_t GetHeapSize(const T& value)
         return 0;
 }
 
+// clang-format on
 // --- references: plain values refer to nothing
 
 template <class T>
@@ -313,10 +218,7 @@ Object* FindReplacement(T* pObject, const ObjectMap& map)
 
 /// A list of pairs of a plain value and an object.
 template <class T>
-concept KeyedObjects = requires(const T& value)
-{
-    requires ObjectPointer<std::decay_t<decltype(value.begin()->second)>>;
-};
+concept KeyedObjects = ObjectPointer<std::decay_t<decltype(std::declval<const T&>().begin()->second)>>;
 
 template <class T>
 bool RefersTo(const T& value, const ObjectMap& map)
