@@ -41,6 +41,13 @@ Lump& Body::AddLump()
     return lump;
 }
 
+Shell& Body::AddShell()
+{
+    Shell& shell = GetHistory()->Create<Shell>();
+    AddLump().AddShell(&shell, false);
+    return shell;
+}
+
 void Body::TakeLump(Lump& lump)
 {
     NoteRestructured();

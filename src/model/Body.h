@@ -9,6 +9,7 @@ class Edge;
 class Face;
 class Lump;
 class RebuildScope;
+class Shell;
 
 class Body : public ObjectOf<Body, Object>
 {
@@ -28,6 +29,8 @@ public:
     const Interval3d& GetCachedBox() const { return m_Box; }
     /// A new lump at the back.
     Lump& AddLump();
+    /// A new shell in a lump of its own.
+    Shell& AddShell();
     void RemoveLump(Lump* pLump);
     /// Takes over the lumps of `body`, in order, and its attributes. The caller deletes `body`.
     void TakeLumps(Body& body);

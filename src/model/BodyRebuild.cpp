@@ -3,7 +3,6 @@
 #include "model/Coedge.h"
 #include "model/Edge.h"
 #include "model/Face.h"
-#include "model/Loop.h"
 #include "model/Lump.h"
 #include "model/RebuildScope.h"
 #include "model/Shell.h"
@@ -183,7 +182,7 @@ private:
         {
             constexpr double kRounding = 1e-9;
             const double dShare = dVolume / whole.dVolume;
-            return std::abs(dVolume) > kVolumeTolerance && dShare > 0.0 && dShare < 1.0 + kRounding &&
+            return IsVolume(dVolume) && dShare > 0.0 && dShare < 1.0 + kRounding &&
                    (HasCornersOf(whole) || dShare > 0.5 * (1.0 - kRounding));
         }
         /// Whether what the shell does not bound itself stands inside it.
@@ -225,7 +224,7 @@ private:
         ObjectSet left(aFaces.begin(), aFaces.end());
         const auto takeSolid = [&](const std::vector<Face*>& aSheet)
         {
-            if (std::abs(GetSignedVolume(aSheet)) <= kVolumeTolerance)
+            if (!IsVolume(GetSignedVolume(aSheet)))
                 return false;
             for (const Face* pFace : aSheet)
                 left.erase(pFace);
@@ -366,17 +365,7 @@ private:
         }
     }
 
-    void MoveFaces(const std::vector<Face*>& aComponent, Shell& shell)
-    {
-        std::vector<Face*> aMoving;
-        for (Face* pFace : aComponent)
-            if (pFace->GetShell() != &shell)
-                aMoving.push_back(pFace);
-        for (Face* pFace : aMoving)
-            pFace->GetShell()->RemoveFace(pFace);
-        shell.AddFaces(aMoving);
-        m_bMoved = m_bMoved || !aMoving.empty();
-    }
+    void MoveFaces(const std::vector<Face*>& aFaces, Shell& shell) { m_bMoved = shell.TakeFaces(aFaces) || m_bMoved; }
 
     void RemoveEmpty()
     {

@@ -61,6 +61,19 @@ void Shell::RemoveFace(Face* pFace)
         GetHistory()->GetBodyBoxMemo().NoteFaceLeft(*pBody, pFace->GetCachedBox());
 }
 
+bool Shell::TakeFaces(const std::vector<Face*>& aFaces)
+{
+    std::vector<Face*> aMoving;
+    for (Face* pFace : aFaces)
+        if (pFace->GetShell() != this)
+            aMoving.push_back(pFace);
+    for (Face* pFace : aMoving)
+        if (pFace->GetShell())
+            pFace->GetShell()->RemoveFace(pFace);
+    AddFaces(aMoving);
+    return !aMoving.empty();
+}
+
 bool Shell::IsClosed() const
 {
     if (m_aFaces.size() == 0)
@@ -77,11 +90,7 @@ bool Shell::IsClosed() const
 Shell& Shell::ChooseForOutside()
 {
     Body* pBody = GetBody();
-    if (!pBody || !IsClosed())
-        return *this;
-    Shell& shell = GetHistory()->Create<Shell>();
-    pBody->AddLump().AddShell(&shell, false);
-    return shell;
+    return pBody && IsClosed() ? pBody->AddShell() : *this;
 }
 
 bool Shell::GetSamplePoint(Point3d& p) const

@@ -35,6 +35,8 @@ public:
     /// Takes in the faces that have no shell; those of this or another shell are passed over.
     void AddFaces(const std::vector<Face*>& aFaces);
     void RemoveFace(Face* pFace);
+    /// Takes over the faces, from other shells too. Whether any was not here yet.
+    bool TakeFaces(const std::vector<Face*>& aFaces);
     bool IsClosed() const;
     /// Where faces that come to hang on those of this shell are to stand: here, or where it is closed in a body in a
     /// new shell and lump, for then they bound nothing together.

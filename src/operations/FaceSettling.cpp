@@ -207,15 +207,9 @@ void MakeSolid(Face& face, const std::vector<Face*>& aFaces)
     if (!pBody || std::any_of(aFaces.begin(), aFaces.end(),
                               [&](const Face* pFace) { return pFace->GetShell() != face.GetShell(); }))
     {
-        History& history = *face.GetHistory();
         if (!pBody)
-            pBody = &history.Create<Body>();
-        Shell& shell = history.Create<Shell>();
-        pBody->AddLump().AddShell(&shell, false);
-        for (Face* pFace : aFaces)
-            if (pFace->GetShell())
-                pFace->GetShell()->RemoveFace(pFace);
-        shell.AddFaces(aFaces);
+            pBody = &face.GetHistory()->Create<Body>();
+        pBody->AddShell().TakeFaces(aFaces);
     }
     OrientFaceComponent(aFaces);
 
